@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that are missing, and nothing else.
+#
+#   scripts/setup.sh [GROUP...]      groups: build, test (default: build)
+#
+# Silent when nothing is missing. Without root or password-free sudo it prints the command to
+# run and exits with 1.
+set -euo pipefail
+
+# group | packages | how to see that it is there | why it is needed
+#   how: "package" asks dpkg; any other word is a program to look for on PATH, so that a program
+#   installed by other means is left as it is.
+needed='
+build | cmake                        | cmake           | configures the build
+build | ninja-build                  | ninja           | runs the build
+build | g++                          | g++             | the native compiler
+build | g++-mingw-w64-x86-64-posix   | package         | the compiler for 64-bit Windows
+build | wine64 wine                  | package         | runs the Windows programs
+build | xvfb                         | Xvfb            | the screen on which they show their boxes
+test  | googletest                   | package         | sources of GoogleTest, built for every target
+test  | clang                        | clang++         | second compiler; sanitizers and fuzzing
+test  | libclang-rt-14-dev           | package         | run-time libraries of the sanitizers
+test  | llvm                         | llvm-symbolizer | line numbers in the reports of the sanitizers
+test  | clang-format                 | clang-format    | checks the layout of the sources
+test  | clang-tidy                   | run-clang-tidy  | static check
+test  | cppcheck                     | cppcheck        | static check
+test  | shellcheck                   | shellcheck      | static check of the scripts
+test  | python3                      | python3         | test helpers, generators of the samples
+test  | strace                       | strace          | counts the write calls of an export
+test  | gcovr                        | gcovr           | coverage report
+test  | libcli11-dev                 | package         | arguments of the command-line program
+test  | nlohmann-json3-dev           | package         | the JSON model
+test  | nodejs                       | node            | independent IFC readers, viewer
+test  | npm                          | npm             | their packages
+test  | chromium                     | chromium        | shows the viewer in its tests
+'
+
+die() { echo "setup: $*" >&2; exit 1; }
+
+groups=" ${*:-build} "
+for group in $groups; do
+  case $group in build | test) ;; *) die "unknown group '$group' (groups: build, test)" ;; esac
+done
+
+installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
+
+missing=() reasons=()
+while IFS='|' read -r group packages how why; do
+  [[ $groups == *" ${group// /} "* ]] || continue
+  how=${how// /}
+  if [[ $how != package ]]; then
+    command -v "$how" >/dev/null && continue
+  fi
+  for package in $packages; do
+    if [[ $how != package ]] || ! installed "$package"; then
+      missing+=("$package")
+      reasons+=("  $(printf '%-28s' "$package")${why# }")
+    fi
+  done
+done < <(sed '/^$/d' <<<"$needed")
+
+((${#missing[@]})) || exit 0
+
+command -v apt-get >/dev/null || die "apt-get not found; install by hand: ${missing[*]}"
+as_root=()
+if ((EUID != 0)); then
+  if ! sudo -n true 2>/dev/null; then
+    {
+      echo "setup: these packages are missing and need root to install:"
+      printf '%s\n' "${reasons[@]}"
+      echo "Run:"
+      echo "  sudo apt-get update && sudo apt-get install --no-install-recommends ${missing[*]}"
+    } >&2
+    exit 1
+  fi
+  as_root=(sudo -n)
+fi
+
+echo "setup: installing ${#missing[@]} packages:"
+printf '%s\n' "${reasons[@]}"
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
+# The apt lock may be held by an unattended upgrade: wait for it.
+apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -o DPkg::Lock::Timeout=300)
+if ! { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends "${missing[@]}"; } \
+    </dev/null >"$log" 2>&1; then
+  tail -n 20 "$log" >&2
+  die "apt-get failed (above)"
+fi
