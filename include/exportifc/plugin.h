@@ -1,0 +1,134 @@
+/* The binary interface of the exportIFC module, for host programmers. Plain C99, usable from C++.
+ *
+ * A host loads the module (exportIFC.dll on 64-bit Windows, libexportIFC.so on Linux), obtains the
+ * module's record with GetPlugInModule, stores its query callback and its handle in it, shows the
+ * caption as a menu command and later calls PlugInExecute (interactive) or PlugInExportIfcFile
+ * (batch). examples/minimal_host.c does all of it on one page.
+ *
+ * Threads: everything runs on the caller's thread and returns when the export is over. The record
+ * and the module's mode are unsynchronised, so two exports must not overlap.
+ *
+ * C++ hosts: when the output file cannot be opened, PlugInExecute and PlugInExportIfcFile throw the
+ * narrow text "Erro na criação do arquivo" (const char*, Windows-1252, static life). A host built
+ * with the same C++ compiler catches it as `const char*`; any other host cannot continue.
+ */
+#ifndef EXPORTIFC_PLUGIN_H
+#define EXPORTIFC_PLUGIN_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Host queries -------------------------------------------------------------------------- */
+
+/* Answers one question about the model. Called only during an interactive PlugInExecute, one call
+ * at a time, on the thread that called it.
+ *
+ * hostHandle  PlugInModule.hostHandle, passed unchanged
+ * index       0 for model-wide codes; the 0-based bar index for bar codes; a node index for
+ *             EXPORTIFC_NODE_COORDINATES
+ * code        one of the codes below
+ * out         the slot to fill; its type stands beside the code. Never null, owned by the module,
+ *             valid during the call.
+ *
+ * The result is ignored and nothing tells the module whether the slot was filled: a slot left alone
+ * keeps the value of the bar before (zero at the start of an export), except for the bar record,
+ * which is then "no record". */
+typedef int32_t (*HostQuery)(uint64_t hostHandle, int32_t index, int32_t code, void* out);
+
+enum {
+  EXPORTIFC_LENGTH_UNIT = 0x25000C,     /* int32_t: 0 metre, 1 centimetre, 2 millimetre           */
+  EXPORTIFC_BAR_COUNT = 0x50005,        /* int32_t: number of bars                                */
+  EXPORTIFC_BAR_TYPE = 0x210003,        /* float: bar type, truncated toward zero; 10 is not
+                                           exported; 1 2 4 6 7 8 frame, 3 9 truss, others storey  */
+  EXPORTIFC_BAR_VISIBLE = 0x210702,     /* int32_t: 0 hidden                                      */
+  EXPORTIFC_BAR_RECORD = 0x210005,      /* uint32_t: address of the bar's BarRecord, 0 for none;
+                                           64-bit hosts keep their records below 4 GiB            */
+  EXPORTIFC_BAR_ANGLE = 0x21000A,       /* float: rotation of the section about the bar, radians  */
+  EXPORTIFC_SECTION_DIMS = 0x10701,     /* float[10]: section dimensions, in the order of
+                                           docs/profiles.md; written as given, so millimetres     */
+  EXPORTIFC_BAR_START_NODE = 0x21001F,  /* int32_t: node index of the bar's first end             */
+  EXPORTIFC_BAR_END_NODE = 0x210020,    /* int32_t: node index of the bar's second end            */
+  EXPORTIFC_NODE_COORDINATES = 0x220007 /* float[3]: x, y, z in the model's length unit           */
+};
+
+/* ---- Bar record ---------------------------------------------------------------------------- */
+
+/* One bar's section text and quarter turns. Owned by the host, read by the module during the
+ * export only; the reserved bytes are neither read nor written. */
+typedef struct BarRecord {
+  uint8_t reserved0[80];
+  char sectionName[48]; /* NUL-terminated Windows-1252 text: family word, blank, dimensions      */
+  int32_t quarterTurns; /* added to the rotation angle, in quarter turns                         */
+  uint8_t reserved132[160];
+} BarRecord;
+
+/* ---- Module record ------------------------------------------------------------------------- */
+
+/* The record that GetPlugInModule returns: owned by the module, alive while it is loaded. The host
+ * writes hostQuery and hostHandle, before the first PlugInExecute, and only reads the rest. */
+typedef struct PlugInModule {
+  uint64_t recordTag;       /* always 504                                                         */
+  uint64_t reserved8[2];    /* zero                                                               */
+  const char* caption;      /* menu caption, "Exportar IFC"                                       */
+  char outputPath[1024];    /* narrow path of the last file written, NUL-terminated, zero-filled  */
+  uint8_t reserved1056[24]; /* zero                                                               */
+  int64_t (*execute)(void); /* PlugInExecute                                                      */
+  int64_t (*idle)(void);    /* does nothing, returns 0                                            */
+  uint8_t reserved1096[64]; /* zero                                                               */
+  HostQuery hostQuery;      /* set by the host; called without a check                            */
+  uint64_t hostHandle;      /* set by the host; first argument of every hostQuery call            */
+} PlugInModule;
+
+/* ---- Entry points -------------------------------------------------------------------------- */
+
+#if defined(_WIN32) && defined(EXPORTIFC_BUILDING_MODULE)
+#define EXPORTIFC_ENTRY /* named by the module definition file, so that names stay undecorated */
+#elif defined(__GNUC__)
+#define EXPORTIFC_ENTRY __attribute__((visibility("default")))
+#else
+#define EXPORTIFC_ENTRY
+#endif
+
+/* Returns the module's record: the same address at every call while the module stays loaded. */
+EXPORTIFC_ENTRY PlugInModule* GetPlugInModule(void);
+
+/* Exports the host's model, asking for the file and for invisible bars.
+ * Returns -1 when no file was obtained (dialog cancelled, chosen file not creatable), otherwise 1,
+ * also when the export ended in the reported error "UNHANDLED EXCEPTION". After an export that
+ * reached its end, the module stays in batch mode on the file just written. */
+EXPORTIFC_ENTRY int64_t PlugInExecute(void);
+
+/* Exports the batch text file at `path` (NUL-terminated, the system's narrow encoding) and puts the
+ * exchange file in its place. Returns 0 when path is null, otherwise 1, whatever happened. */
+EXPORTIFC_ENTRY int64_t PlugInExportIfcFile(const char* path);
+
+/* The same as types, for hosts that look the functions up by name. */
+typedef PlugInModule* (*GetPlugInModuleFunction)(void);
+typedef int64_t (*PlugInExecuteFunction)(void);
+typedef int64_t (*PlugInExportIfcFileFunction)(const char* path);
+
+#ifdef __cplusplus
+} /* extern "C" */
+
+static_assert(sizeof(void*) == 8, "the interface is defined for 64-bit processes");
+static_assert(sizeof(BarRecord) == 292, "BarRecord is 292 bytes");
+static_assert(offsetof(BarRecord, sectionName) == 80, "BarRecord.sectionName");
+static_assert(offsetof(BarRecord, quarterTurns) == 128, "BarRecord.quarterTurns");
+static_assert(sizeof(PlugInModule) == 1176, "PlugInModule is 1176 bytes");
+static_assert(offsetof(PlugInModule, recordTag) == 0, "PlugInModule.recordTag");
+static_assert(offsetof(PlugInModule, reserved8) == 8, "PlugInModule.reserved8");
+static_assert(offsetof(PlugInModule, caption) == 24, "PlugInModule.caption");
+static_assert(offsetof(PlugInModule, outputPath) == 32, "PlugInModule.outputPath");
+static_assert(offsetof(PlugInModule, reserved1056) == 1056, "PlugInModule.reserved1056");
+static_assert(offsetof(PlugInModule, execute) == 1080, "PlugInModule.execute");
+static_assert(offsetof(PlugInModule, idle) == 1088, "PlugInModule.idle");
+static_assert(offsetof(PlugInModule, reserved1096) == 1096, "PlugInModule.reserved1096");
+static_assert(offsetof(PlugInModule, hostQuery) == 1160, "PlugInModule.hostQuery");
+static_assert(offsetof(PlugInModule, hostHandle) == 1168, "PlugInModule.hostHandle");
+#endif
+
+#endif
