@@ -1,0 +1,45 @@
+// Everything the module needs of the operating system; windows.cpp and posix.cpp implement it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/byte_sink.h"
+#include "platform/user_interface.h"
+
+namespace exportifc::platform {
+
+/// The system's 16-byte globally unique identifier.
+struct Guid {
+  std::uint32_t data1 = 0;
+  std::uint16_t data2 = 0;
+  std::uint16_t data3 = 0;
+  std::array<std::uint8_t, 8> data4{};
+
+  friend bool operator==(const Guid&, const Guid&) = default;
+};
+
+/// A new random (version 4) GUID; all zero when the system gives none.
+Guid newGuid();
+
+/// Creates or truncates the file at `path`, unbuffered. Null when it cannot be opened.
+std::unique_ptr<ByteSink> openForWriting(const std::wstring& path);
+
+/// Whether the file at `path` can be opened for reading.
+bool canRead(const std::wstring& path);
+
+/// Narrow path to wide path. Windows: the runtime's conversion under the current locale, nothing
+/// when a byte has no character. Linux: one byte to one unit, since paths are bytes there.
+std::optional<std::wstring> widenPath(const std::string& path);
+
+/// Wide path to narrow path, the reverse of `widenPath`; nothing when a unit has no byte or the
+/// result is longer than `path`.
+std::optional<std::string> narrowPath(const std::wstring& path);
+
+/// The system's dialogs and console (Linux: standard error and the terminal).
+UserInterface& systemUserInterface();
+
+}  // namespace exportifc::platform

@@ -1,0 +1,173 @@
+// Linux: paths are bytes, messages go to standard error, questions to the terminal.
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include <sys/random.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "platform/platform.h"
+
+namespace exportifc::platform {
+
+namespace {
+
+class FileSink final : public ByteSink {
+ public:
+  explicit FileSink(int descriptor) : descriptor_(descriptor) {}
+  FileSink(const FileSink&) = delete;
+  FileSink& operator=(const FileSink&) = delete;
+  ~FileSink() override { ::close(descriptor_); }
+
+  bool write(const char* bytes, std::size_t size) override {
+    while (size > 0) {
+      const ssize_t written = ::write(descriptor_, bytes, size);
+      if (written < 0 && errno == EINTR) {
+        continue;
+      }
+      if (written <= 0) {
+        return false;
+      }
+      bytes += written;
+      size -= static_cast<std::size_t>(written);
+    }
+    return true;
+  }
+
+ private:
+  int descriptor_;
+};
+
+/// The low 8 bits of each unit: gives back the bytes that `widenPath` took.
+std::string lowBytes(std::wstring_view wide) {
+  std::string bytes;
+  bytes.reserve(wide.size());
+  for (const wchar_t unit : wide) {
+    bytes.push_back(static_cast<char>(unit & 0xFF));
+  }
+  return bytes;
+}
+
+/// UTF-8 of texts whose characters lie below U+0100, as all of ours do.
+std::string utf8(std::string_view latin1) {
+  std::string text;
+  for (const char c : latin1) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      text.push_back(c);
+    } else {
+      text.push_back(static_cast<char>(0xC0 | (byte >> 6)));
+      text.push_back(static_cast<char>(0x80 | (byte & 0x3F)));
+    }
+  }
+  return text;
+}
+
+class TerminalInterface final : public UserInterface {
+ public:
+  SaveChoice chooseSaveFile() override {
+    if (!hasTerminal()) {
+      return {};
+    }
+    std::string name;
+    std::cerr << "Arquivos IFC (*.ifc): " << std::flush;
+    if (!std::getline(std::cin, name) || name.empty()) {
+      return {};
+    }
+    const std::size_t base = name.find_last_of('/') + 1;  // npos + 1 is 0
+    if (name.find('.', base) == std::string::npos) {
+      name += ".ifc";  // what the Windows dialog does
+    }
+    return {.accepted = true, .path = widenPath(name).value_or(L"")};
+  }
+
+  int ask(const char* text, const char* caption) override {
+    if (!hasTerminal()) {
+      return answerYes;
+    }
+    for (;;) {
+      std::cerr << utf8(caption) << ": " << utf8(text) << " [S/N] " << std::flush;
+      std::string answer;
+      if (!std::getline(std::cin, answer)) {
+        return answerYes;
+      }
+      if (answer == "S" || answer == "s") {
+        return answerYes;
+      }
+      if (answer == "N" || answer == "n") {
+        return answerNo;
+      }
+    }
+  }
+
+  void show(const char* text, const char* caption) override {
+    std::cerr << utf8(caption) << ": " << utf8(text) << std::endl;
+  }
+
+  void show(const wchar_t* text, const wchar_t* caption) override {
+    std::cerr << utf8(lowBytes(caption)) << ": " << utf8(lowBytes(text)) << std::endl;
+  }
+
+  // Narrow output: the first wide character would turn the host's standard output into a wide
+  // stream, and its own narrow prints would then be lost.
+  void printLine(std::wstring_view line) override {
+    std::cout << utf8(lowBytes(line)) << std::endl;
+  }
+
+ private:
+  static bool hasTerminal() { return ::isatty(STDIN_FILENO) != 0; }
+};
+
+}  // namespace
+
+Guid newGuid() {
+  std::array<std::uint8_t, 16> bytes{};
+  if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+    return {};
+  }
+  Guid guid;
+  std::memcpy(&guid.data1, bytes.data(), 4);
+  std::memcpy(&guid.data2, bytes.data() + 4, 2);
+  std::memcpy(&guid.data3, bytes.data() + 6, 2);
+  std::memcpy(guid.data4.data(), bytes.data() + 8, 8);
+  // RFC 4122, section 4.4: version 4 in the top bits of data3, variant 10 in those of data4[0].
+  guid.data3 = static_cast<std::uint16_t>((guid.data3 & 0x0FFF) | 0x4000);
+  guid.data4[0] = static_cast<std::uint8_t>((guid.data4[0] & 0x3F) | 0x80);
+  return guid;
+}
+
+std::unique_ptr<ByteSink> openForWriting(const std::wstring& path) {
+  const int descriptor =
+      ::open(lowBytes(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  return descriptor < 0 ? nullptr : std::make_unique<FileSink>(descriptor);
+}
+
+bool canRead(const std::wstring& path) {
+  const int descriptor = ::open(lowBytes(path).c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) {
+    return false;
+  }
+  ::close(descriptor);
+  return true;
+}
+
+std::optional<std::wstring> widenPath(const std::string& path) {
+  std::wstring wide;
+  wide.reserve(path.size());
+  for (const char c : path) {
+    wide.push_back(static_cast<unsigned char>(c));
+  }
+  return wide;
+}
+
+std::optional<std::string> narrowPath(const std::wstring& path) { return lowBytes(path); }
+
+UserInterface& systemUserInterface() {
+  static TerminalInterface instance;
+  return instance;
+}
+
+}  // namespace exportifc::platform
