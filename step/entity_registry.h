@@ -1,0 +1,46 @@
+// Hands out instance numbers and keeps every numbered entity until the export ends.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "step/ifc_entity.h"
+
+namespace exportifc {
+
+/// The ordered list of registered entities: the one at position p, from 0, has number p + 1.
+/// Nothing is ever removed, so a number is never handed out twice.
+///
+/// Plain entities, by far the most, live in blocks of which the registry holds one share each: 16
+/// bytes an entity instead of an allocation and a pointer apiece.
+class EntityRegistry {
+ public:
+  /// Keeps a share of `entity` and returns its number. The caller stores the number in the entity.
+  std::int32_t add(std::shared_ptr<IfcIo::IfcEntity> entity);
+
+  /// Creates a plain entity, registers it, stores the number in it and returns the number.
+  std::int32_t addPlain();
+
+  /// Number of registered entities.
+  std::int32_t size() const { return size_; }
+
+  /// A share of the entity with the given number, from 1 to `size()`.
+  std::shared_ptr<IfcIo::IfcEntity> at(std::int32_t number) const;
+
+ private:
+  struct Numbered {
+    std::int32_t number;
+    std::shared_ptr<IfcIo::IfcEntity> entity;
+  };
+
+  static constexpr std::size_t blockSize = 4096;
+
+  std::int32_t size_ = 0;
+  std::vector<Numbered> added_;  // by `add`, in order of number
+  std::vector<std::shared_ptr<IfcIo::IfcEntity[]>> plainBlocks_;
+  std::size_t freeInBlock_ = 0;  // of the last block
+};
+
+}  // namespace exportifc

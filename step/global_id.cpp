@@ -1,0 +1,53 @@
+#include "step/global_id.h"
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+namespace exportifc {
+
+namespace {
+
+constexpr std::string_view alphabet =
+    "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_$";
+
+struct Group {
+  std::uint32_t value;
+  int digits;
+};
+
+}  // namespace
+
+std::string compressGuid(const platform::Guid& guid) {
+  const auto& tail = guid.data4;
+  const auto threeBytes = [](std::uint32_t high, std::uint32_t middle, std::uint32_t low) {
+    return high * 65536U + middle * 256U + low;
+  };
+  const std::array<Group, 6> groups{{
+      {guid.data1 >> 24, 2},
+      {guid.data1 & 0xFFFFFFU, 4},
+      {guid.data2 * 256U + (guid.data3 >> 8), 4},
+      {threeBytes(guid.data3 & 0xFFU, tail[0], tail[1]), 4},
+      {threeBytes(tail[2], tail[3], tail[4]), 4},
+      {threeBytes(tail[5], tail[6], tail[7]), 4},
+  }};
+  std::string text;
+  text.reserve(22);
+  for (const Group& group : groups) {
+    for (int digit = group.digits - 1; digit >= 0; --digit) {
+      text.push_back(alphabet[(group.value >> (6 * digit)) & 63U]);
+    }
+  }
+  return text;
+}
+
+std::wstring createGlobalId() {
+  const platform::Guid guid = platform::newGuid();
+  if (guid == platform::Guid{}) {
+    return {};
+  }
+  const std::string narrow = compressGuid(guid);
+  return {narrow.begin(), narrow.end()};
+}
+
+}  // namespace exportifc

@@ -1,0 +1,47 @@
+#include "step/line_pieces.h"
+
+namespace exportifc {
+
+void put(LineCursor& line, RefList list) {
+  bool first = true;
+  for (const std::int32_t number : list.numbers) {
+    if (!first) {
+      put(line, ", ");
+    }
+    first = false;
+    put(line, Ref{number});
+  }
+}
+
+void put(LineCursor& line, std::wstring_view text) {
+  for (const wchar_t unit : text) {
+    if (static_cast<std::uint32_t>(unit) > 0xFFU) {
+      if (line.cut == nullptr) {
+        line.cut = line.at;
+      }
+      return;  // nothing after it reaches the file
+    }
+    if (unit == L'\n') {
+      *line.at++ = '\r';  // a line feed is a line end of the file, wherever it stands
+    }
+    *line.at++ = static_cast<char>(unit);
+  }
+}
+
+void put(LineCursor& line, const NumberPattern& pattern) {
+  for (std::size_t i = 0; i < pattern.text.size(); ++i) {
+    switch (const char c = pattern.text[i]) {
+      case 'a':
+      case 'h': {
+        ++i;
+        const double value = pattern.values[static_cast<std::size_t>(pattern.text[i] - '0')];
+        put(line, c == 'a' ? value : 0.5 * value);
+        break;
+      }
+      case 'x': put(line, pattern.x); break;
+      default: *line.at++ = c;
+    }
+  }
+}
+
+}  // namespace exportifc

@@ -1,0 +1,79 @@
+// The pieces a line of the exchange file is composed of.
+//
+// A writer names the pieces in the order of the file:
+//   writer.writeEntity("IFCLOCALPLACEMENT(#111, ", Ref{placement}, ")")
+// Plain text stands as it is, a double becomes a real with five decimals, and wide text (names that
+// the host gave) becomes one byte per character.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <string_view>
+
+#include "step/number_format.h"
+
+namespace exportifc {
+
+/// A reference to another entity: "#5006".
+struct Ref {
+  std::int32_t number;
+};
+
+/// References separated by ", ": "#5006, #5007". The numbers belong to the caller.
+struct RefList {
+  std::span<const std::int32_t> numbers;
+};
+
+/// A real in general notation with six digits, "1e+06": the format of comments.
+struct General {
+  double value;
+};
+
+/// Text in which "a1" to "a9" stand for the numbers values[1] to values[9], "h1" to "h9" for their
+/// halves and "x" for the number `x`; every other character stands for itself.
+struct NumberPattern {
+  std::string_view text;
+  std::span<const double> values;
+  double x = 0.0;
+};
+
+/// Where the next character goes. `cut` marks the first character that the file cannot hold
+/// (above U+00FF): the output ends there.
+struct LineCursor {
+  char* at;
+  char* cut = nullptr;
+};
+
+/// Room that a piece needs at most.
+constexpr std::size_t maxLength(std::string_view text) { return text.size(); }
+constexpr std::size_t maxLength(std::wstring_view text) { return 2 * text.size(); }
+constexpr std::size_t maxLength(double) { return fixed5Capacity; }
+constexpr std::size_t maxLength(General) { return general6Capacity; }
+constexpr std::size_t maxLength(Ref) { return integerCapacity + 1; }
+constexpr std::size_t maxLength(RefList list) {
+  return list.numbers.size() * (integerCapacity + 3);
+}
+constexpr std::size_t maxLength(const NumberPattern& pattern) {
+  return pattern.text.size() * fixed5Capacity;
+}
+
+inline void put(LineCursor& line, std::string_view text) {
+  std::memcpy(line.at, text.data(), text.size());
+  line.at += text.size();
+}
+
+inline void put(LineCursor& line, double value) { line.at = putFixed5(line.at, value); }
+inline void put(LineCursor& line, General real) { line.at = putGeneral6(line.at, real.value); }
+
+inline void put(LineCursor& line, Ref reference) {
+  *line.at++ = '#';
+  line.at = putInteger(line.at, reference.number);
+}
+
+void put(LineCursor& line, RefList list);
+void put(LineCursor& line, std::wstring_view text);
+void put(LineCursor& line, const NumberPattern& pattern);
+
+}  // namespace exportifc
