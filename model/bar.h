@@ -1,0 +1,63 @@
+// One bar: as the sources tell it and as the element writer takes it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "exportifc/plugin.h"
+
+namespace exportifc {
+
+/// The section's dimensions d0 to d9, in millimetres in the file: written as given, never
+/// converted, whatever the model's length unit. docs/profiles.md says which family reads which.
+using SectionDims = std::array<float, 10>;
+
+/// A point or vector; lengths in millimetres.
+struct Vec3 {
+  double x = 0.0;
+  double y = 0.0;
+  double z = 0.0;
+};
+
+/// Marks a bar that may be written as a column.
+inline constexpr std::int32_t columnKind = 3;
+
+/// What the bar loop hands to the element writer for one bar, or for one half of a built-up
+/// section. Texts are UTF-16 code units.
+struct BarGeometry {
+  Vec3 start;
+  Vec3 end;
+  std::wstring sectionName;      ///< the bar's whole section text
+  std::wstring sectionLabel;     ///< family word, or the half's name
+  double rotation = 0.0;         ///< of the section about the bar, degrees
+  std::int32_t elementKind = 0;  ///< `columnKind` or 0
+};
+
+/// One bar as its source tells it, in the model's length unit. The bar loop keeps one of these for
+/// a whole export: what a source leaves alone keeps the value of the bar before.
+struct SourceBar {
+  const BarRecord* record = nullptr;  ///< owned by the source or the host; null: no such record
+  float typeCode = 0.0F;              ///< truncated toward zero; see `EXPORTIFC_BAR_TYPE`
+  std::int32_t visible = 0;           ///< 0 hidden
+  float angle = 0.0F;                 ///< of the section about the bar, radians
+  std::array<float, 3> start{};
+  std::array<float, 3> end{};
+  SectionDims dims{};
+};
+
+/// Factor from the model's length unit to millimetres: unit code 0 metre, 1 centimetre, any other
+/// none.
+constexpr double millimetresPer(std::int32_t unitCode) {
+  switch (unitCode) {
+    case 0: return 1000.0;
+    case 1: return 10.0;
+    default: return 1.0;
+  }
+}
+
+/// The record's section text up to its terminator (at most the field's 48 bytes), each byte
+/// sign-extended to a UTF-16 code unit: 0x80 to 0xFF become U+FF80 to U+FFFF on every platform.
+void widenSectionName(const BarRecord& record, std::wstring& name);
+
+}  // namespace exportifc

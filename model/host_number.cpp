@@ -1,0 +1,131 @@
+#include "model/host_number.h"
+
+#include <charconv>
+#include <limits>
+#include <string>
+
+namespace exportifc {
+
+namespace {
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+/// Reads the characters of a text one after the other; '\0' stands for the end.
+class Cursor {
+ public:
+  explicit Cursor(std::string_view text) : text_(text) {}
+
+  char peek() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+  void advance() { ++at_; }
+  std::size_t position() const { return at_; }
+  void moveTo(std::size_t position) { at_ = position; }
+
+  void skipBlanks() {
+    while (isBlank(peek())) {
+      advance();
+    }
+  }
+
+  /// Consumes a sign if there is one; true for a minus.
+  bool takeMinus() {
+    const char sign = peek();
+    if (sign == '-' || sign == '+') {
+      advance();
+    }
+    return sign == '-';
+  }
+
+ private:
+  std::string_view text_;
+  std::size_t at_ = 0;
+};
+
+// Beyond any exponent that matters, however many digits stand before it.
+constexpr std::int64_t largestExponent = 1000000000;
+
+/// The exponent behind an e or E, or 0 (and nothing consumed) when no digits follow.
+std::int64_t takeExponent(Cursor& cursor) {
+  const std::size_t before = cursor.position();
+  if (cursor.peek() != 'e' && cursor.peek() != 'E') {
+    return 0;
+  }
+  cursor.advance();
+  const bool minus = cursor.takeMinus();
+  if (!isDigit(cursor.peek())) {
+    cursor.moveTo(before);
+    return 0;
+  }
+  std::int64_t exponent = 0;
+  for (; isDigit(cursor.peek()); cursor.advance()) {
+    if (exponent < largestExponent) {
+      exponent = exponent * 10 + (cursor.peek() - '0');
+    }
+  }
+  return minus ? -exponent : exponent;
+}
+
+double parseDecimal(std::string_view text, bool pointIsComma) {
+  Cursor cursor(text);
+  cursor.skipBlanks();
+  const bool minus = cursor.takeMinus();
+  // The significant digits as one integer, and the power of ten it is to be scaled with.
+  std::string digits;
+  std::int64_t power = 0;
+  bool anyDigit = false;
+  bool afterComma = false;
+  for (;; cursor.advance()) {
+    const char c = cursor.peek();
+    if (isDigit(c)) {
+      anyDigit = true;
+      power -= afterComma ? 1 : 0;
+      if (c != '0' || !digits.empty()) {
+        digits.push_back(c);
+      }
+    } else if (!afterComma && (c == ',' || (pointIsComma && c == '.'))) {
+      afterComma = true;
+    } else {
+      break;
+    }
+  }
+  if (!anyDigit) {
+    return 0.0;
+  }
+  power += takeExponent(cursor);
+  double value = 0.0;
+  if (!digits.empty()) {
+    const auto magnitude = static_cast<std::int64_t>(digits.size()) + power;
+    digits += 'e';
+    digits += std::to_string(power);
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (result.ec != std::errc{}) {  // out of range: `value` was left alone
+      value = magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+    }
+  }
+  return minus ? -value : value;
+}
+
+}  // namespace
+
+double parseCommaDecimal(std::string_view text) { return parseDecimal(text, false); }
+
+float parseHostNumber(std::string_view text) {
+  return static_cast<float>(parseDecimal(text, true));
+}
+
+std::int32_t parseHostInteger(std::string_view text) {
+  constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int64_t smallest = std::numeric_limits<std::int32_t>::min();
+  Cursor cursor(text);
+  cursor.skipBlanks();
+  const bool minus = cursor.takeMinus();
+  std::int64_t value = 0;
+  for (; isDigit(cursor.peek()) && value <= largest + 1; cursor.advance()) {
+    value = value * 10 + (cursor.peek() - '0');
+  }
+  value = minus ? -value : value;
+  return static_cast<std::int32_t>(value > largest ? largest : value < smallest ? smallest : value);
+}
+
+}  // namespace exportifc

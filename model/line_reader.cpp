@@ -1,0 +1,44 @@
+#include "model/line_reader.h"
+
+#include <algorithm>
+
+namespace exportifc {
+
+namespace {
+
+constexpr char endOfText = '\x1A';
+
+}  // namespace
+
+bool LineReader::next(std::string& line) {
+  line.clear();
+  bool any = false;
+  while (at_ != end_ || fill()) {
+    any = true;
+    const char* const feed = std::find(at_, end_, '\n');
+    line.append(at_, feed);
+    if (feed != end_) {
+      at_ = feed + 1;
+      if (!line.empty() && line.back() == '\r') {
+        line.pop_back();
+      }
+      return true;
+    }
+    at_ = end_;
+  }
+  return any;
+}
+
+bool LineReader::fill() {
+  if (ended_) {
+    return false;
+  }
+  file_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+  const char* const read = buffer_.data() + file_.gcount();
+  at_ = buffer_.data();
+  end_ = std::find(at_, read, endOfText);
+  ended_ = end_ != read || !file_;
+  return at_ != end_;
+}
+
+}  // namespace exportifc

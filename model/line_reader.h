@@ -1,0 +1,33 @@
+// Reads a text file line by line as the Windows runtime does in text mode, on every platform.
+#pragma once
+
+#include <array>
+#include <fstream>
+#include <string>
+
+namespace exportifc {
+
+/// A carriage return before a line feed is dropped and the byte 0x1A ends the file.
+class LineReader {
+ public:
+  /// `path` is narrow. A file that cannot be opened has no lines.
+  explicit LineReader(const std::string& path) : file_(path, std::ios::binary) {}
+
+  bool isOpen() const { return file_.is_open(); }
+
+  /// Reads the next line, without its end, into `line`. False, with `line` empty, when there is
+  /// none; the last line need not end with a line feed.
+  bool next(std::string& line);
+
+ private:
+  /// Makes at least one more character readable; false at the end of the text.
+  bool fill();
+
+  std::ifstream file_;
+  std::array<char, 65536> buffer_{};
+  const char* at_ = buffer_.data();
+  const char* end_ = buffer_.data();
+  bool ended_ = false;
+};
+
+}  // namespace exportifc
