@@ -1,0 +1,25 @@
+// The entities written for one bar: axes, placement, extruded solid, element, properties.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "model/bar.h"
+#include "step/step_writer.h"
+
+namespace exportifc {
+
+/// A direction in model coordinates.
+using Direction = std::array<float, 3>;
+
+/// Writes a comment and the fourteen entities of a bar whose profile definition has the number
+/// `profileId`; returns the number of the element (beam, column or member).
+std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t profileId);
+
+/// The fourteen entities: `axis` along the bar from `first` to `second`, `refDirection` the
+/// section's local X.
+std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
+                             const Direction& refDirection, std::int32_t profileId,
+                             const Vec3& first, const Vec3& second, const BarGeometry& bar);
+
+}  // namespace exportifc
