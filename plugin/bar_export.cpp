@@ -1,0 +1,126 @@
+#include "plugin/bar_export.h"
+
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "elements/assemblies.h"
+#include "elements/bar_element.h"
+#include "model/bar.h"
+#include "platform/user_interface.h"
+#include "plugin/texts.h"
+#include "profiles/profile_dispatch.h"
+#include "profiles/section_name.h"
+
+namespace exportifc {
+
+namespace {
+
+using EntityNumbers = std::vector<std::int32_t>;
+
+constexpr std::int32_t neverExportedType = 10;
+
+/// Truncated toward zero; NaN and values outside 32 bits give the smallest integer, as the
+/// processor's conversion does.
+std::int32_t truncated(float value) {
+  constexpr float limit = 0x1p31F;
+  return value >= -limit && value < limit ? static_cast<std::int32_t>(value)
+                                          : std::numeric_limits<std::int32_t>::min();
+}
+
+/// Section rotation in degrees. Quarter and half turn are the host's own approximations, in single
+/// precision where it computes in single precision, so that angles agree with its drawings.
+double rotationDegrees(std::int32_t quarterTurns, float angle) {
+  constexpr double quarterTurn = 1.5707499980926514;
+  constexpr float halfTurn = 3.1415F;
+  const float radians = static_cast<float>(quarterTurns * quarterTurn) + angle;
+  return double{radians / halfTurn} * 180.0;
+}
+
+Vec3 millimetres(const std::array<float, 3>& point, double factor) {
+  return {.x = point[0] * factor, .y = point[1] * factor, .z = point[2] * factor};
+}
+
+/// The elements written so far, by where they belong.
+struct Groups {
+  EntityNumbers frameElements;
+  EntityNumbers trussElements;
+  EntityNumbers storeyElements;
+
+  EntityNumbers& of(std::int32_t type) {
+    switch (type) {
+      case 1:
+      case 2:
+      case 4:
+      case 6:
+      case 7:
+      case 8: return frameElements;
+      case 3:
+      case 9: return trussElements;
+      default: return storeyElements;
+    }
+  }
+};
+
+std::int32_t elementKindOf(std::int32_t type) { return type == 4 || type == 7 ? columnKind : 0; }
+
+void keep(EntityNumbers& elements, std::int32_t element) {
+  if (element > 0) {
+    elements.push_back(element);
+  }
+}
+
+}  // namespace
+
+void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserInterface& ui) {
+  const double factor = millimetresPer(model.unitCode());
+  const std::int32_t barCount = model.barCount();
+  Groups groups;
+  SourceBar bar;
+  BarGeometry geometry;
+  std::wstring firstHalf;
+  std::wstring secondHalf;
+
+  for (std::int32_t index = 0; index < barCount && model.next(index, bar); ++index) {
+    if (bar.record == nullptr) {
+      ui.show(texts::barProblem, texts::barProblemCaption);
+      continue;
+    }
+    const std::int32_t type = truncated(bar.typeCode);
+    const bool hidden = exportInvisible == answerNo && bar.visible == 0;
+    if (type == neverExportedType || hidden) {
+      continue;
+    }
+    geometry.start = millimetres(bar.start, factor);
+    geometry.end = millimetres(bar.end, factor);
+    geometry.rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
+    geometry.elementKind = elementKindOf(type);
+    widenSectionName(*bar.record, geometry.sectionName);
+
+    EntityNumbers& elements = groups.of(type);
+    const auto write = [&](std::wstring_view profileName, std::wstring_view label, int flangeSide) {
+      const std::int32_t profile =
+          writeProfile(writer, profileName, bar.dims.data(), flangeSide, ui);
+      geometry.sectionLabel = label;
+      keep(elements, writeBar(writer, geometry, profile));
+    };
+    const std::wstring_view family = profileFamilyOf(geometry.sectionName);
+    if (splitBuiltUpProfile(family, firstHalf, secondHalf)) {
+      write(firstHalf, firstHalf, halfFlangeSide);
+      write(secondHalf, secondHalf, halfFlangeSide);
+    } else {
+      write(geometry.sectionName, family, simpleFlangeSide);
+    }
+  }
+
+  const std::int32_t frame =
+      writeElementAssembly(writer, groups.frameElements, texts::frameAssembly);
+  const std::int32_t truss =
+      writeElementAssembly(writer, groups.trussElements, texts::trussAssembly);
+  keep(groups.storeyElements, frame);
+  keep(groups.storeyElements, truss);
+  writeStoreyContainment(writer, groups.storeyElements);
+}
+
+}  // namespace exportifc

@@ -1,0 +1,19 @@
+// The content of an export: every bar, the assemblies, the storey.
+#pragma once
+
+#include "model/bar_source.h"
+#include "platform/user_interface.h"
+#include "step/step_writer.h"
+
+namespace exportifc {
+
+/// Value of `exportInvisible` when nobody was asked; otherwise the answer's button code, of which
+/// `answerNo` leaves invisible bars out.
+inline constexpr int allBars = 1;
+
+/// Writes the model's bars with their profiles and elements, then the two assemblies and the
+/// containment in the storey. A bar without a record is shown to the user and skipped; exceptions
+/// of the source and the writers pass through.
+void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserInterface& ui);
+
+}  // namespace exportifc
