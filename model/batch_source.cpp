@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
+#include <vector>
 
 #include "model/host_number.h"
 
@@ -63,13 +65,13 @@ SectionDims parseSectionDims(std::string_view sectionText) {
   return dims;
 }
 
-BatchSource::BatchSource(const std::string& path) : reader_(path) {
+void BatchReader::readHeader() {
   if (!reader_.isOpen()) {
     return;
   }
   line();
   line();
-  line();
+  title_ = line();
   const std::string& unit = line();
   if (unit == "m") {
     unitCode_ = 0;
@@ -81,12 +83,10 @@ BatchSource::BatchSource(const std::string& path) : reader_(path) {
   barCount_ = parseHostInteger(line());
 }
 
-bool BatchSource::next(std::int32_t /*index*/, SourceBar& bar) {
+bool BatchReader::next(BatchBar& bar) {
   if (!reader_.next(line_)) {
     return false;
   }
-  bar.typeCode = 0.0F;
-  bar.visible = 1;
   for (float& coordinate : bar.start) {
     coordinate = number();
   }
@@ -94,20 +94,32 @@ bool BatchSource::next(std::int32_t /*index*/, SourceBar& bar) {
     coordinate = number();
   }
   bar.angle = number();
-  const std::string& sectionText = line();
-  bar.record = makeRecord(sectionText);
-  bar.dims = parseSectionDims(sectionText);
+  bar.sectionText = line();
   line();
   line();
   line();
   return true;
 }
 
-const std::string& BatchSource::line() {
+const std::string& BatchReader::line() {
   reader_.next(line_);
   return line_;
 }
 
-float BatchSource::number() { return parseHostNumber(line()); }
+float BatchReader::number() { return parseHostNumber(line()); }
+
+bool BatchSource::next(std::int32_t /*index*/, SourceBar& bar) {
+  if (!reader_.next(bar_)) {
+    return false;
+  }
+  bar.typeCode = 0.0F;
+  bar.visible = 1;
+  bar.start = bar_.start;
+  bar.end = bar_.end;
+  bar.angle = bar_.angle;
+  bar.record = makeRecord(bar_.sectionText);
+  bar.dims = parseSectionDims(bar_.sectionText);
+  return true;
+}
 
 }  // namespace exportifc

@@ -33,11 +33,11 @@ bool LineReader::fill() {
   if (ended_) {
     return false;
   }
-  file_.read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  const char* const read = buffer_.data() + file_.gcount();
+  text_->read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+  const char* const read = buffer_.data() + text_->gcount();
   at_ = buffer_.data();
   end_ = std::find(at_, read, endOfText);
-  ended_ = end_ != read || !file_;
+  ended_ = end_ != read || !*text_;
   return at_ != end_;
 }
 

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <fstream>
+#include <istream>
 #include <string>
 
 namespace exportifc {
@@ -11,9 +12,14 @@ namespace exportifc {
 class LineReader {
  public:
   /// `path` is narrow. A file that cannot be opened has no lines.
-  explicit LineReader(const std::string& path) : file_(path, std::ios::binary) {}
+  explicit LineReader(const std::string& path) : file_(path, std::ios::binary), text_(&file_) {}
+  /// Reads `text`, opened in binary mode, which must outlive the reader.
+  explicit LineReader(std::istream& text) : text_(&text) {}
+  LineReader(const LineReader&) = delete;
+  LineReader& operator=(const LineReader&) = delete;
+  ~LineReader() = default;
 
-  bool isOpen() const { return file_.is_open(); }
+  bool isOpen() const { return text_ != &file_ || file_.is_open(); }
 
   /// Reads the next line, without its end, into `line`. False, with `line` empty, when there is
   /// none; the last line need not end with a line feed.
@@ -24,6 +30,7 @@ class LineReader {
   bool fill();
 
   std::ifstream file_;
+  std::istream* text_;
   std::array<char, 65536> buffer_{};
   const char* at_ = buffer_.data();
   const char* end_ = buffer_.data();

@@ -10,15 +10,6 @@ namespace {
 
 using A = ProfileArguments;
 
-struct Row {
-  Parametric variant;
-  std::string_view keyword;
-  std::string_view point;       // as written; "x" stands for the value of `offset`
-  std::string_view direction;   // of the profile's local X axis
-  std::string_view attributes;  // as written; "a2" stands for argument 2, "h1" for half of 1
-  double (*offset)(const A& a);
-};
-
 /// The leg of an angle, projected on the diagonal it is turned to.
 double diagonal(const A& a) { return std::sqrt(0.5 * a[1] * a[1]); }
 
@@ -26,7 +17,7 @@ double diagonal(const A& a) { return std::sqrt(0.5 * a[1] * a[1]); }
 // row to row and are part of the file's text. Offsets are computed in the order written here, so
 // that the last printed digit agrees everywhere.
 // clang-format off
-constexpr Row table[] = {
+constexpr ParametricRow table[] = {
     {Parametric::I1, "IFCISHAPEPROFILEDEF", "(0., 0.)", "(-1.0, 0.0)", "a2,a1,a4,a3, $", nullptr},
     {Parametric::U1, "IFCUSHAPEPROFILEDEF", "(x, 0.0)", "(-1.0, 0.0)", "a1,a2,a3,a3, $, $, $, $",
      [](const A& a) { return -0.5 * (a[4] + a[2]); }},
@@ -105,9 +96,13 @@ static_assert(isInOrder(), "the rows stand in the order of the enumeration");
 
 }  // namespace
 
+const ParametricRow& parametricRow(Parametric variant) {
+  return table[static_cast<std::size_t>(variant)];
+}
+
 std::int32_t writeParametricProfile(StepWriter& writer, Parametric variant, std::wstring_view name,
                                     const ProfileArguments& arguments) {
-  const Row& row = table[static_cast<std::size_t>(variant)];
+  const ParametricRow& row = parametricRow(variant);
   const double offset = row.offset == nullptr ? 0.0 : row.offset(arguments);
   const Ref point{
       writer.writeEntity("IFCCARTESIANPOINT(",

@@ -55,6 +55,18 @@ enum class Parametric : std::uint8_t {
 /// index 0 holds k, the flange side.
 using ProfileArguments = std::array<double, 8>;
 
+/// How one variant is written.
+struct ParametricRow {
+  Parametric variant;
+  std::string_view keyword;
+  std::string_view point;       // as written; "x" stands for the value of `offset`
+  std::string_view direction;   // of the profile's local X axis
+  std::string_view attributes;  // as written; "a2" stands for argument 2, "h1" for half of 1
+  double (*offset)(const ProfileArguments& a);
+};
+
+const ParametricRow& parametricRow(Parametric variant);
+
 /// Writes the four entities of a parametric profile (point, direction, placement, profile
 /// definition) and returns the number of the profile definition. Dimensions are not checked.
 std::int32_t writeParametricProfile(StepWriter& writer, Parametric variant, std::wstring_view name,

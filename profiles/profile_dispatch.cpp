@@ -1,41 +1,19 @@
 #include "profiles/profile_dispatch.h"
 
-#include <array>
 #include <cstddef>
 #include <unordered_map>
-#include <variant>
 
-#include "profiles/outlines.h"
-#include "profiles/parametric.h"
 #include "profiles/section_name.h"
 
 namespace exportifc {
 
 namespace {
 
-/// Which dimension becomes an argument of the profile writer.
-enum Argument : std::uint8_t {
-  none,
-  d0,
-  d1,
-  d2,
-  d3,
-  d4,
-  d5,
-  d6,
-  zero,
-  rectangleSide,  // d3, or d2, or d1: the first that counts
-};
-
-struct Row {
-  std::wstring_view family;
-  std::variant<Parametric, Outline> writer;
-  std::array<Argument, 7> arguments;  // a1, a2, ...
-};
+using enum Argument;
 
 // The first row with the family word decides.
 // clang-format off
-constexpr Row table[] = {
+constexpr FamilyRow table[] = {
     {L"ILAM", Parametric::I1, {d0, d1, d2, d3}},
     {L"CS", Parametric::I1, {d0, d1, d2, d3}},
     {L"][_1", Parametric::U1, {d0, d1, d2, d3}},
@@ -118,18 +96,6 @@ constexpr Row table[] = {
 };
 // clang-format on
 
-const Row* findRow(std::wstring_view family) {
-  static const auto rows = [] {
-    std::unordered_map<std::wstring_view, const Row*> byFamily;
-    for (const Row& row : table) {
-      byFamily.emplace(row.family, &row);  // keeps the first
-    }
-    return byFamily;
-  }();
-  const auto found = rows.find(family);
-  return found == rows.end() ? nullptr : found->second;
-}
-
 /// The second side of a rectangle: hosts fill one of three dimensions and leave the others at 0.
 double secondRectangleSide(const float* dims) {
   constexpr double smallestSide = 0.001;
@@ -147,23 +113,42 @@ double argumentValue(Argument argument, const float* dims) {
     case none:
     case zero: return 0.0;
     case rectangleSide: return secondRectangleSide(dims);
-    default: return dims[argument - d0];
+    default: return dims[static_cast<int>(argument) - static_cast<int>(d0)];
   }
 }
 
 }  // namespace
 
+std::span<const FamilyRow> familyTable() { return table; }
+
+const FamilyRow* findFamily(std::wstring_view family) {
+  static const auto rows = [] {
+    std::unordered_map<std::wstring_view, const FamilyRow*> byFamily;
+    for (const FamilyRow& row : table) {
+      byFamily.emplace(row.family, &row);  // keeps the first
+    }
+    return byFamily;
+  }();
+  const auto found = rows.find(family);
+  return found == rows.end() ? nullptr : found->second;
+}
+
+ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims, int flangeSide) {
+  ProfileArguments arguments{static_cast<double>(flangeSide)};
+  for (std::size_t i = 0; i < row.arguments.size(); ++i) {
+    arguments[i + 1] = argumentValue(row.arguments[i], sectionDims);
+  }
+  return arguments;
+}
+
 std::int32_t writeProfile(StepWriter& writer, std::wstring_view name, const float* sectionDims,
                           int flangeSide, UserInterface& ui) {
-  const Row* const row = findRow(profileFamilyOf(name));
+  const FamilyRow* const row = findFamily(profileFamilyOf(name));
   if (row == nullptr) {
     ui.show(L"Perfil Desconhecido", L"Aviso");
     return writeUnknownProfile(writer, name, ui);
   }
-  ProfileArguments arguments{static_cast<double>(flangeSide)};
-  for (std::size_t i = 0; i < row->arguments.size(); ++i) {
-    arguments[i + 1] = argumentValue(row->arguments[i], sectionDims);
-  }
+  const ProfileArguments arguments = profileArguments(*row, sectionDims, flangeSide);
   if (const auto* const variant = std::get_if<Parametric>(&row->writer)) {
     return writeParametricProfile(writer, *variant, name, arguments);
   }

@@ -7,7 +7,7 @@ namespace exportifc {
 
 namespace {
 
-constexpr std::array<std::wstring_view, 21> builtUpFamilies = {
+constexpr std::array<std::wstring_view, 21> builtUpTable = {
     L"][",              // U shapes
     L"[]",              // U shapes
     L"UUE",             // C shapes
@@ -33,6 +33,8 @@ constexpr std::array<std::wstring_view, 21> builtUpFamilies = {
 
 }  // namespace
 
+std::span<const std::wstring_view> builtUpFamilies() { return builtUpTable; }
+
 std::wstring_view profileFamilyOf(std::wstring_view name) {
   return name.substr(0, name.find(L' '));
 }
@@ -41,8 +43,7 @@ bool splitBuiltUpProfile(std::wstring_view familyWord, std::wstring& firstHalfNa
                          std::wstring& secondHalfName) {
   firstHalfName.assign(familyWord).append(L"_1");
   secondHalfName.assign(familyWord).append(L"_2");
-  return std::find(builtUpFamilies.begin(), builtUpFamilies.end(), familyWord) !=
-         builtUpFamilies.end();
+  return std::find(builtUpTable.begin(), builtUpTable.end(), familyWord) != builtUpTable.end();
 }
 
 }  // namespace exportifc
