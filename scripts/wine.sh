@@ -34,6 +34,8 @@ export WINEARCH=win64
 export WINEDEBUG=${WINEDEBUG:--all}
 # No offers to download the .NET and HTML engines, no menu entries or file types for the desktop.
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
+# The same code page (1252) and file names in UTF-8, whatever the caller's locale.
+export LC_ALL=C.UTF-8
 unset WAYLAND_DISPLAY
 
 # Debian's wrapper /usr/bin/wine warns about a missing 32-bit Wine; the loader itself does not.
@@ -72,17 +74,23 @@ start_screen() {
 }
 
 create_prefix() {
-  [[ -e $home/prefix.ready ]] && return
+  local stamp=$home/prefix.ready
+  [[ -e $stamp ]] && return
   rm -rf "$WINEPREFIX"
   timeout -k 5 120 "$wine" wineboot -i 8>&- 9>&- </dev/null >"$home/prefix.log" 2>&1 \
     || die "cannot create the Wine prefix: $(tail -n 3 "$home/prefix.log")"
+  # A crashing program ends at once with the low byte of the exception code. Wine's own debugger
+  # would wait in a dialog, and end the program with code 0.
+  timeout -k 5 60 "$wine" reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' \
+    /v Debugger /d none /f 8>&- 9>&- </dev/null >>"$home/prefix.log" 2>&1 \
+    || die "cannot set up the Wine prefix"
   timeout -k 5 60 "$wineserver" -w 8>&- 9>&-  # until the registry is on disk
   # The user's folders become folders of the prefix, not links into the home folder.
   local link
   find "$WINEPREFIX/drive_c/users" -type l | while read -r link; do
     rm -f "$link" && mkdir -p "$link"
   done
-  touch "$home/prefix.ready"
+  touch "$stamp"
 }
 
 join() {
