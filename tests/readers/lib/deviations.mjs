@@ -1,5 +1,9 @@
 // The one list of what deviates, by whom and why. A check that fails where the list says so counts as passed; a
-// listed deviation that no longer shows fails the run, so that the list cannot rot.
+// listed deviation that no longer shows fails the run, so that the list cannot rot. An entry is
+//
+//   id      a short name                         by      who finds it: a reader, or 'strict' for the strict check
+//   check   which check it fails, or the fault   in      the section families or models where it shows
+//   factor  by how much, where that is known     reason  why it is so
 
 import { readFileSync } from 'node:fs';
 
@@ -9,24 +13,29 @@ export class Deviations {
   // `by` chooses this program's part of the list.
   constructor(by) {
     this.entries = list.filter((d) => by.includes(d.by)).flatMap((d) => {
-      const families = d.families ?? [null];
-      return families.map((family) => ({ ...d, family, seen: false }));
+      const names = d.in ?? [null];
+      return names.map((name) => ({ ...d, name, seen: false }));
     });
   }
 
   // The listed deviation of this check, marked as seen, or null.
-  find(by, family, check) {
-    const entry = this.entries.find((d) => d.by === by && d.family === family && d.check === check);
+  find(by, name, check) {
+    const entry = this.entries.find((d) => d.by === by && d.name === name && d.check === check);
     if (entry) entry.seen = true;
     return entry ?? null;
   }
 
   // The same without marking it.
-  expects(by, family, check) {
-    return this.entries.find((d) => d.by === by && d.family === family && d.check === check) ?? null;
+  expects(by, name, check) {
+    return this.entries.find((d) => d.by === by && d.name === name && d.check === check) ?? null;
   }
 
-  unseen() {
-    return this.entries.filter((d) => !d.seen);
+  // Says what was let through, and fails the run for what no longer shows.
+  conclude(run) {
+    for (const d of this.entries) {
+      const place = `${d.by}, ${d.name}, ${d.check}`;
+      if (d.seen) console.log(`listed: ${d.id} (${place})`);
+      else run.check(`the listed deviation "${d.id}" (${place}) still shows`, false, 'take it off the list');
+    }
   }
 }

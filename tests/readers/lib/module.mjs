@@ -1,7 +1,8 @@
 // Exports model files through the built module, as a host does.
 //
-//   MODULE     the module              (build/linux/libexportIFC.so)
-//   RUN_HOST   the batch host program  (build/linux/run_host)
+//   MODULE         the module            (build/linux/libexportIFC.so)
+//   RUN_HOST       the batch host        (build/linux/run_host)
+//   MINIMAL_HOST   the interactive host  (build/linux/minimal_host)
 
 import { spawnSync } from 'node:child_process';
 import { existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
@@ -14,10 +15,11 @@ const inBuild = (name) => join(top, 'build', 'linux', name);
 
 export const modulePath = resolve(process.env.MODULE ?? inBuild('libexportIFC.so'));
 export const batchHost = resolve(process.env.RUN_HOST ?? inBuild('run_host'));
+export const interactiveHost = resolve(process.env.MINIMAL_HOST ?? inBuild('minimal_host'));
 
-for (const path of [modulePath, batchHost]) {
+for (const path of [modulePath, batchHost, interactiveHost]) {
   if (!existsSync(path)) {
-    console.error(`${path} is not there: build first, or set MODULE and RUN_HOST`);
+    console.error(`${path} is not there: build first, or set MODULE, RUN_HOST and MINIMAL_HOST`);
     process.exit(2);
   }
 }
@@ -45,5 +47,16 @@ export function exportModel(name, text) {
   return output;
 }
 
-export const exportSample = (name) => exportModel(name, readFileSync(join(top, 'samples', `${name}.txt`), 'latin1'));
+// The file that the module writes for the interactive host's own small frame. The module asks for the file's name and
+// for invisible bars on a terminal, which `script` gives it.
+export function exportInteractively(name) {
+  const output = `${name}.ifc`;
+  const quoted = [interactiveHost, modulePath].map((path) => `'${path.replaceAll("'", "'\\''")}'`).join(' ');
+  const run = spawnSync('script', ['-qec', quoted, '/dev/null'], { cwd: folder, input: `${output}\nN\n`, encoding: 'utf8', timeout: 60000 });
+  if (run.status !== 0) throw new Error(`the interactive export ended with ${run.status}: ${run.error ?? run.stdout}`);
+  return join(folder, output);
+}
+
+export const sampleText = (name) => readFileSync(join(top, 'samples', `${name}.txt`), 'latin1');
+export const exportSample = (name) => exportModel(name, sampleText(name));
 export const readBytes = (path) => readFileSync(path, 'latin1');
