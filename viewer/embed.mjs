@@ -1,0 +1,23 @@
+#!/usr/bin/env node
+// embed.mjs IFC OUT.html: puts a file into the built page.
+
+import { readFileSync, writeFileSync } from "node:fs";
+import { basename, dirname, join } from "node:path";
+import { fileURLToPath } from "node:url";
+
+const template = join(dirname(fileURLToPath(import.meta.url)), "dist/viewer.html");
+
+export function embed(bytes, name) {
+  return readFileSync(template, "latin1")
+    .replace("@EXPORTIFC_MODEL@", () => Buffer.from(bytes).toString("base64"))
+    .replace("@EXPORTIFC_NAME@", () => Buffer.from(name, "utf8").toString("base64"));
+}
+
+if (process.argv[1] === fileURLToPath(import.meta.url)) {
+  const [input, output] = process.argv.slice(2);
+  if (!input || !output) {
+    console.error("usage: embed.mjs IFC OUT.html");
+    process.exit(2);
+  }
+  writeFileSync(output, embed(readFileSync(input), basename(input)), "latin1");
+}
