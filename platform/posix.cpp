@@ -7,6 +7,7 @@
 
 #include <sys/random.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <unistd.h>
 
 #include "platform/platform.h"
@@ -121,18 +122,56 @@ class TerminalInterface final : public UserInterface {
   static bool hasTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 };
 
+/// Random bytes of the system, fetched for many GUIDs at once: the call costs more than they do.
+class RandomBytes {
+ public:
+  /// Sixteen bytes that nobody else is given; null when the system has none.
+  const std::uint8_t* take() {
+    if (unused_ == 0 && !refill()) {
+      return nullptr;
+    }
+    unused_ -= piece;
+    return bytes_.data() + unused_;
+  }
+
+  /// Forgets what was fetched.
+  void drop() { unused_ = 0; }
+
+ private:
+  static constexpr std::size_t piece = 16;
+
+  bool refill();
+
+  // Larger requests may come back short when a signal arrives.
+  std::array<std::uint8_t, 256> bytes_{};
+  std::size_t unused_ = 0;
+};
+
+thread_local constinit RandomBytes randomBytes;
+
+bool RandomBytes::refill() {
+  // A child process must not hand out what its parent does.
+  static const int registered = ::pthread_atfork(nullptr, nullptr, [] { randomBytes.drop(); });
+  if (registered != 0 ||
+      ::getrandom(bytes_.data(), bytes_.size(), 0) != static_cast<ssize_t>(bytes_.size())) {
+    return false;
+  }
+  unused_ = bytes_.size();
+  return true;
+}
+
 }  // namespace
 
 Guid newGuid() {
-  std::array<std::uint8_t, 16> bytes{};
-  if (::getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
+  const std::uint8_t* const bytes = randomBytes.take();
+  if (bytes == nullptr) {
     return {};
   }
   Guid guid;
-  std::memcpy(&guid.data1, bytes.data(), 4);
-  std::memcpy(&guid.data2, bytes.data() + 4, 2);
-  std::memcpy(&guid.data3, bytes.data() + 6, 2);
-  std::memcpy(guid.data4.data(), bytes.data() + 8, 8);
+  std::memcpy(&guid.data1, bytes, 4);
+  std::memcpy(&guid.data2, bytes + 4, 2);
+  std::memcpy(&guid.data3, bytes + 6, 2);
+  std::memcpy(guid.data4.data(), bytes + 8, 8);
   // RFC 4122, section 4.4: version 4 in the top bits of data3, variant 10 in those of data4[0].
   guid.data3 = static_cast<std::uint16_t>((guid.data3 & 0x0FFF) | 0x4000);
   guid.data4[0] = static_cast<std::uint8_t>((guid.data4[0] & 0x3F) | 0x80);

@@ -1,15 +1,12 @@
 #include "step/global_id.h"
 
-#include <array>
 #include <cstdint>
-#include <string_view>
 
 namespace exportifc {
 
 namespace {
 
-constexpr std::string_view alphabet =
-    "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_$";
+constexpr char alphabet[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_$";
 
 struct Group {
   std::uint32_t value;
@@ -18,7 +15,7 @@ struct Group {
 
 }  // namespace
 
-std::string compressGuid(const platform::Guid& guid) {
+GlobalId compressGuid(const platform::Guid& guid) {
   const auto& tail = guid.data4;
   const auto threeBytes = [](std::uint32_t high, std::uint32_t middle, std::uint32_t low) {
     return high * 65536U + middle * 256U + low;
@@ -31,23 +28,18 @@ std::string compressGuid(const platform::Guid& guid) {
       {threeBytes(tail[2], tail[3], tail[4]), 4},
       {threeBytes(tail[5], tail[6], tail[7]), 4},
   }};
-  std::string text;
-  text.reserve(22);
+  GlobalId id;
   for (const Group& group : groups) {
     for (int digit = group.digits - 1; digit >= 0; --digit) {
-      text.push_back(alphabet[(group.value >> (6 * digit)) & 63U]);
+      id.characters[id.size++] = alphabet[(group.value >> (6 * digit)) & 63U];
     }
   }
-  return text;
+  return id;
 }
 
-std::wstring createGlobalId() {
+GlobalId createGlobalId() {
   const platform::Guid guid = platform::newGuid();
-  if (guid == platform::Guid{}) {
-    return {};
-  }
-  const std::string narrow = compressGuid(guid);
-  return {narrow.begin(), narrow.end()};
+  return guid == platform::Guid{} ? GlobalId{} : compressGuid(guid);
 }
 
 }  // namespace exportifc

@@ -47,6 +47,10 @@ struct LineCursor {
 };
 
 /// Room that a piece needs at most.
+template <std::size_t Size>
+constexpr std::size_t maxLength(const char (&)[Size]) {
+  return Size - 1;
+}
 constexpr std::size_t maxLength(std::string_view text) { return text.size(); }
 constexpr std::size_t maxLength(std::wstring_view text) { return 2 * text.size(); }
 constexpr std::size_t maxLength(double) { return fixed5Capacity; }
@@ -57,6 +61,13 @@ constexpr std::size_t maxLength(RefList list) {
 }
 constexpr std::size_t maxLength(const NumberPattern& pattern) {
   return pattern.text.size() * fixed5Capacity;
+}
+
+/// A literal: its length is known when this is compiled, which makes it a few moves.
+template <std::size_t Size>
+inline void put(LineCursor& line, const char (&literal)[Size]) {
+  std::memcpy(line.at, literal, Size - 1);
+  line.at += Size - 1;
 }
 
 inline void put(LineCursor& line, std::string_view text) {

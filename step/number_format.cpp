@@ -1,5 +1,6 @@
 #include "step/number_format.h"
 
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -8,24 +9,47 @@ namespace exportifc {
 
 namespace {
 
-constexpr std::uint32_t scale = 100000;   // five decimals
-constexpr double exactIntegers = 0x1p53;  // below it the fraction of a double is exact
-constexpr std::uint64_t low32 = 0xFFFFFFFFU;
+/// "00" "01" ... "99"
+constexpr auto digitPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < 100; ++i) {
+    pairs[2 * i] = static_cast<char>('0' + i / 10);
+    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
 
-/// A fraction in [0, 1) times 100,000, rounded to the nearest integer, ties to even. Exact: the
-/// fraction is taken as a 64-bit binary fraction and `lost` says whether bits fell off below it.
-std::uint32_t scaledFraction(double fraction) {
-  const double shifted = fraction * 0x1p64;  // a power of two: no rounding
-  const auto bits = static_cast<std::uint64_t>(shifted);
-  const bool lost = static_cast<double>(bits) != shifted;
-  // bits * 100000 as a 96-bit product: whole part above bit 64, remainder below.
-  const std::uint64_t lowProduct = (bits & low32) * scale;
-  const std::uint64_t highProduct = (bits >> 32) * scale + (lowProduct >> 32);
-  const std::uint64_t remainder = (highProduct << 32) | (lowProduct & low32);
-  const auto whole = static_cast<std::uint32_t>(highProduct >> 32);
-  constexpr std::uint64_t half = 1ULL << 63;
-  const bool up = remainder > half || (remainder == half && (lost || (whole & 1U) != 0));
-  return whole + (up ? 1U : 0U);
+/// Writes two digits; `value` below 100.
+void putPair(char* at, std::uint32_t value) { std::memcpy(at, &digitPairs[2 * value], 2); }
+
+int digitCount(std::uint32_t value) {
+  int count = 1;
+  for (; value >= 100000; value /= 100000) {
+    count += 5;
+  }
+  return count + (value >= 10) + (value >= 100) + (value >= 1000) + (value >= 10000);
+}
+
+char* putUnsigned(char* at, std::uint32_t value) {
+  char* const end = at + digitCount(value);
+  char* front = end;
+  for (; value >= 100; value /= 100) {
+    front -= 2;
+    putPair(front, value % 100);
+  }
+  if (value >= 10) {
+    putPair(front - 2, value);
+  } else {
+    front[-1] = static_cast<char>('0' + value);
+  }
+  return end;
+}
+
+/// Writes exactly five digits; `value` below 100,000.
+void putFiveDigits(char* at, std::uint32_t value) {
+  at[0] = static_cast<char>('0' + value / 10000);
+  putPair(at + 1, value / 100 % 100);
+  putPair(at + 3, value % 100);
 }
 
 char* putText(char* at, const char* text, std::size_t size) {
@@ -35,35 +59,52 @@ char* putText(char* at, const char* text, std::size_t size) {
 
 char* putNan(char* at) { return putText(at, "nan", 3); }
 
+/// A number from 0 to 1e6 rounded to the nearest integer, or -1 when it is too close to a tie to
+/// be sure: it may be a product that is off by half a unit in its last place (1e-10 at most).
+std::int32_t nearest(double scaled) {
+  constexpr double unsure = 1e-6;
+  const auto whole = static_cast<std::int32_t>(scaled);
+  const double pastTie = scaled - whole - 0.5;
+  if (std::fabs(pastTie) < unsure) {
+    return -1;
+  }
+  return pastTie > 0.0 ? whole + 1 : whole;
+}
+
 }  // namespace
 
 char* putFixed5(char* at, double value) {
+  constexpr double scale = 100000.0;  // five decimals
+  constexpr double largest = 0x1p32;  // whole parts of 32 bits; models know no others
   const double magnitude = std::fabs(value);
-  if (!(magnitude < exactIntegers)) {
-    if (std::isnan(value)) {
-      return putNan(at);
+  if (magnitude < largest) {
+    auto whole = static_cast<std::uint32_t>(static_cast<std::int64_t>(magnitude));
+    std::int32_t decimals = nearest((magnitude - whole) * scale);
+    if (decimals == scale) {
+      decimals = ++whole == 0 ? -1 : 0;
     }
-    return std::to_chars(at, at + fixed5Capacity, value, std::chars_format::fixed, 5).ptr;
+    if (decimals >= 0) {
+      *at = '-';
+      at += std::signbit(value);
+      at = putUnsigned(at, whole);
+      *at = '.';
+      putFiveDigits(at + 1, static_cast<std::uint32_t>(decimals));
+      return at + 6;
+    }
   }
-  if (std::signbit(value)) {
-    *at++ = '-';
+  if (std::isnan(value)) {
+    return putNan(at);
   }
-  auto whole = static_cast<std::uint64_t>(magnitude);
-  std::uint32_t decimals = scaledFraction(magnitude - static_cast<double>(whole));
-  if (decimals == scale) {
-    decimals = 0;
-    ++whole;
-  }
-  at = std::to_chars(at, at + fixed5Capacity, whole).ptr;
-  *at = '.';
-  for (int place = 5; place > 0; --place) {
-    at[place] = static_cast<char>('0' + decimals % 10);
-    decimals /= 10;
-  }
-  return at + 6;
+  return std::to_chars(at, at + fixed5Capacity, value, std::chars_format::fixed, 5).ptr;
 }
 
 char* putGeneral6(char* at, double value) {
+  const double magnitude = std::fabs(value);
+  // Most coordinates in comments are whole millimetres.
+  if (magnitude < 1e6 && magnitude == std::floor(magnitude)) {
+    *at = '-';
+    return putUnsigned(at + std::signbit(value), static_cast<std::uint32_t>(magnitude));
+  }
   if (std::isnan(value)) {
     return putNan(at);
   }
@@ -71,7 +112,11 @@ char* putGeneral6(char* at, double value) {
 }
 
 char* putInteger(char* at, std::int32_t value) {
-  return std::to_chars(at, at + integerCapacity, value).ptr;
+  if (value < 0) {
+    *at++ = '-';
+    return putUnsigned(at, 0U - static_cast<std::uint32_t>(value));
+  }
+  return putUnsigned(at, static_cast<std::uint32_t>(value));
 }
 
 }  // namespace exportifc
