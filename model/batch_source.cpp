@@ -2,8 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
-#include <vector>
+#include <unordered_map>
 
 #include "model/host_number.h"
 
@@ -11,22 +10,30 @@ namespace exportifc {
 
 namespace {
 
-/// Records of batch bars live as long as the module: whoever was given one may keep it.
-std::vector<std::unique_ptr<BarRecord>>& retainedRecords() {
-  static std::vector<std::unique_ptr<BarRecord>> records;
-  return records;
-}
+/// What a section text gives.
+struct Section {
+  BarRecord record{};
+  bool fitsRecord = false;
+  SectionDims dims{};
+};
 
-/// A zero-filled record with the section text, or null when the text, counted to its first NUL,
-/// does not fit the field with its terminator.
-const BarRecord* makeRecord(const std::string& sectionText) {
-  const std::size_t length = std::strlen(sectionText.c_str());
-  auto record = std::make_unique<BarRecord>();
-  if (length >= sizeof(record->sectionName)) {
-    return nullptr;
+/// The section with this text. Bars with the same text, a few dozen among a million, share one
+/// record, which nobody writes to. It lives as long as the module: whoever was given it may keep
+/// it.
+const Section& sectionOf(const std::string& text) {
+  static std::unordered_map<std::string, Section> sections;
+  const auto known = sections.find(text);
+  if (known != sections.end()) {
+    return known->second;
   }
-  std::memcpy(record->sectionName, sectionText.c_str(), length);
-  return retainedRecords().emplace_back(std::move(record)).get();
+  Section section;
+  const std::size_t length = std::strlen(text.c_str());  // to its first NUL
+  section.fitsRecord = length < sizeof(section.record.sectionName);
+  if (section.fitsRecord) {
+    std::memcpy(section.record.sectionName, text.c_str(), length);
+  }
+  section.dims = parseSectionDims(text);
+  return sections.emplace(text, section).first->second;
 }
 
 /// Takes the next word off the front of `text`, separated by white space; empty at the end.
@@ -117,8 +124,9 @@ bool BatchSource::next(std::int32_t /*index*/, SourceBar& bar) {
   bar.start = bar_.start;
   bar.end = bar_.end;
   bar.angle = bar_.angle;
-  bar.record = makeRecord(bar_.sectionText);
-  bar.dims = parseSectionDims(bar_.sectionText);
+  const Section& section = sectionOf(bar_.sectionText);
+  bar.record = section.fitsRecord ? &section.record : nullptr;
+  bar.dims = section.dims;
   return true;
 }
 

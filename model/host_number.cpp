@@ -1,8 +1,11 @@
 #include "model/host_number.h"
 
+#include <array>
 #include <charconv>
+#include <cstddef>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace exportifc {
 
@@ -66,6 +69,35 @@ std::int64_t takeExponent(Cursor& cursor) {
   return minus ? -exponent : exponent;
 }
 
+// Up to 15 digits and the powers of ten up to 22 are exact doubles, so that one multiplication or
+// division rounds as the conversion must.
+constexpr std::size_t exactDigits = 15;
+constexpr std::array exactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                    1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                    1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// The integer that `digits` spell, times a power of ten.
+double scaled(std::string digits, std::int64_t power) {
+  const auto magnitude = static_cast<std::uint64_t>(power < 0 ? -power : power);
+  if (digits.size() <= exactDigits && magnitude < exactPowers.size()) {
+    std::int64_t integer = 0;
+    for (const char digit : digits) {
+      integer = integer * 10 + (digit - '0');
+    }
+    const auto value = static_cast<double>(integer);
+    return power < 0 ? value / exactPowers[magnitude] : value * exactPowers[magnitude];
+  }
+  const bool isLarge = static_cast<std::int64_t>(digits.size()) + power > 0;
+  digits += 'e';
+  digits += std::to_string(power);
+  double value = 0.0;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  if (result.ec != std::errc{}) {  // out of range: `value` was left alone
+    return isLarge ? std::numeric_limits<double>::infinity() : 0.0;
+  }
+  return value;
+}
+
 double parseDecimal(std::string_view text, bool pointIsComma) {
   Cursor cursor(text);
   cursor.skipBlanks();
@@ -93,16 +125,7 @@ double parseDecimal(std::string_view text, bool pointIsComma) {
     return 0.0;
   }
   power += takeExponent(cursor);
-  double value = 0.0;
-  if (!digits.empty()) {
-    const auto magnitude = static_cast<std::int64_t>(digits.size()) + power;
-    digits += 'e';
-    digits += std::to_string(power);
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (result.ec != std::errc{}) {  // out of range: `value` was left alone
-      value = magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
-    }
-  }
+  const double value = digits.empty() ? 0.0 : scaled(std::move(digits), power);
   return minus ? -value : value;
 }
 

@@ -1,6 +1,8 @@
 #include "model/line_reader.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 
 namespace exportifc {
 
@@ -15,9 +17,10 @@ bool LineReader::next(std::string& line) {
   bool any = false;
   while (at_ != end_ || fill()) {
     any = true;
-    const char* const feed = std::find(at_, end_, '\n');
-    line.append(at_, feed);
-    if (feed != end_) {
+    const auto left = static_cast<std::size_t>(end_ - at_);
+    const auto* const feed = static_cast<const char*>(std::memchr(at_, '\n', left));
+    line.append(at_, feed != nullptr ? feed : end_);
+    if (feed != nullptr) {
       at_ = feed + 1;
       if (!line.empty() && line.back() == '\r') {
         line.pop_back();
