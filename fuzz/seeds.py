@@ -1,0 +1,141 @@
+#!/usr/bin/env python3
+"""Writes the seeds and dictionaries of the fuzz targets: fuzz/seeds.py
+
+The families come from the sample that holds one bar of each; the rest are the edges of the formats.
+Inputs that the fuzzer found later stand beside the seeds in fuzz/corpus and are left alone.
+"""
+import pathlib
+import struct
+
+here = pathlib.Path(__file__).resolve().parent
+sample = (here.parent / "samples/familias.txt").read_text(encoding="latin-1").splitlines()
+bars = [sample[5 + 12 * i : 17 + 12 * i] for i in range(int(sample[4]))]
+
+
+def write(target, name, data):
+    folder = here / "corpus" / target
+    folder.mkdir(parents=True, exist_ok=True)
+    (folder / f"seed-{name}").write_bytes(data if isinstance(data, bytes) else data.encode("latin-1"))
+
+
+# ---- batch text files
+
+def batch(bar_lines, unit="mm", count=None, end="\n"):
+    count = len(bar_lines) if count is None else count
+    lines = ["1", "2", "model", unit, str(count)] + [line for bar in bar_lines for line in bar]
+    return end.join(lines) + end
+
+
+def bar(section, start=(0, 0, 0), finish=(1000, 0, 0), angle="0"):
+    return ["bar", *map(str, start), *map(str, finish), str(angle), section, "A36", "1", "note"]
+
+
+for i in range(0, len(bars), 4):
+    write("batch_file", f"families-{i}", batch(bars[i : i + 4]))
+for name, text in {
+    "empty": "",
+    "header-only": "1\n2\nx\nmm\n0\n",
+    "crlf": batch([bar("W 200 100 5 8")], "cm", end="\r\n"),
+    "metres": batch([bar("L 50 50 5 5", ("0,5", "1.5", "2"), ("-1e1", "+3", ".5"), "1,5708")], "m"),
+    "unit-unknown": batch([bar("RED 20")], "MM"),
+    "count-negative": batch([bar("RED 20")], count=-1),
+    "count-huge": batch([bar("RED 20")], count=99999999999),
+    "short-bar": "1\n2\nx\nm\n2\nbar\n1\n2\n",
+    "crosses": batch([bar("I 200x100x5x8"), bar("CART 1 x 2 x 3x4x"), bar("W " + "1x" * 20)]),
+    "many-dims": batch([bar("PSA 1 2 3 4 5 6 7 8 9 10 11 12 13")]),
+    "name-47": batch([bar("W" + "9" * 46)]),
+    "name-48": batch([bar("W" + "9" * 47)]),
+    "high-byte": batch([bar("RED 20"), bar("A\xe7o 3"), bar("RED 20")]),
+    "quotes": batch([bar("RED '20'"), bar("W */ /* \\X2\\")]),
+    "control-z": batch([bar("RED 20")]) + "\x1a" + batch([bar("RED 20")]),
+    "nul": batch([bar("RED 2\x000 5")]),
+    "numbers": batch([bar("RET 1e400 -1e400 1e-400 0x10",
+                          ("1e39", "-1e39", "1e-46"), ("inf", "nan", "0x1p3"), "9" * 60)]),
+    "vertical": batch([bar("LX 50 50 5 5 8", (0, 0, 0), (0, 0, 3000))]),
+    "reversed": batch([bar("ZS", (0, 0, 0), (0, 5, 3000)), bar("LX_1", (1, 2, 3), (1, 2, 3))]),
+}.items():
+    write("batch_file", name, text)
+
+
+# ---- models behind the callback; the order is that of hostOf in host_model.cpp
+
+families = [bar_lines[8].split()[0] for bar_lines in bars]
+
+
+def small(value):
+    return bytes([int(value * 8) + 0x78])
+
+
+def real(value):
+    return b"\xff" + struct.pack("<f", value)
+
+
+def host_bar(family, dims=(), bits=0, start=(0, 0, 0), end=(1, 0, 0), angle=0, tail=b""):
+    points = b"".join(small(c) for c in (*start, *end))
+    return (bytes([bits]) + small(angle) + points + bytes([family, len(dims)]) +
+            b"".join(real(d) for d in dims) + tail)
+
+
+def rest(kind, visible=1, tail=b""):
+    """Type, visibility and what follows them in a model that is not for the batch format."""
+    return small(kind) + struct.pack("<i", visible) + tail
+
+
+hat = (100, 50, 20, 2, 10, 3, 4)
+for first in range(0, 96, 12):
+    write("host_model", f"batch-{first}",
+          bytes([1, first // 12 % 3, 12]) + b"".join(host_bar(f, hat[:5]) for f in range(first, first + 12)))
+for kind in range(12):
+    write("host_model", f"type-{kind}",
+          bytes([kind % 2 * 2, kind % 4, 2]) +
+          host_bar(42, hat, tail=rest(kind)) +
+          host_bar(0, hat, bits=1, end=(0, 0, 3), tail=rest(kind)))
+nan, infinity = float("nan"), float("inf")
+for name, data in {
+    "empty": b"",
+    "none": bytes([0, 2, 0]),
+    "negative": bytes([4, 2, 0]) + struct.pack("<i", -5),
+    "unit": bytes([0, 0xFF]) + struct.pack("<i", -2147483648) + bytes([1]) + host_bar(42, tail=rest(1)),
+    "no-record": bytes([0, 2, 1]) + host_bar(42, bits=4, tail=rest(1)),
+    "turns": bytes([0, 2, 1]) + host_bar(42, bits=2, tail=rest(1, tail=struct.pack("<i", -2147483648))),
+    "raw-name": bytes([0, 2, 1, 0]) + small(0) * 7 + bytes([200]) + b"W'\\*/\n\r\t" + b"x" * 40 +
+                bytes([0]) + rest(1),
+    "not-numbers": bytes([0, 1, 1, 0]) + real(nan) + real(infinity) + real(-infinity) + real(1e30) +
+                   real(-1e30) + real(1e-45) + real(-0.0) + bytes([21, 7]) +
+                   b"".join(real(v) for v in (nan, -1, infinity, 3e38, 1e-45, -0.0, 5)) + real(nan) +
+                   struct.pack("<i", 1),
+    "careless": bytes([4, 2, 3]) + b"".join(host_bar(f, hat, bits=0x80, tail=rest(3, tail=b"\xff"))
+                                            for f in (42, 21, 0)),
+    "throws": bytes([8, 1, 30, 2, 3]) + host_bar(42, hat, tail=rest(1)) * 3,
+    "throws-file": bytes([8, 3, 0, 2, 1]) + host_bar(42, hat, tail=rest(1)),
+    "throws-int": bytes([8, 4, 9, 2, 1]) + host_bar(42, hat, tail=rest(1)),
+}.items():
+    write("host_model", name, data)
+
+
+# ---- section names; the order is that of LLVMFuzzerTestOneInput in section_name.cpp
+
+for i, family in enumerate(sorted(set(families + ["", " ", "W'", "A\xe7o", "2L_2", "x", "W\n9"]))):
+    name = family.encode("latin-1") + b" 100 50x5,5"[: i % 12]
+    write("section_name", str(i),
+          bytes([len(name)]) + name + b"".join(real(d) for d in hat) + small(1) * 10 + bytes([3]) +
+          struct.pack("<8d", 0.015625, -0.0, 1e300, 999999.5, nan, infinity, 123456789.123456, 5e-324))
+
+
+# ---- dictionaries
+
+def dictionary(name, words):
+    lines = ['"' + "".join(c if (c.isalnum() and c < "\x7f") or c in " _.,'<>[]-+*/" else f"\\x{ord(c):02x}" for c in word) + '"'
+             for word in words]
+    folder = here / "dictionaries"
+    folder.mkdir(exist_ok=True)
+    (folder / f"{name}.dict").write_text("\n".join(lines) + "\n", encoding="ascii")
+
+
+words = sorted(set(families)) + ["_1", "_2", "_EN", "2L_ASSIMETRICO"]
+numbers = ["0", "-0", "1,5", "1.5", "1e5", "e+", ",", ".", "-", "+", "1e39", "1e-46", "0x1p3", "inf", "nan",
+           "2147483648", "-2147483649", "99999999999999999999"]
+dictionary("batch_file", words + numbers + ["m\n", "cm\n", "mm\n", "x", " x ", "\r\n", "\x1a", "\xe7", "'", "*/"])
+dictionary("section_name", words + numbers + [" ", "x", "'", "\xe7", "*/", "\n"])
+dictionary("host_model", words + ["'", "*/", "\xe7", "\n", "\xff\x00\x00\xc0\x7f", "\xff\x00\x00\x80\x7f",
+                                  "\xff\xca\xf2\x49\x71", "\xff\x01\x00\x00\x00", "\xff\x00\x00\x00\xcf"])
