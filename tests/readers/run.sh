@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Independent readers and the strict check. Needs node 20 or later, npm, and a built module:
+# Independent readers and the strict check. Needs node 18 or later, npm, and a built module:
 #
 #   MODULE        the module           (build/linux/libexportIFC.so)
 #   RUN_HOST      the batch host       (build/linux/run_host)
-#   MINIMAL_HOST  the interactive host (build/linux/minimal_host)
+#   MODEL_HOST    the querying host    (build/linux/tests/readers/model_host)
 #
 # The last line counts: N passed, N failed.
 set -u

@@ -10,12 +10,9 @@ import { readFileSync } from 'node:fs';
 const list = JSON.parse(readFileSync(new URL('../deviations.json', import.meta.url), 'utf8'));
 
 export class Deviations {
-  // `by` chooses this program's part of the list.
-  constructor(by) {
-    this.entries = list.filter((d) => by.includes(d.by)).flatMap((d) => {
-      const names = d.in ?? [null];
-      return names.map((name) => ({ ...d, name, seen: false }));
-    });
+  // `mine(by, name)` chooses the entries that this program is to see.
+  constructor(mine) {
+    this.entries = list.flatMap((d) => d.in.map((name) => ({ ...d, name, seen: false }))).filter((d) => mine(d.by, d.name));
   }
 
   // The listed deviation of this check, marked as seen, or null.

@@ -26,7 +26,7 @@ export function read(reader, path) {
   return elements.sort((a, b) => a.id - b.id);
 }
 
-export const point = (element, i) => element.vertices.slice(3 * i, 3 * i + 3);
+export const pointsOf = ({ vertices }) => Array.from({ length: vertices.length / 3 }, (_, i) => vertices.slice(3 * i, 3 * i + 3));
 
 // { volume, centroid, box: [[low], [high]] } of a closed mesh; tetrahedra from its first vertex keep the digits.
 export function measure({ vertices: v, triangles: t }) {
