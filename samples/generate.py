@@ -1,14 +1,16 @@
 #!/usr/bin/env python3
 """Generates the sample models in this folder.
 
-galpao.txt    a steel warehouse, in metres
-familias.txt  one bar for each section family, in millimetres
+galpao    a steel warehouse, in metres
+familias  one bar for each section family, in millimetres
 
-Both are batch model files: five header lines, then twelve lines per bar.
+Each is written twice: as a batch model file (.txt; five header lines, then twelve lines per bar) and
+as a JSON model (.json), which also tells types, visibility and quarter turns.
 The output depends on nothing but this script, so the files can be checked in and compared.
 """
 
 import argparse
+import json
 import math
 import sys
 from collections import Counter
@@ -379,7 +381,41 @@ def batch_text(model):
     return "".join(f"{line}\r\n" for line in lines).encode("ascii")
 
 
-SAMPLES = {"galpao.txt": warehouse, "familias.txt": catalogue}
+# Names of the bar types in JSON models, by their number.
+TYPE_NAMES = ["member", "frame-beam", "floor-beam", "truss-chord", "column", "bracing", "crane-beam",
+              "wind-column", "stair", "truss-web", "not-exported", "other"]
+
+
+def json_text(model):
+    """The JSON model: one line for each node, section and bar; what has its usual value is left out.
+    Dimensions are left out too: they are read from the section's text."""
+    quoted = json.dumps
+
+    def bar_text(bar):
+        words = [f'"nodes": [{bar.start}, {bar.end}]', f'"section": {quoted(model.sections[bar.section].text)}']
+        if bar.type != MEMBER:
+            words.append(f'"type": {quoted(TYPE_NAMES[bar.type])}')
+        if not bar.visible:
+            words.append('"visible": false')
+        if bar.angle:
+            words.append(f'"angle": {number(bar.angle)}')
+        if bar.quarter_turns:
+            words.append(f'"quarterTurns": {bar.quarter_turns}')
+        return "{" + ", ".join(words) + "}"
+
+    def listed(items):
+        return ",\n".join("    " + item for item in items)
+
+    nodes = listed(f"[{number(n.x)}, {number(n.y)}, {number(n.z)}]" for n in model.nodes)
+    sections = listed(f'{quoted(s.text)}: {{"text": {quoted(s.text)}}}' for s in model.sections)
+    bars = listed(bar_text(bar) for bar in model.bars)
+    return (f'{{\n  "title": {quoted(model.title)},\n  "unit": {quoted(model.unit)},\n'
+            f'  "nodes": [\n{nodes}\n  ],\n  "sections": {{\n{sections}\n  }},\n'
+            f'  "bars": [\n{bars}\n  ]\n}}\n').encode("ascii")
+
+
+SAMPLES = {"galpao": warehouse, "familias": catalogue}
+FORMATS = {".txt": batch_text, ".json": json_text}
 
 
 def families(model):
@@ -394,14 +430,17 @@ def main():
 
     failed = False
     for name, build in SAMPLES.items():
-        model, path = build(), Path(__file__).parent / name
-        content = batch_text(model)
-        if not options.check:
-            path.write_bytes(content)
-        same = path.exists() and path.read_bytes() == content
-        failed |= not same
+        model = build()
+        differing = []
+        for suffix, text in FORMATS.items():
+            path, content = Path(__file__).parent / (name + suffix), text(model)
+            if not options.check:
+                path.write_bytes(content)
+            if not path.exists() or path.read_bytes() != content:
+                differing.append(path.name)
+        failed |= bool(differing)
         print(f"{name}: {len(model.bars)} bars, {len(model.nodes)} nodes, {len(model.sections)} sections"
-              + ("" if same else ": differs, run samples/generate.py"))
+              + (f": {', '.join(differing)} differ, run samples/generate.py" if differing else ""))
         if options.count:
             for family, bars in sorted(families(model).items()):
                 print(f"  {family:<16}{bars:>4}")

@@ -1,0 +1,213 @@
+#include "host/export_command.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <new>
+#include <set>
+#include <system_error>
+
+#include "host/console.h"
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/model_check.h"
+#include "host/model_export.h"
+#include "host/model_reader.h"
+#include "host/output_file.h"
+#include "host/paths.h"
+#include "host/progress.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::host {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* exchangeExtension = ".ifc";
+
+std::string outputFor(const std::string& model, const ExportOptions& options) {
+  if (!options.output.empty()) {
+    return options.output;
+  }
+  if (isStandardStream(model)) {
+    return model;
+  }
+  fs::path path = pathOf(model);
+  path.replace_extension(exchangeExtension);
+  return textOf(options.directory.empty() ? path : pathOf(options.directory) / path.filename());
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+  std::error_code ignored;
+  return !isStandardStream(a) && !isStandardStream(b) &&
+         fs::equivalent(pathOf(a), pathOf(b), ignored);
+}
+
+std::string barsText(std::int32_t count) {
+  return count == 1 ? say(texts::oneBar) : say(texts::manyBars, {numberText(count)});
+}
+
+void reportMessages(const Model& model, const ExportResult& result) {
+  for (const ModuleMessage& message : result.messages) {
+    const ModelSection& section = model.sections[static_cast<std::size_t>(message.section)];
+    reportWarning(say(texts::moduleMessage, {message.text, section.text, barsText(message.bars),
+                                             numberText(message.firstBar + 1)}));
+  }
+}
+
+std::string skippedText(const SkippedBars& skipped) {
+  std::string text;
+  const auto add = [&](const Text& pattern, std::int32_t count) {
+    if (count > 0) {
+      text += (text.empty() ? "" : ", ") + say(pattern, {numberText(count)});
+    }
+  };
+  add(texts::sumInvisible, skipped.invisible);
+  add(texts::sumType10, skipped.notExportedType);
+  add(texts::sumTooLong, skipped.withoutRecord);
+  return text.empty() ? say(texts::noneBars) : text;
+}
+
+std::string elementsText(const ExportResult& result) {
+  std::string text;
+  for (std::size_t i = 0; i < elementKeywords.size(); ++i) {
+    if (result.elements[i] > 0) {
+      text += (text.empty() ? "" : ", ") + numberText(result.elements[i]) + " " +
+              std::string(elementKeywords[i]);
+    }
+  }
+  return text.empty() ? say(texts::none) : text;
+}
+
+/// The summary; on standard error when the file itself goes to standard output.
+void printSummary(const Model& model, const std::string& name, const std::string& output,
+                  const ExportResult& result, double seconds) {
+  const auto print = isStandardStream(output) ? printError : printLine;
+  constexpr std::size_t labelWidth = 22;
+  const auto row = [&](const Text& label, const std::string& value) {
+    std::string text = say(label);
+    std::size_t width = 0;
+    for (const char c : text) {
+      width += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1U : 0U;
+    }
+    text.append(width < labelWidth ? labelWidth - width : 1, ' ');
+    print("  " + text + value);
+  };
+  const SkippedBars& skipped = result.skipped;
+  const auto total = static_cast<std::int64_t>(model.bars.size());
+  const std::int64_t written =
+      total - skipped.invisible - skipped.notExportedType - skipped.withoutRecord;
+  print(displayName(name) + " -> " +
+        (isStandardStream(output) ? std::string(say(texts::standardOutput)) : output));
+  row(texts::sumBars, say(texts::sumOf, {numberText(written), numberText(total)}));
+  row(texts::sumSkipped, skippedText(skipped));
+  row(texts::sumElements, elementsText(result));
+  bool anyUnknown = false;
+  for (const ModuleMessage& message : result.messages) {
+    if (message.unknownProfile) {
+      const auto& section = model.sections[static_cast<std::size_t>(message.section)];
+      row(texts::sumUnknown, say(texts::sumUnknownRow, {section.text, barsText(message.bars),
+                                                        numberText(message.firstBar + 1)}));
+      anyUnknown = true;
+    }
+  }
+  if (!anyUnknown) {
+    row(texts::sumUnknown, say(texts::none));
+  }
+  row(texts::sumSize, say(texts::sumBytes, {numberText(result.bytes), numberText(result.lines)}));
+  row(texts::sumTime, say(texts::sumSeconds, {decimalText(seconds, 2)}));
+}
+
+/// Why the export of a model stopped.
+std::string stopText(const ExportResult& result, const OutputFile& file, std::size_t bars) {
+  if (result.interrupted) {
+    return say(texts::stoppedByUser);
+  }
+  const std::string reason = file.failed() ? file.failureText()
+                             : !result.driverFailure.empty()
+                                 ? result.driverFailure
+                                 : std::string(say(texts::fileIncomplete));
+  return say(texts::stoppedAtBar, {say(texts::bar, {numberText(result.lastBar)}),
+                                   numberText(static_cast<std::int64_t>(bars)), reason});
+}
+
+void exportOne(const std::string& name, const std::string& output, const ExportOptions& options) {
+  const auto started = Clock::now();
+  if (isSameFile(name, output)) {
+    throw Failure(exitBadUse, say(texts::sameFile, {output}));
+  }
+  const Model model = loadForExport(name, options);
+  OutputFile file(output);
+  ExportResult result;
+  {
+    Progress progress(!options.quiet, static_cast<std::int64_t>(model.bars.size()));
+    result = exportModel(model, options.visibleOnly, file, progress);
+  }
+  if (!result.complete) {
+    throw Failure(exitNotWritten, stopText(result, file, model.bars.size()));
+  }
+  file.commit();
+  if (!options.quiet) {
+    reportMessages(model, result);
+    printSummary(model, name, output, result,
+                 std::chrono::duration<double>(Clock::now() - started).count());
+  }
+}
+
+void checkOutputs(const std::vector<std::string>& outputs) {
+  std::set<std::string> seen;
+  for (const std::string& output : outputs) {
+    if (!seen.insert(output).second) {
+      throw Failure(exitBadUse, say(texts::sameOutput, {output}));
+    }
+  }
+}
+
+}  // namespace
+
+Model loadForExport(const std::string& name, const ExportOptions& options) {
+  Model model = readModel(name);
+  const auto refuse = [&](const std::vector<Problem>& problems, ExitCode code) {
+    if (problems.empty()) {
+      return;
+    }
+    for (const Problem& problem : problems) {
+      const std::string text = displayName(name) + ": " + problemText(model, problem);
+      problem.isError ? reportError(text) : reportWarning(text);
+    }
+    throw Failure(code, say(texts::nothingWritten, {displayName(name)}));
+  };
+  refuse(checkReferences(model), exitUnreadable);
+  if (options.transliterate) {
+    transliterate(model);
+  }
+  refuse(options.strict ? checkModel(model, options.visibleOnly)
+                        : checkCharacters(model, options.visibleOnly),
+         exitProblems);
+  return model;
+}
+
+int runExportCommand(const ExportOptions& options) {
+  std::vector<std::string> outputs;
+  for (const std::string& model : options.models) {
+    outputs.push_back(outputFor(model, options));
+  }
+  checkOutputs(outputs);
+  int code = exitOk;
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    try {
+      exportOne(options.models[i], outputs[i], options);
+    } catch (const Failure& failure) {
+      reportError(failure.what());
+      code = std::max<int>(code, failure.code());
+    } catch (const std::bad_alloc&) {
+      reportError(displayName(options.models[i]) + ": " + say(texts::outOfMemory));
+      code = exitNotWritten;
+    }
+  }
+  return code;
+}
+
+}  // namespace exportifc::host

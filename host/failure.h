@@ -1,0 +1,29 @@
+// How the program ends.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace exportifc::host {
+
+/// Exit codes, for scripts; the help text lists them.
+enum ExitCode : int {
+  exitOk = 0,
+  exitProblems = 1,    ///< `check`, `--strict`, or a section name that the file cannot hold
+  exitBadUse = 2,      ///< arguments
+  exitUnreadable = 3,  ///< a model that cannot be read or is not a model
+  exitNotWritten = 4,  ///< output, also after an interrupt
+};
+
+/// Ends one command with a message for the user and an exit code.
+class Failure : public std::runtime_error {
+ public:
+  Failure(ExitCode code, const std::string& message) : std::runtime_error(message), code_(code) {}
+
+  ExitCode code() const { return code_; }
+
+ private:
+  ExitCode code_;
+};
+
+}  // namespace exportifc::host

@@ -1,0 +1,611 @@
+#include "host/json_model.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include <nlohmann/json.hpp>
+
+#include "host/messages.h"
+#include "host/nearest.h"
+#include "host/text_encoding.h"
+#include "model/batch_source.h"
+
+namespace exportifc::host {
+
+namespace {
+
+/// Feeds the parser character by character and knows where it is.
+class CountingText {
+ public:
+  // What the parser asks of an input iterator.
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = const char&;
+
+  struct Position {
+    std::streambuf* text;
+    std::int64_t line = 1;
+    std::int64_t column = 0;
+    std::int64_t lineBefore = 1;  // without the last character
+    std::int64_t columnBefore = 0;
+    char current = '\0';
+    bool ended = false;
+
+    void advance() {
+      const auto next = text->sbumpc();
+      ended = next == std::char_traits<char>::eof();
+      current = ended ? '\0' : std::char_traits<char>::to_char_type(next);
+      lineBefore = line;
+      columnBefore = column;
+      if (current == '\n') {
+        ++line;
+        column = 0;
+      } else if ((static_cast<unsigned char>(current) & 0xC0) != 0x80) {
+        ++column;
+      }
+    }
+  };
+
+  CountingText() = default;
+  explicit CountingText(Position& position) : position_(&position) {}
+
+  const char& operator*() const { return position_->current; }
+  CountingText& operator++() {
+    position_->advance();
+    return *this;
+  }
+  CountingText operator++(int) {
+    CountingText before = *this;
+    position_->advance();
+    return before;
+  }
+  friend bool operator==(const CountingText& a, const CountingText& b) {
+    return a.atEnd() == b.atEnd();
+  }
+  friend bool operator!=(const CountingText& a, const CountingText& b) { return !(a == b); }
+
+ private:
+  bool atEnd() const { return position_ == nullptr || position_->ended; }
+
+  Position* position_ = nullptr;
+};
+
+/// A value that is neither object nor array.
+struct Scalar {
+  enum class Kind : std::uint8_t { null, boolean, integer, real, text };
+  Kind kind = Kind::null;
+  bool boolean = false;
+  std::int64_t integer = 0;
+  double real = 0.0;        // also of an integer
+  std::string_view text{};  // of a text its content, of a real its digits
+
+  bool isNumber() const { return kind == Kind::integer || kind == Kind::real; }
+};
+
+/// The value as the file shows it, shortened.
+std::string shown(const Scalar& value) {
+  switch (value.kind) {
+    case Scalar::Kind::null: return "null";
+    case Scalar::Kind::boolean: return value.boolean ? "true" : "false";
+    case Scalar::Kind::integer: return std::to_string(value.integer);
+    case Scalar::Kind::real: return std::string(value.text);
+    case Scalar::Kind::text: break;
+  }
+  constexpr std::size_t longest = 60;
+  std::string text(value.text.substr(0, longest));
+  while (!isUtf8(text)) {
+    text.pop_back();  // not in the middle of a character
+  }
+  return '"' + text + (value.text.size() > longest ? "…\"" : "\"");
+}
+
+// Keys of each kind of object; the first `required` of them must be there.
+struct Keys {
+  std::span<const std::string_view> names;
+  std::size_t required;
+};
+constexpr std::string_view modelKeyNames[] = {"unit", "nodes", "sections",
+                                              "bars", "title", "$schema"};
+constexpr std::string_view sectionKeyNames[] = {"text", "dims"};
+constexpr std::string_view barKeyNames[] = {"nodes",   "section", "type",
+                                            "visible", "angle",   "quarterTurns"};
+constexpr Keys modelKeys{modelKeyNames, 4};
+constexpr Keys sectionKeys{sectionKeyNames, 1};
+constexpr Keys barKeys{barKeyNames, 2};
+
+template <std::size_t Size>
+std::string listed(const std::array<std::string_view, Size>& names) {
+  return joined(std::span<const std::string_view>(names));
+}
+
+/// Builds the model from the parser's events.
+class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
+ public:
+  explicit ModelBuilder(const CountingText::Position& position) : position_(position) {}
+
+  Model take() { return std::move(model_); }
+
+  bool null() override { return scalar({}); }
+  bool boolean(bool value) override {
+    return scalar({.kind = Scalar::Kind::boolean, .boolean = value});
+  }
+  bool number_integer(number_integer_t value) override {
+    return scalar(
+        {.kind = Scalar::Kind::integer, .integer = value, .real = static_cast<double>(value)});
+  }
+  bool number_unsigned(number_unsigned_t value) override {
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
+    return scalar(
+        {.kind = Scalar::Kind::integer,
+         .integer = value > number_unsigned_t{largest} ? largest : static_cast<std::int64_t>(value),
+         .real = static_cast<double>(value)});
+  }
+  bool number_float(number_float_t value, const string_t& digits) override {
+    return scalar({.kind = Scalar::Kind::real, .real = value, .text = digits});
+  }
+  bool string(string_t& value) override {
+    return scalar({.kind = Scalar::Kind::text, .text = value});
+  }
+  bool binary(binary_t& /*value*/) override { return false; }
+
+  bool start_object(std::size_t /*size*/) override;
+  bool key(string_t& name) override;
+  bool end_object() override;
+  bool start_array(std::size_t /*size*/) override;
+  bool end_array() override;
+  bool parse_error(std::size_t at, const std::string& token,
+                   const nlohmann::json::exception& error) override;
+
+ private:
+  // Where in the model the parser is; each row of the format has one.
+  enum class In : std::uint8_t {
+    file,
+    model,
+    nodes,
+    node,
+    sections,
+    section,
+    dims,
+    bars,
+    bar,
+    barNodes
+  };
+
+  bool scalar(const Scalar& value);
+  void modelValue(const Scalar& value);
+  void sectionValue(const Scalar& value);
+  void barValue(const Scalar& value);
+
+  void enterObject(const Keys* keys) {
+    keys_ = keys;
+    seen_ = 0;
+  }
+  std::string pointer() const;
+  /// Ends the reading: the value at hand, and what is allowed.
+  [[noreturn]] void fail(const std::string& message) const;
+  [[noreturn]] void failValue(const Scalar& value, const std::string& allowed) const {
+    fail(say(texts::valueNotAllowed, {shown(value), allowed}));
+  }
+  float number(const Scalar& value) const;
+  std::int32_t integer(const Scalar& value, const std::string& allowed) const;
+  std::uint8_t barType(const Scalar& value) const;
+  std::int32_t sectionIndex(std::string_view name);
+
+  const CountingText::Position& position_;
+  Model model_;
+  In in_ = In::file;
+  const Keys* keys_ = nullptr;
+  unsigned seen_ = 0;         // keys of the object at hand, one bit each
+  unsigned seenOfModel_ = 0;  // kept while an inner object is read
+  std::string key_;           // last key of the object at hand
+  std::size_t item_ = 0;      // index in the inner array: coordinates, dimensions, ends
+  std::array<float, 3> node_{};
+  ModelBar bar_;
+  std::int32_t section_ = 0;
+  bool dimsGiven_ = false;
+  std::unordered_map<std::string, std::int32_t> sectionIndexes_;
+};
+
+std::string ModelBuilder::pointer() const {
+  const auto escaped = [](std::string_view name) {
+    std::string text;
+    for (const char c : name) {
+      text += c == '~' ? std::string("~0") : c == '/' ? std::string("~1") : std::string(1, c);
+    }
+    return text;
+  };
+  const auto nodeText = [&] { return "/nodes/" + std::to_string(model_.nodes.size()); };
+  const auto barText = [&] { return "/bars/" + std::to_string(model_.bars.size()); };
+  const auto sectionText = [&] {
+    return "/sections/" + escaped(model_.sections[static_cast<std::size_t>(section_)].name);
+  };
+  const auto keyText = [&] { return key_.empty() ? std::string() : "/" + escaped(key_); };
+  switch (in_) {
+    case In::file: return "";
+    case In::model: return keyText();
+    case In::nodes: return nodeText();
+    case In::node: return nodeText() + "/" + std::to_string(item_);
+    case In::sections: return "/sections" + keyText();
+    case In::section: return sectionText() + keyText();
+    case In::dims: return sectionText() + "/dims/" + std::to_string(item_);
+    case In::bars: return barText();
+    case In::bar: return barText() + keyText();
+    case In::barNodes: return barText() + "/nodes/" + std::to_string(item_);
+  }
+  return "";
+}
+
+void ModelBuilder::fail(const std::string& message) const {
+  // The parser has read one character beyond a number.
+  throw ModelError({.line = position_.lineBefore, .column = 0}, pointer(), message);
+}
+
+bool ModelBuilder::start_object(std::size_t /*size*/) {
+  switch (in_) {
+    case In::file:
+      in_ = In::model;
+      enterObject(&modelKeys);
+      break;
+    case In::model:
+      if (key_ != "sections") {
+        fail(say(texts::objectNotAllowed));
+      }
+      seenOfModel_ = seen_;
+      key_.clear();
+      in_ = In::sections;
+      break;
+    case In::sections:
+      in_ = In::section;
+      section_ = sectionIndex(key_);
+      model_.sections[static_cast<std::size_t>(section_)].defined = true;
+      dimsGiven_ = false;
+      key_.clear();
+      enterObject(&sectionKeys);
+      break;
+    case In::bars:
+      in_ = In::bar;
+      bar_ = {};
+      key_.clear();
+      enterObject(&barKeys);
+      break;
+    default: fail(say(texts::objectNotAllowed));
+  }
+  return true;
+}
+
+bool ModelBuilder::key(string_t& name) {
+  if (in_ == In::sections) {
+    key_ = name;
+    const auto known = sectionIndexes_.find(name);
+    if (known != sectionIndexes_.end() &&
+        model_.sections[static_cast<std::size_t>(known->second)].defined) {
+      fail(say(texts::keyTwice, {name}));
+    }
+    return true;
+  }
+  const auto found = std::find(keys_->names.begin(), keys_->names.end(), name);
+  key_ = name;
+  if (found == keys_->names.end()) {
+    fail(say(texts::unknownKey, {name, joined(keys_->names)}));
+  }
+  const unsigned bit = 1U << static_cast<unsigned>(found - keys_->names.begin());
+  if ((seen_ & bit) != 0) {
+    fail(say(texts::keyTwice, {name}));
+  }
+  seen_ |= bit;
+  return true;
+}
+
+bool ModelBuilder::end_object() {
+  key_.clear();
+  if (in_ != In::sections) {
+    for (std::size_t i = 0; i < keys_->required; ++i) {
+      if ((seen_ & (1U << i)) == 0) {
+        fail(say(texts::keyMissing, {keys_->names[i]}));
+      }
+    }
+  }
+  switch (in_) {
+    case In::model: in_ = In::file; break;
+    case In::sections:
+      in_ = In::model;
+      keys_ = &modelKeys;
+      seen_ = seenOfModel_;
+      break;
+    case In::section: {
+      ModelSection& section = model_.sections[static_cast<std::size_t>(section_)];
+      if (!dimsGiven_) {
+        section.dims = parseSectionDims(section.text);
+      }
+      in_ = In::sections;
+      break;
+    }
+    default: model_.bars.push_back(bar_); in_ = In::bars;
+  }
+  return true;
+}
+
+bool ModelBuilder::start_array(std::size_t /*size*/) {
+  const auto enter = [&](In inner) {
+    in_ = inner;
+    item_ = 0;
+  };
+  if (in_ == In::model && (key_ == "nodes" || key_ == "bars")) {
+    seenOfModel_ = seen_;
+    enter(key_ == "nodes" ? In::nodes : In::bars);
+  } else if (in_ == In::nodes) {
+    enter(In::node);
+  } else if (in_ == In::section && key_ == "dims") {
+    dimsGiven_ = true;
+    enter(In::dims);
+  } else if (in_ == In::bar && key_ == "nodes") {
+    enter(In::barNodes);
+  } else {
+    fail(say(texts::arrayNotAllowed));
+  }
+  return true;
+}
+
+bool ModelBuilder::end_array() {
+  switch (in_) {
+    case In::nodes:
+    case In::bars:
+      in_ = In::model;
+      keys_ = &modelKeys;
+      seen_ = seenOfModel_;
+      key_.clear();
+      break;
+    case In::node:
+      if (item_ != node_.size()) {
+        fail(say(texts::threeCoordinates, {std::to_string(item_)}));
+      }
+      in_ = In::nodes;
+      model_.nodes.push_back(node_);
+      break;
+    case In::dims: in_ = In::section; break;
+    default:
+      if (item_ != 2) {
+        fail(say(texts::twoNodes, {std::to_string(item_)}));
+      }
+      in_ = In::bar;
+  }
+  return true;
+}
+
+bool ModelBuilder::parse_error(std::size_t /*at*/, const std::string& token,
+                               const nlohmann::json::exception& error) {
+  constexpr int numberTooLarge = 406;
+  if (error.id == numberTooLarge) {
+    fail(say(texts::numberTooLarge, {token}));
+  }
+  const std::string message =
+      position_.ended ? say(texts::jsonEndsEarly) : say(texts::jsonUnexpected, {token});
+  throw ModelError({.line = position_.ended ? position_.lineBefore : position_.line,
+                    .column = position_.ended ? position_.columnBefore : position_.column},
+                   "", message);
+}
+
+bool ModelBuilder::scalar(const Scalar& value) {
+  switch (in_) {
+    case In::model: modelValue(value); break;
+    case In::section: sectionValue(value); break;
+    case In::bar: barValue(value); break;
+    case In::node:
+      if (item_ >= node_.size()) {
+        fail(say(texts::threeCoordinates, {std::to_string(item_ + 1)}));
+      }
+      node_[item_] = number(value);
+      ++item_;
+      break;
+    case In::dims: {
+      auto& dims = model_.sections[static_cast<std::size_t>(section_)].dims;
+      if (item_ >= dims.size()) {
+        fail(say(texts::tenDims));
+      }
+      dims[item_] = number(value);
+      ++item_;
+      break;
+    }
+    case In::barNodes:
+      if (item_ >= 2) {
+        fail(say(texts::twoNodes, {std::to_string(item_ + 1)}));
+      }
+      (item_ == 0 ? bar_.start : bar_.end) = integer(value, say(texts::allowedNodeIndex));
+      ++item_;
+      break;
+    case In::file: fail(say(texts::modelMustBeObject));
+    case In::nodes: failValue(value, say(texts::allowedNode));
+    case In::bars: failValue(value, say(texts::allowedBar));
+    case In::sections: failValue(value, say(texts::allowedSection));
+  }
+  return true;
+}
+
+void ModelBuilder::modelValue(const Scalar& value) {
+  if (key_ == "unit") {
+    const auto found = std::find(unitNames.begin(), unitNames.end(), value.text);
+    if (value.kind != Scalar::Kind::text || found == unitNames.end()) {
+      failValue(value, listed(unitNames));
+    }
+    model_.unitCode = static_cast<std::int32_t>(found - unitNames.begin());
+  } else if (key_ == "title" || key_ == "$schema") {
+    if (value.kind != Scalar::Kind::text) {
+      failValue(value, say(texts::allowedText));
+    }
+    if (key_ == "title") {
+      model_.title = value.text;
+    }
+  } else {
+    failValue(value, say(key_ == "sections" ? texts::allowedSections : texts::allowedArray));
+  }
+}
+
+void ModelBuilder::sectionValue(const Scalar& value) {
+  if (key_ == "dims") {
+    failValue(value, say(texts::allowedDims));
+  }
+  if (value.kind != Scalar::Kind::text) {
+    failValue(value, say(texts::allowedText));
+  }
+  model_.sections[static_cast<std::size_t>(section_)].text = value.text;
+}
+
+void ModelBuilder::barValue(const Scalar& value) {
+  if (key_ == "section") {
+    if (value.kind != Scalar::Kind::text) {
+      failValue(value, say(texts::allowedSectionName));
+    }
+    bar_.section = sectionIndex(value.text);
+  } else if (key_ == "type") {
+    bar_.type = barType(value);
+  } else if (key_ == "visible") {
+    if (value.kind != Scalar::Kind::boolean) {
+      failValue(value, "true, false");
+    }
+    bar_.visible = value.boolean;
+  } else if (key_ == "angle") {
+    bar_.angle = number(value);
+  } else if (key_ == "quarterTurns") {
+    bar_.quarterTurns = integer(value, say(texts::allowedQuarterTurns));
+  } else {
+    failValue(value, say(texts::allowedBarNodes));
+  }
+}
+
+float ModelBuilder::number(const Scalar& value) const {
+  if (!value.isNumber()) {
+    failValue(value, say(texts::allowedNumber));
+  }
+  // The largest number that still rounds to a finite single.
+  if (std::fabs(value.real) > double{std::numeric_limits<float>::max()}) {
+    fail(say(texts::numberTooLarge, {shown(value)}));
+  }
+  return static_cast<float>(value.real);
+}
+
+std::int32_t ModelBuilder::integer(const Scalar& value, const std::string& allowed) const {
+  if (value.kind != Scalar::Kind::integer ||
+      value.integer > std::numeric_limits<std::int32_t>::max() ||
+      value.integer < std::numeric_limits<std::int32_t>::min()) {
+    failValue(value, allowed);
+  }
+  return static_cast<std::int32_t>(value.integer);
+}
+
+std::uint8_t ModelBuilder::barType(const Scalar& value) const {
+  constexpr auto count = static_cast<std::int64_t>(barTypeNames.size());
+  if (value.kind == Scalar::Kind::integer && value.integer >= 0 && value.integer < count) {
+    return static_cast<std::uint8_t>(value.integer);
+  }
+  if (value.kind == Scalar::Kind::text) {
+    const auto found = std::find(barTypeNames.begin(), barTypeNames.end(), value.text);
+    if (found != barTypeNames.end()) {
+      return static_cast<std::uint8_t>(found - barTypeNames.begin());
+    }
+  }
+  failValue(value, say(texts::allowedType, {listed(barTypeNames)}));
+}
+
+std::int32_t ModelBuilder::sectionIndex(std::string_view name) {
+  const auto next = static_cast<std::int32_t>(model_.sections.size());
+  const auto [found, isNew] = sectionIndexes_.emplace(name, next);
+  if (isNew) {
+    model_.sections.push_back(
+        {.name = std::string(name), .text = {}, .dims = {}, .defined = false});
+  }
+  return found->second;
+}
+
+/// The shortest digits that read back as the same number.
+std::string shortest(float value) {
+  std::array<char, 32> buffer{};
+  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+  return {buffer.data(), end.ptr};
+}
+
+std::string jsonText(std::string_view text) { return nlohmann::json(text).dump(); }
+
+}  // namespace
+
+Model readJsonModel(std::streambuf& text) {
+  CountingText::Position position{.text = &text};
+  position.advance();
+  if (position.current == '\xEF') {  // the mark that some editors put before UTF-8
+    position.advance();
+    position.advance();
+    position.advance();
+  }
+  ModelBuilder builder(position);
+  nlohmann::json::sax_parse(CountingText(position), CountingText(), &builder);
+  Model model = builder.take();
+  model.format = ModelFormat::json;
+  model.announcedBars = static_cast<std::int32_t>(model.bars.size());
+  return model;
+}
+
+void writeJsonModel(const Model& model, OutputFile& output) {
+  output.write("{\n");
+  if (!model.title.empty()) {
+    output.write("  \"title\": " + jsonText(model.title) + ",\n");
+  }
+  const auto unit =
+      static_cast<std::size_t>(model.unitCode >= 0 && model.unitCode <= 2 ? model.unitCode : 2);
+  output.write("  \"unit\": " + jsonText(unitNames[unit]) + ",\n  \"nodes\": [");
+  const char* separator = "\n    ";
+  for (const auto& node : model.nodes) {
+    output.write(separator + ("[" + shortest(node[0]) + ", " + shortest(node[1])) + ", " +
+                 shortest(node[2]) + "]");
+    separator = ",\n    ";
+  }
+  output.write("\n  ],\n  \"sections\": {");
+  separator = "\n    ";
+  for (const ModelSection& section : model.sections) {
+    output.write(separator + jsonText(section.name) + ": {\"text\": " + jsonText(section.text));
+    if (section.dims != parseSectionDims(section.text)) {
+      const auto last = std::find_if(section.dims.rbegin(), section.dims.rend(),
+                                     [](float dim) { return dim != 0.0F; });
+      output.write(", \"dims\": [");
+      const char* comma = "";
+      for (auto dim = section.dims.begin(); dim != last.base(); ++dim) {
+        output.write(comma + shortest(*dim));
+        comma = ", ";
+      }
+      output.write("]");
+    }
+    output.write("}");
+    separator = ",\n    ";
+  }
+  output.write("\n  },\n  \"bars\": [");
+  separator = "\n    ";
+  for (const ModelBar& bar : model.bars) {
+    output.write(
+        separator + ("{\"nodes\": [" + std::to_string(bar.start)) + ", " + std::to_string(bar.end) +
+        "], \"section\": " + jsonText(model.sections[static_cast<std::size_t>(bar.section)].name));
+    if (bar.type != 0) {
+      output.write(", \"type\": " + jsonText(barTypeNames[bar.type]));
+    }
+    if (!bar.visible) {
+      output.write(", \"visible\": false");
+    }
+    if (bar.angle != 0.0F) {
+      output.write(", \"angle\": " + shortest(bar.angle));
+    }
+    if (bar.quarterTurns != 0) {
+      output.write(", \"quarterTurns\": " + std::to_string(bar.quarterTurns));
+    }
+    output.write("}");
+    separator = ",\n    ";
+  }
+  output.write("\n  ]\n}\n");
+}
+
+}  // namespace exportifc::host

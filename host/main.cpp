@@ -1,0 +1,25 @@
+// exportifc: the export for people who work without the host.
+#include <exception>
+
+#include "host/command_line.h"
+#include "host/console.h"
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/system.h"
+
+int main(int argc, char** argv) {
+  using namespace exportifc::host;
+  system::prepareProcess();
+  setLanguage(system::sessionLanguage());
+  try {
+    std::vector<std::string> arguments = system::arguments(argc, argv);
+    arguments.erase(arguments.begin());
+    return runCommandLine(arguments);
+  } catch (const Failure& failure) {
+    reportError(failure.what());
+    return failure.code();
+  } catch (const std::exception& failure) {
+    reportError(failure.what());
+    return exitNotWritten;
+  }
+}

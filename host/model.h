@@ -1,0 +1,60 @@
+// A whole model in memory, as the model files tell it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/bar.h"
+
+namespace exportifc::host {
+
+/// A cross-section. Texts are UTF-8.
+struct ModelSection {
+  std::string name;  ///< by which bars refer to it
+  std::string text;  ///< family word and dimensions: what the file will hold
+  SectionDims dims{};
+  bool defined = true;  ///< false: bars refer to a name that the model does not define
+};
+
+/// One bar; kept small, since a model may have millions.
+struct ModelBar {
+  std::int32_t start = 0;  ///< node index, from 0; may be out of range
+  std::int32_t end = 0;
+  std::int32_t section = 0;  ///< index into `Model::sections`, always in range
+  float angle = 0.0F;        ///< of the section about the bar, radians
+  std::int32_t quarterTurns = 0;
+  std::uint8_t type = 0;  ///< 0 to 11
+  bool visible = true;
+};
+
+enum class ModelFormat : std::uint8_t { json, batch };
+
+struct Model {
+  ModelFormat format = ModelFormat::json;
+  std::string title;
+  std::int32_t unitCode = -1;               ///< 0 m, 1 cm, 2 mm, other: as millimetres
+  std::vector<std::array<float, 3>> nodes;  ///< in the model's unit
+  std::vector<ModelSection> sections;
+  std::vector<ModelBar> bars;
+  std::int32_t announcedBars = 0;  ///< batch: what the header says, at least the bars present
+};
+
+/// A bar that the loop never exports.
+inline constexpr std::uint8_t neverExportedType = 10;
+
+/// Readable names of the bar types 0 to 11, by their number.
+inline constexpr std::array<std::string_view, 12> barTypeNames = {
+    "member",     "frame-beam",  "floor-beam", "truss-chord", "column",       "bracing",
+    "crane-beam", "wind-column", "stair",      "truss-web",   "not-exported", "other"};
+
+/// Unit words by unit code.
+inline constexpr std::array<std::string_view, 3> unitNames = {"m", "cm", "mm"};
+
+inline bool isNode(const Model& model, std::int32_t index) {
+  return index >= 0 && static_cast<std::size_t>(index) < model.nodes.size();
+}
+
+}  // namespace exportifc::host

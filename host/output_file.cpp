@@ -1,0 +1,143 @@
+#include "host/output_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/paths.h"
+#include "host/system.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::host {
+
+namespace {
+
+constexpr std::size_t bufferSize = 1U << 16;
+
+struct ErrorText {
+  int error;
+  const Text& text;
+};
+
+constexpr ErrorText errorTexts[] = {
+    {ENOSPC, texts::errorNoSpace},     {EACCES, texts::errorNotAllowed},
+    {EPERM, texts::errorNotAllowed},   {ENOENT, texts::errorNoFolder},
+    {ENOTDIR, texts::errorNotAFolder}, {EROFS, texts::errorReadOnly},
+    {EPIPE, texts::errorClosedPipe},   {EISDIR, texts::errorIsFolder},
+    {EFBIG, texts::errorTooBig},       {ENAMETOOLONG, texts::errorNameTooLong},
+    {EINTR, texts::errorInterrupted},
+};
+
+/// The file that a path leads to: a link keeps pointing to what is replaced.
+fs::path resolved(const fs::path& path) {
+  std::error_code ignored;
+  fs::path real = fs::canonical(path, ignored);
+  return ignored ? path : real;
+}
+
+}  // namespace
+
+std::string systemErrorText(int error) {
+  for (const ErrorText& row : errorTexts) {
+    if (row.error == error) {
+      return say(row.text);
+    }
+  }
+  return std::generic_category().message(error);
+}
+
+OutputFile::OutputFile(const std::string& target) : target_(target) {
+  buffer_.reserve(bufferSize);
+  if (isStandardStream(target)) {
+    file_ = system::standardOutput();
+    return;
+  }
+  finalPath_ = resolved(pathOf(target));
+  std::error_code ignored;
+  const fs::file_status status = fs::status(finalPath_, ignored);
+  if (fs::is_directory(status)) {
+    error_ = EISDIR;
+  } else if (fs::exists(status) && !system::isWritable(finalPath_)) {
+    error_ = EACCES;
+  } else if (fs::exists(status) && !fs::is_regular_file(status)) {
+    file_ = system::openForWriting(finalPath_);
+  } else {
+    temporaryPath_ = finalPath_;
+    temporaryPath_ += "." + std::to_string(system::processId()) + ".part";
+    file_ = system::createFile(temporaryPath_);
+    if (file_ < 0) {
+      temporaryPath_.clear();
+    } else if (fs::exists(status)) {
+      fs::permissions(temporaryPath_, status.permissions(), ignored);
+    }
+  }
+  if (file_ < 0) {
+    error_ = error_ != 0 ? error_ : errno;
+    throw Failure(exitNotWritten, failureText());
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (file_ >= 0 && file_ != system::standardOutput()) {
+    system::closeFile(file_);
+  }
+  if (!temporaryPath_.empty()) {
+    std::error_code ignored;
+    fs::remove(temporaryPath_, ignored);
+  }
+}
+
+bool OutputFile::write(const char* bytes, std::size_t size) {
+  if (buffer_.size() + size > bufferSize) {
+    flush();
+  }
+  if (size > bufferSize) {
+    if (!failed() && !system::writeAll(file_, bytes, size)) {
+      error_ = errno;
+    }
+  } else {
+    buffer_.insert(buffer_.end(), bytes, bytes + size);
+  }
+  return !failed();
+}
+
+void OutputFile::flush() {
+  if (!failed() && !system::writeAll(file_, buffer_.data(), buffer_.size())) {
+    error_ = errno;
+  }
+  buffer_.clear();
+}
+
+void OutputFile::commit() {
+  flush();
+  if (!temporaryPath_.empty()) {
+    if (!failed() && !system::flushToDisk(file_)) {
+      error_ = errno;
+    }
+    // Some file systems report a full disk only here.
+    if (!system::closeFile(file_) && !failed()) {
+      error_ = errno;
+    }
+    file_ = -1;
+  }
+  std::error_code renamed;
+  if (!failed() && !temporaryPath_.empty()) {
+    fs::rename(temporaryPath_, finalPath_, renamed);
+    error_ = renamed ? renamed.default_error_condition().value() : 0;
+  }
+  if (failed()) {
+    throw Failure(exitNotWritten, failureText());
+  }
+  temporaryPath_.clear();
+}
+
+std::string OutputFile::failureText() const {
+  const std::string name =
+      isStandardStream(target_) ? say(texts::standardOutput) : std::string(target_);
+  return say(texts::cannotWrite, {name, systemErrorText(error_)});
+}
+
+}  // namespace exportifc::host

@@ -1,0 +1,36 @@
+// How far an export is, for a person who waits.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace exportifc::host {
+
+/// A line on the terminal that is rewritten in place; nothing at all when standard error is not
+/// one. Erased on destruction.
+class Progress {
+ public:
+  Progress(bool wanted, std::int64_t total);
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress();
+
+  /// Cheap enough to be called for each bar.
+  void at(std::int64_t done) {
+    if (shown_ && (done & 0xFF) == 0) {
+      update(done);
+    }
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void update(std::int64_t done);
+
+  bool shown_;
+  std::int64_t total_;
+  Clock::time_point started_ = Clock::now();
+  Clock::time_point last_{};
+};
+
+}  // namespace exportifc::host
