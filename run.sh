@@ -56,6 +56,7 @@ fi
 windows_path() { echo "Z:${1//\//\\}"; }
 
 cp -- "$model" "$work/model.txt" || die 2 "cannot read $model"
+"$root/scripts/wine.sh" --session true  # the first run on a machine prepares Wine: not timed
 start=${EPOCHREALTIME/[.,]/}
 "$root/scripts/wine.sh" "$root/build/windows/run_host.exe" \
   "$(windows_path "$root/build/windows/exportIFC.dll")" \
@@ -64,7 +65,7 @@ start=${EPOCHREALTIME/[.,]/}
 micros=$((${EPOCHREALTIME/[.,]/} - start))
 
 # Beside the target first, so that the old file stands until the new one is whole.
-part=$(mktemp "$out.XXXXXX") || die 3 "not writable: $out"
+part=$(mktemp "$out.XXXXXX" 2>/dev/null) || die 3 "not writable: $out"
 trap 'rm -rf "$work" "$part"' EXIT
 if ! { cat "$work/out.ifc" >"$part" && chmod "$(printf '%o' $((0666 & ~$(umask))))" "$part" \
   && mv -f -- "$part" "$out"; }; then
@@ -83,6 +84,7 @@ awk -v out="$out" -v seconds="$((micros / 1000000)).$(printf '%06d' $((micros % 
   }
   END {
     held = int((lines + 11) / 12)
+    if (held == 0) print "run.sh: the model holds no bars; is it in the batch text format?" > "/dev/stderr"
     printf "%s\n", out
     printf "%d bars, %d elements", (said < held ? said : held), elements
     printf " (IFCBEAM %d, IFCCOLUMN %d, IFCMEMBER %d), %.1f s\n", count["IFCBEAM"],

@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# The built modules: what they export, what they need, and how the DLL is protected.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+
+lists=scripts/checks/binary
+dll=build/windows/exportIFC.dll
+so=build/linux/libexportIFC.so
+passed=0 failed=0
+
+# same NAME LIST: standard input, sorted, equals the checked-in list.
+same() {
+  if diff -u --label "$lists/$2" --label "$1" <(grep -v '^#' "$lists/$2" | sort) <(sort); then
+    ((++passed))
+  else
+    ((++failed))
+    echo "$1 differ from $lists/$2"
+  fi
+}
+
+# holds NAME COMMAND...: the command succeeds.
+holds() {
+  local name=$1
+  shift
+  if "$@" >/dev/null; then ((++passed)); else ((++failed)); echo "$name: does not hold"; fi
+}
+
+for file in "$dll" "$so"; do
+  if [[ ! -f $file ]]; then
+    echo "not built: $file"
+    echo "0 passed, 1 failed"
+    exit 1
+  fi
+done
+
+headers=$(x86_64-w64-mingw32-objdump -p "$dll")
+same "the exports of the DLL" windows_exports.txt \
+  < <(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^.*\[ *[0-9]*\] //p' <<<"$headers")
+same "the imports of the DLL" windows_imports.txt \
+  < <(sed -n 's/^\tDLL Name: //p' <<<"$headers")
+same "the exports of the library" linux_exports.txt \
+  < <(nm -D --defined-only --format=just-symbols "$so")
+same "the needs of the library" linux_needs.txt \
+  < <(readelf -d "$so" | sed -n 's/.*(NEEDED).*\[\(.*\)\].*/\1/p')
+
+for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+  holds "the DLL is marked $flag" grep -qE "^[[:space:]]+$flag$" <<<"$headers"
+done
+holds "the DLL is 64-bit" grep -q 'pei-x86-64' <(x86_64-w64-mingw32-objdump -f "$dll")
+holds "the DLL can be moved: it has relocations" grep -q '\.reloc' <(x86_64-w64-mingw32-objdump -h "$dll")
+# A date would make each build another one; the linker writes zero.
+holds "the DLL carries no date" grep -qE '^Time/Date[[:space:]]+(Thu Jan  1 00:00:00 1970|0+)$' <<<"$headers"
+holds "the DLL names no folder of this machine" test -z "$(strings -a "$dll" | grep -F "$PWD")"
+
+echo "$passed passed, $failed failed"
+((failed == 0))

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Each header compiles on its own; the public one also as C, with each compiler, for each system.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+
+warnings=(-Wall -Wextra -Wpedantic -Wconversion -Werror -fsyntax-only -I. -Iinclude)
+passed=0 failed=0
+
+# compiles HEADER COMPILER LANGUAGE STANDARD
+compiles() {
+  local code="#include \"$1\""
+  # A system that lacks the headers of the other is told so by the header itself.
+  if "$2" -x "$3" "-std=$4" "${warnings[@]}" - <<<"$code"; then
+    ((++passed))
+  else
+    ((++failed))
+    echo "$1 does not compile with $2 as $4"
+  fi
+}
+
+for compiler in gcc clang x86_64-w64-mingw32-gcc-posix; do
+  compiles exportifc/plugin.h "$compiler" c c99
+  compiles exportifc/plugin.h "$compiler" c c17
+done
+for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix; do
+  for standard in c++11 c++20; do
+    compiles exportifc/plugin.h "$compiler" c++ "$standard"
+  done
+done
+
+while read -r header; do
+  compiles "$header" g++ c++ c++20
+done < <(git ls-files -co --exclude-standard '*.h')
+
+echo "$passed passed, $failed failed"
+((failed == 0))

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# The DLL does not depend on the folder it is built in, nor on the time.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+copy="$work/another folder, with a longer name"
+mkdir "$copy"
+git ls-files -co --exclude-standard -z | tar --null --ignore-failed-read -cf - -T - 2>/dev/null \
+  | tar -xf - -C "$copy"
+(
+  cd "$copy" && cmake --preset windows -DEXPORTIFC_TESTS=OFF >/dev/null \
+    && cmake --build --preset windows --target exportIFC >/dev/null
+)
+if cmp build/windows/exportIFC.dll "$copy/build/windows/exportIFC.dll"; then
+  echo "1 passed, 0 failed"
+else
+  echo "two builds of the same sources differ"
+  echo "0 passed, 1 failed"
+  exit 1
+fi

@@ -1,0 +1,138 @@
+#!/usr/bin/env bash
+# Builds everything and runs the tests; ends with one line "N passed, N failed".
+#
+#   ./test.sh [--quick] [STAGE...]    all stages, or those named
+#   ./test.sh --list                  the stages
+#
+#   --quick   leaves out the stages marked "full" below
+#
+# The output of each stage is in build/test-logs/STAGE.log; that of a failing one is shown too.
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
+
+# name | when | builds it needs ("wine": keeps Wine up for the stage) | command
+#
+# A command ends with the line "N passed, N failed" and exits with 0 or 1. One that ends without
+# that line, is killed or runs over $stage_limit counts as one failed test.
+stages='
+unit-asan      | quick | asan          | scripts/run_gtest.sh build/asan/tests/unit/unit_tests
+unit-linux     | quick | linux         | scripts/run_gtest.sh build/linux/tests/unit/unit_tests
+unit-clang     | full  | clang         | scripts/run_gtest.sh build/clang/tests/unit/unit_tests
+unit-windows   | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/unit/unit_tests.exe
+run            | quick | windows wine  | scripts/checks/run_command.sh
+binary         | quick | windows linux | scripts/checks/binary.sh
+reproducible   | full  | windows       | scripts/checks/reproducible.sh
+headers        | quick |               | scripts/checks/headers.sh
+format         | quick |               | scripts/checks/format.sh
+shellcheck     | quick |               | scripts/checks/shellcheck.sh
+cppcheck       | full  | clang         | scripts/checks/cppcheck.sh
+clang-tidy     | full  | clang         | scripts/checks/clang_tidy.sh
+'
+stage_limit=1200  # seconds
+shown_lines=80    # of the log of a failing stage
+
+usage() { sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"; }
+
+now() { echo "${EPOCHREALTIME/[.,]/}"; }  # microseconds
+
+rows() { sed -E '/^ *$/d; s/ *\| */|/g; s/ +$//' <<<"$stages"; }
+
+quick='' chosen=()
+for argument in "$@"; do
+  case $argument in
+    -h | --help) usage; exit 0 ;;
+    --list) rows | awk -F'|' '{ printf "%-16s %-6s %-14s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
+    --quick) quick=1 ;;
+    -*) echo "test.sh: unknown option '$argument'" >&2; exit 2 ;;
+    *)
+      rows | cut -d'|' -f1 | grep -qxF -- "$argument" \
+        || { echo "test.sh: unknown stage '$argument' (see ./test.sh --list)" >&2; exit 2; }
+      chosen+=("$argument")
+      ;;
+  esac
+done
+
+logs=build/test-logs
+mkdir -p "$logs"
+total_passed=0 total_failed=0
+declare -A build_state=()
+
+# report NAME START LOG PASSED FAILED: prints the line of a stage and adds to the totals.
+report() {
+  local name=$1 micros=$(($(now) - $2)) log=$3 passed=$4 failed=$5
+  printf '%-16s %5d.%d s   %d passed, %d failed\n' \
+    "$name" $((micros / 1000000)) $((micros / 100000 % 10)) "$passed" "$failed"
+  if ((failed)); then
+    echo "---- $log, last $shown_lines lines"
+    tail -n "$shown_lines" "$log" | sed 's/^/  | /'
+    echo "----"
+  fi
+  ((total_passed += passed, total_failed += failed))
+}
+
+# build PRESET: once a run; false when it failed.
+build() {
+  local preset=$1 start log=$logs/build-$1.log
+  if [[ -z ${build_state[$preset]-} ]]; then
+    start=$(now)
+    if { cmake --preset "$preset" -DEXPORTIFC_TESTS=ON && cmake --build --preset "$preset"; } \
+      </dev/null >"$log" 2>&1; then
+      build_state[$preset]=good
+      report "build-$preset" "$start" "$log" 1 0
+    else
+      build_state[$preset]=bad
+      report "build-$preset" "$start" "$log" 0 1
+    fi
+  fi
+  [[ ${build_state[$preset]} == good ]]
+}
+
+# run_stage NAME NEEDS COMMAND
+run_stage() {
+  local name=$1 needs=$2 command=$3 log=$logs/$1.log
+  local start code counts passed=0 failed=1 need runner=()
+  for need in $needs; do
+    if [[ $need == wine ]]; then
+      runner=(scripts/wine.sh --session)
+    elif ! build "$need"; then
+      echo "not run: the build '$need' failed" >"$log"
+      report "$name" "$(now)" "$log" 0 1
+      return
+    fi
+  done
+  start=$(now)
+  timeout -k 10 "$stage_limit" "${runner[@]}" bash -c "$command" </dev/null >"$log" 2>&1
+  code=$?
+  counts=$(tr -d '\r' <"$log" | grep -aE '^[0-9]+ passed, [0-9]+ failed$' | tail -n 1)
+  if [[ -n $counts ]]; then
+    passed=${counts%% *}
+    failed=${counts#*, }
+    failed=${failed%% *}
+  fi
+  if ((code == 124 || code == 137)); then
+    echo "ended after $stage_limit s" >>"$log"
+  elif [[ -z $counts ]]; then
+    echo "no line 'N passed, N failed'; exit code $code" >>"$log"
+  elif ((code != 0 && failed == 0)); then
+    echo "exit code $code although nothing failed" >>"$log"
+  fi
+  ((code != 0 && failed == 0)) && failed=1
+  report "$name" "$start" "$log" "$passed" "$failed"
+}
+
+if ! scripts/setup.sh build test; then
+  echo "0 passed, 1 failed"
+  exit 1
+fi
+
+while IFS='|' read -r name when needs command <&3; do
+  if ((${#chosen[@]})); then
+    [[ " ${chosen[*]} " == *" $name "* ]] || continue
+  elif [[ -n $quick && $when != quick ]]; then
+    continue
+  fi
+  run_stage "$name" "$needs" "$command"
+done 3< <(rows)
+
+echo "$total_passed passed, $total_failed failed"
+((total_failed == 0))
