@@ -37,15 +37,20 @@ const names = (elements) => elements.map((e) => e.name).join(' ');
 
 const builtUp = new Set('][ [] UUE IENR CA 2L 2L_ASSIMETRICO LL >< <> LX LZ ICAR 2LLM LLLM VVLM LVLM LXLM LZLM UULM 2ULM'.split(' '));
 
+function barsOf(text) {
+  const lines = text.split('\r\n');
+  return Array.from({ length: Number(lines[4]) }, (_, i) => {
+    const bar = lines.slice(5 + 12 * i, 17 + 12 * i);
+    return { start: bar.slice(1, 4).map(Number), end: bar.slice(4, 7).map(Number), rotation: Number(bar[7]), section: bar[8] };
+  });
+}
+
 // The element names that a model text asks for: one per bar, two for a built-up section.
 function namesOf(text) {
-  const lines = text.split('\r\n');
-  const wanted = [];
-  for (let i = 0; i < Number(lines[4]); i += 1) {
-    const word = lines[5 + 12 * i + 8].split(' ')[0];
-    wanted.push(...(builtUp.has(word) ? [`${word}_1`, `${word}_2`] : [word]));
-  }
-  return wanted;
+  return barsOf(text).flatMap(({ section }) => {
+    const word = section.split(' ')[0];
+    return builtUp.has(word) ? [`${word}_1`, `${word}_2`] : [word];
+  });
 }
 
 for (const [sample, count] of [['familias', 80], ['galpao', 608]]) {
@@ -57,6 +62,31 @@ for (const [sample, count] of [['familias', 80], ['galpao', 608]]) {
     run.check(`${reader}: ${sample}, every element by name`, elements.map((e) => e.name).join() === wanted.join(), names(elements).slice(0, 200));
     const hollow = elements.filter((e) => !(measure(e).volume > 0));
     run.check(`${reader}: ${sample}, every element has a body`, hollow.length === 0, hollow.map((e) => `#${e.id} ${e.name}`).join(', '));
+  }
+}
+
+// ---- the clear distances that docs/known-limits.md gives for the built-up sections of familias
+
+{
+  const rows = readFileSync(new URL('../../docs/known-limits.md', import.meta.url), 'utf8').split('\n');
+  const told = new Map(rows.flatMap((row) => {
+    const m = /\| `([^`]+ [^`]+)` \| ([0-9.]+) \|$/.exec(row);
+    return m ? [[m[1], Number(m[2])]] : [];
+  }));
+  run.check('the page tells the distances of twelve sections', told.size === 12, `${told.size}`);
+  const bars = new Map(barsOf(sampleText('familias')).map((b) => [b.section, b]));
+  const path = exportSample('familias');
+  for (const [reader, elements] of readAll(path)) {
+    for (const [section, clear] of told) {
+      const { start, end, rotation } = bars.get(section);
+      const axes = sectionAxes(start, end, rotation);
+      const [first, second] = elements.filter((e) => e.description === section).map((e) => {
+        const across = pointsOf(e).map((p) => toSection(axes, p)[0]);
+        return [Math.min(...across), Math.max(...across)];
+      });
+      const found = Math.max(first[0] - second[1], second[0] - first[1]);
+      run.check(`${reader}: the halves of ${section} are ${clear} mm apart`, near(found, clear), `${found.toFixed(3)}`);
+    }
   }
 }
 
