@@ -136,6 +136,39 @@ for (const [unit, factor] of [['m', 1000], ['cm', 10], ['mm', 1], ['ft', 1]]) {
   }
 }
 
+// ---- the warehouse with all that a host knows of it, asked through the queries
+
+{
+  const typeNames = ['member', 'frame-beam', 'floor-beam', 'truss-chord', 'column', 'bracing', 'crane-beam', 'wind-column', 'stair', 'truss-web', 'not-exported', 'other'];
+  const warehouse = JSON.parse(readFileSync(new URL('../../samples/galpao.json', import.meta.url), 'utf8'));
+  const bars = warehouse.bars.map((b) => {
+    const { text } = warehouse.sections[b.section];
+    const [start, end] = b.nodes.map((n) => warehouse.nodes[n]);
+    return {
+      start, end, section: text, dims: text.split(' ').slice(1).map(Number),
+      type: typeNames.indexOf(b.type ?? 'member'), visible: b.visible === false ? 0 : 1, rotation: b.angle, quarterTurns: b.quarterTurns,
+    };
+  });
+  const group = (type) => {
+    if ([1, 2, 4, 6, 7, 8].includes(type)) return 'Elementos_de_Portico';
+    return [3, 9].includes(type) ? 'Elementos_de_Trelica' : 'Pavimento 1';
+  };
+  const wanted = bars.filter((b) => b.visible && b.type !== 10).flatMap((b) => {
+    const [dx, , dz] = b.end.map((v, k) => 1000 * Math.abs(v - b.start[k]));
+    const column = [4, 7].includes(b.type) && dx <= 0.01;
+    const type = dz <= 0.01 ? 'IfcBeam' : column ? 'IfcColumn' : 'IfcMember';
+    const word = b.section.split(' ')[0];
+    return (builtUp.has(word) ? [`${word}_1`, `${word}_2`] : [word]).map((name) => [type, name, group(b.type)].join());
+  });
+  const path = exportQueried('warehouse', bars, { unit: warehouse.unit, invisible: false });
+  strict('warehouse', path);
+  for (const [reader, elements] of readAll(path)) {
+    const found = elements.map((e) => [e.type, e.name, e.path[0]?.name].join());
+    const wrong = wanted.findIndex((want, k) => want !== found[k]);
+    run.check(`${reader}: the warehouse, ${wanted.length} elements by type, name and group`, found.length === wanted.length && wrong < 0, `${found.length}; ${wanted[wrong]} is ${found[wrong]}`);
+  }
+}
+
 // ---- bars that run backwards: twelve section texts, taken whole
 
 {
