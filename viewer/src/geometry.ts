@@ -1,6 +1,7 @@
 // One mesh and one set of edges for the whole structure, so that it is drawn in few calls;
 // each element keeps its ranges in them.
 
+import { Bounds } from "./bounds";
 import { circleSides, type Engine, type Mesh } from "./engine";
 import type { Element, Model, Point } from "./model";
 
@@ -18,7 +19,8 @@ export interface Geometry {
   vertexRange: Range[]; // per element
   indexRange: Range[];
   edgeRange: Range[];
-  bounds: Float32Array; // per element: least and greatest x, y, z, relative to the centre
+  bounds: Bounds; // relative to the centre
+  thickness: Float32Array; // per element: the larger side of its section's box, millimetres
   volumes: Float64Array; // per element, cubic metres
   missing: Element[]; // elements that have no mesh
 }
@@ -83,7 +85,8 @@ class Builder {
   private readonly vertexRange: Range[] = [];
   private readonly indexRange: Range[] = [];
   private readonly edgeRange: Range[] = [];
-  private readonly bounds: Float32Array;
+  private readonly bounds: Bounds;
+  private readonly thickness: Float32Array;
   private readonly volumes: Float64Array;
   private readonly centre: Point;
   private readonly byNumber = new Map<number, Element>();
@@ -91,7 +94,8 @@ class Builder {
   constructor(private readonly model: Model) {
     const count = model.elements.length;
     this.centre = middleOf(model.elements);
-    this.bounds = new Float32Array(count * 6);
+    this.bounds = new Bounds(count);
+    this.thickness = new Float32Array(count);
     this.volumes = new Float64Array(count);
     for (const element of model.elements) {
       this.byNumber.set(element.number, element);
@@ -115,6 +119,7 @@ class Builder {
     // Seen from outside a triangle turns to the left; an outline drawn the other way gives the reverse.
     const reversed = volume < 0;
     const scale = millimetres * determinantRoot(mesh.transformation);
+    this.thickness[element.index] = scale * Math.max(spread(vertices, 0), spread(vertices, 1));
     this.volumes[element.index] = Math.abs(volume) * (scale / millimetres) ** 3 * (element.round ? circleFactor : 1);
 
     const first = this.addVertices(element, mesh, scale, reversed);
@@ -141,8 +146,6 @@ class Builder {
       const sign = row === 2 ? -millimetres : millimetres;
       return [m[row]! * sign, m[4 + row]! * sign, m[8 + row]! * sign, m[12 + row]! * sign] as const;
     });
-    const box = element.index * 6;
-    const bounds = this.bounds;
     const normalScale = (reversed ? -127 : 127) / scale;
     for (let axis = 0; axis < 3; axis++) {
       const [a, b, c, d] = rows[axis]!;
@@ -158,8 +161,7 @@ class Builder {
         const n = a * vertices[i + 3]! + b * vertices[i + 4]! + c * vertices[i + 5]!;
         normals[atNormal + v * 4 + axis] = Math.round(n * normalScale);
       }
-      bounds[box + axis] = least;
-      bounds[box + 3 + axis] = greatest;
+      this.bounds.set(element.index, axis, least, greatest);
     }
     this.vertexRange[element.index] = { start: at / 3, count };
     return at / 3;
@@ -215,12 +217,12 @@ class Builder {
     for (let axis = 0; axis < 3; axis++) {
       const a = element.start[axis]! - this.centre[axis]!;
       const b = element.end[axis]! - this.centre[axis]!;
-      this.bounds[element.index * 6 + axis] = Math.min(a, b);
-      this.bounds[element.index * 6 + 3 + axis] = Math.max(a, b);
+      this.bounds.set(element.index, axis, Math.min(a, b), Math.max(a, b));
     }
   }
 
   finish(): Geometry {
+    this.bounds.close();
     return {
       centre: this.centre,
       positions: this.positions.cut(),
@@ -231,6 +233,7 @@ class Builder {
       indexRange: this.indexRange,
       edgeRange: this.edgeRange,
       bounds: this.bounds,
+      thickness: this.thickness,
       volumes: this.volumes,
       missing: this.model.elements.filter((element) => !this.has(element)),
     };
@@ -253,6 +256,17 @@ function middleOf(elements: Element[]): Point {
     return Number.isFinite(value) ? value : 0;
   };
   return [middle(0), middle(1), middle(2)];
+}
+
+/** Extent of a mesh along X (0) or Y (1) of its own frame. */
+function spread(vertices: Float32Array, axis: number): number {
+  let least = Infinity;
+  let greatest = -Infinity;
+  for (let i = axis; i < vertices.length; i += 6) {
+    least = Math.min(least, vertices[i]!);
+    greatest = Math.max(greatest, vertices[i]!);
+  }
+  return greatest - least;
 }
 
 /** Sum of the tetrahedra between the origin and each triangle, in the cube of the mesh's unit. */

@@ -1,12 +1,13 @@
 // Puts the page together: reads the embedded file, fills the lists, starts the picture.
 
+import type { ViewName } from "./cameras";
 import { button, byId, make } from "./dom";
 import { Engine } from "./engine";
 import { buildGeometry, type Geometry } from "./geometry";
 import { type Element, type Model, readModel } from "./model";
 import type { Colouring } from "./palette";
 import { axesPicture, detailRows, legendRows, noteRows, totalsTable } from "./panel";
-import { View, type ViewName } from "./scene";
+import { View } from "./scene";
 import { openExchangeFile } from "./step";
 import { countElements, formatNumber, language, text, type TextKey } from "./texts";
 import { Tree } from "./tree";
@@ -55,7 +56,7 @@ async function main(): Promise<void> {
   mark("meshed");
   page.addGeometry(geometry);
   mark("scene");
-  await painted();
+  await inspection.view?.firstPicture;
   mark("firstPicture");
   inspection.ready = true;
 }
@@ -132,11 +133,11 @@ class Page {
       return;
     }
     inspection.view = this.view;
-    const size = this.view.extent.map((value) => formatNumber(value / 1000, 2));
+    const { least, greatest } = geometry.bounds;
+    const size = greatest.clone().sub(least).toArray().map((value) => formatNumber(value / 1000, 2));
     byId("summary").textContent += ` · ${text("extent")} ${size.join(" × ")} m`;
     this.view.setVisible((element) => this.visibility.isVisible(element));
-    this.view.onCamera = () => axesPicture(byId("axes") as unknown as SVGElement, this.view!.axes());
-    this.view.draw();
+    this.view.onDrawn = () => axesPicture(byId("axes") as unknown as SVGElement, this.view!.cameras.axes());
     this.listenToPointer(canvas);
     this.refreshToolbar();
     if (this.selected) this.select(this.selected);
@@ -201,7 +202,7 @@ class Page {
   }
 
   private refreshToolbar(grid = true): void {
-    this.toolbar.perspective?.setAttribute("aria-pressed", String(this.view?.inPerspective ?? true));
+    this.toolbar.perspective?.setAttribute("aria-pressed", String(this.view?.cameras.inPerspective ?? true));
     this.toolbar.grid?.setAttribute("aria-pressed", String(grid));
     this.toolbar.colours?.setAttribute("aria-pressed", String(this.colouring === "section"));
   }
@@ -211,8 +212,8 @@ class Page {
   }
 
   private togglePerspective(): void {
-    this.view?.togglePerspective();
-    this.toolbar.perspective?.setAttribute("aria-pressed", String(this.view?.inPerspective));
+    this.view?.cameras.togglePerspective();
+    this.toolbar.perspective?.setAttribute("aria-pressed", String(this.view?.cameras.inPerspective));
   }
 
   private toggleGrid(): void {
@@ -262,16 +263,16 @@ class Page {
       h: () => section && this.visibility.hideSection(section),
       i: () => section && this.visibility.isolate(section),
       z: () => this.zoomToSelected(),
-      "+": () => this.view?.zoom(1.25),
-      "-": () => this.view?.zoom(0.8),
+      "+": () => this.view?.cameras.zoom(1.25),
+      "-": () => this.view?.cameras.zoom(0.8),
       "?": () => this.toggleHelp(),
       escape: () => this.select(null),
     };
     const inPicture: Record<string, () => void> = {
-      arrowleft: () => this.view?.turn(-turn, 0),
-      arrowright: () => this.view?.turn(turn, 0),
-      arrowup: () => this.view?.turn(0, turn),
-      arrowdown: () => this.view?.turn(0, -turn),
+      arrowleft: () => this.view?.cameras.turn(-turn, 0),
+      arrowright: () => this.view?.cameras.turn(turn, 0),
+      arrowup: () => this.view?.cameras.turn(0, turn),
+      arrowdown: () => this.view?.cameras.turn(0, -turn),
     };
     const key = event.key.toLowerCase();
     const run = anywhere[key] ?? (document.activeElement === byId("canvas") ? inPicture[key] : undefined);

@@ -1,18 +1,23 @@
 // Finds the element under the pointer. Boxes first, then the triangles of the few boxes that are hit.
 
-import { type Camera, type Ray, Vector3 } from "three";
+import { type Ray, Vector3 } from "three";
+import type { Cameras } from "./cameras";
 import type { Geometry } from "./geometry";
 import type { Element, Point } from "./model";
 
-export function nearestOnRay(ray: Ray, elements: Element[], geometry: Geometry): { element: Element; distance: number } | null {
+const tolerance = 6; // pixels beside an axis that still hit it
+
+interface Hit {
+  element: Element;
+  distance: number; // along the ray
+}
+
+export function nearestOnRay(ray: Ray, elements: Element[], geometry: Geometry): Hit | null {
   const { bounds, indices, indexRange, positions } = geometry;
-  const a = new Vector3();
-  const b = new Vector3();
-  const c = new Vector3();
-  const at = new Vector3();
-  let best: { element: Element; distance: number } | null = null;
+  const [a, b, c, at] = [new Vector3(), new Vector3(), new Vector3(), new Vector3()];
+  let best: Hit | null = null;
   for (const element of elements) {
-    const entry = enterBox(ray, bounds, element.index * 6);
+    const entry = enterBox(ray, bounds.values, element.index * 6);
     if (entry === null || (best && entry > best.distance)) continue;
     const { start, count } = indexRange[element.index]!;
     for (let i = start; i < start + count; i += 3) {
@@ -42,32 +47,21 @@ function enterBox(ray: Ray, bounds: Float32Array, box: number): number | null {
   return near <= far ? near : null;
 }
 
-/** How far a place of the picture lies from an element's axis, in pixels, and how far along the ray that is. */
-export function screenDistance(
-  element: Element,
-  centre: Point,
-  camera: Camera,
-  ray: Ray,
-  window: { clientWidth: number; clientHeight: number },
-  x: number,
-  y: number,
-): { pixels: number; depth: number } | null {
-  const ends = [element.start, element.end].map((p) => new Vector3(p[0] - centre[0], p[1] - centre[1], p[2] - centre[2]));
-  const [a, b] = ends as [Vector3, Vector3];
-  const [pa, pb] = ends.map((end) => {
-    const p = end.clone().project(camera);
-    return { x: ((p.x + 1) / 2) * window.clientWidth, y: ((1 - p.y) / 2) * window.clientHeight, z: p.z };
-  }) as [ScreenPoint, ScreenPoint];
-  if (Math.abs(pa.z) > 1 || Math.abs(pb.z) > 1) return null; // an end lies behind the eye
-  const [dx, dy] = [pb.x - pa.x, pb.y - pa.y];
-  const lengthSquared = dx * dx + dy * dy;
-  const t = lengthSquared > 0 ? Math.min(Math.max(((x - pa.x) * dx + (y - pa.y) * dy) / lengthSquared, 0), 1) : 0;
-  const pixels = Math.hypot(pa.x + t * dx - x, pa.y + t * dy - y);
-  return { pixels, depth: a.lerp(b, t).sub(ray.origin).dot(ray.direction) };
-}
-
-interface ScreenPoint {
-  x: number;
-  y: number;
-  z: number;
+/** The element nearest to the eye among those whose axis passes close to a place of the picture. */
+export function nearestAxis(ray: Ray, elements: Element[], centre: Point, cameras: Cameras, x: number, y: number): Hit | null {
+  let best: Hit | null = null;
+  for (const element of elements) {
+    const [start, end] = [element.start, element.end].map(
+      (p) => new Vector3(p[0] - centre[0], p[1] - centre[1], p[2] - centre[2]),
+    ) as [Vector3, Vector3];
+    const [a, b] = [cameras.project(start), cameras.project(end)];
+    if (!a.inside || !b.inside) continue;
+    const [dx, dy] = [b.x - a.x, b.y - a.y];
+    const squares = dx * dx + dy * dy;
+    const t = squares > 0 ? Math.min(Math.max(((x - a.x) * dx + (y - a.y) * dy) / squares, 0), 1) : 0;
+    if (Math.hypot(a.x + t * dx - x, a.y + t * dy - y) > tolerance) continue;
+    const distance = start.lerp(end, t).sub(ray.origin).dot(ray.direction);
+    if (!best || distance < best.distance) best = { element, distance };
+  }
+  return best;
 }

@@ -1,7 +1,7 @@
-// The picture: cameras, drawing, finding what stands under the pointer.
+// The picture: what is drawn, and what stands under the pointer.
 //
-// All bars are one mesh and one set of edges. Hiding rewrites the list of triangles, which takes
-// milliseconds even for 10,000 bars, and keeps the number of draw calls at a handful.
+// All bars are one mesh, one set of edges and one set of lines. Which of them are drawn is a matter of the index
+// lists, so there is a handful of draw calls whatever is hidden. Other drawings than the first of a picture add to it.
 
 import {
   BufferAttribute,
@@ -12,64 +12,53 @@ import {
   HemisphereLight,
   LineBasicMaterial,
   LineSegments,
-  MOUSE,
   Mesh,
   MeshLambertMaterial,
-  OrthographicCamera,
-  PerspectiveCamera,
   Points,
   PointsMaterial,
-  Raycaster,
   Scene,
-  Vector2,
   Vector3,
   WebGLRenderer,
 } from "three";
-import { OrbitControls } from "three/addons/controls/OrbitControls.js";
 import { LineMaterial } from "three/addons/lines/LineMaterial.js";
 import { LineSegments2 } from "three/addons/lines/LineSegments2.js";
 import { LineSegmentsGeometry } from "three/addons/lines/LineSegmentsGeometry.js";
+import { Cameras, type ViewName } from "./cameras";
+import { Detail } from "./detail";
 import type { Geometry, Range } from "./geometry";
 import type { Element, Model } from "./model";
 import { type Colouring, colourOf, selectedColour, unknownColour } from "./palette";
-import { nearestOnRay, screenDistance } from "./picking";
+import { nearestAxis, nearestOnRay } from "./picking";
 
-export type ViewName = "iso" | "front" | "side" | "top";
-
-/** From where each standard view looks; the front is seen along Y, the side against X. */
-const viewDirections: Record<ViewName, Vector3> = {
-  iso: new Vector3(-1, -1.4, 0.9),
-  front: new Vector3(0, -1, 0),
-  side: new Vector3(1, 0, 0),
-  // Not quite from above: the little that is left keeps Y upwards.
-  top: new Vector3(0, -1e-4, 1),
-};
-
-const fieldOfView = 35; // degrees
-const margin = 1.12; // room around what a fit frames
 const edgeShade = 0.7;
-const pickTolerance = 6; // pixels beside a thin bar that still hit it
 
 export class View {
-  onCamera: () => void = () => undefined;
+  /** Called after each drawing. */
+  onDrawn: () => void = () => undefined;
+  /** Resolves when the first picture is there. */
+  readonly firstPicture: Promise<void>;
+  readonly cameras: Cameras;
+  readonly detail: Detail;
   private readonly renderer: WebGLRenderer;
   private readonly scene = new Scene();
-  private readonly perspective = new PerspectiveCamera(fieldOfView);
-  private readonly orthographic = new OrthographicCamera();
-  private camera: PerspectiveCamera | OrthographicCamera = this.perspective;
-  private readonly controls: OrbitControls;
   private readonly headlight = new DirectionalLight(0xffffff, 2.1);
   private readonly bars: Mesh;
   private readonly edges: LineSegments;
-  private readonly unknownLines: LineSegments2;
+  private readonly lines: LineSegments;
+  private readonly unknownLines = fatLines(unknownColour, true);
   private readonly selectedMesh: Mesh;
-  private readonly selectedLines: LineSegments2;
+  private readonly selectedLines = fatLines(selectedColour, false);
   private readonly selectedEnds: Points;
   private readonly grid: GridHelper;
   private readonly visible: Uint8Array;
-  private readonly radius: number; // of a sphere about the centre that holds the whole structure
   private selected: Element | null = null;
-  private queued = false;
+  private width = 0;
+  private height = 0;
+  private tellFirst: () => void = () => undefined;
+  private showsGrid = true;
+  private stale = true; // the picture no longer shows what it should
+  private scheduled = false; // a drawing will begin
+  private busy = false; // a drawing is under way
 
   constructor(
     private readonly host: HTMLElement,
@@ -78,16 +67,20 @@ export class View {
     private readonly geometry: Geometry,
     colouring: Colouring,
   ) {
-    this.renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true });
+    this.firstPicture = new Promise((resolve) => (this.tellFirst = resolve));
+    this.renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
+    this.renderer.autoClear = false; // a picture of many bars is drawn piece by piece
     this.renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
     this.visible = new Uint8Array(model.elements.length).fill(1);
+    this.detail = new Detail(geometry);
+    this.detail.setVisible(this.visible);
+    this.cameras = new Cameras(host, canvas, geometry.bounds.radius, () => this.redraw());
 
-    const positions = new BufferAttribute(geometry.positions, 3);
     const body = new BufferGeometry();
-    body.setAttribute("position", positions);
+    body.setAttribute("position", new BufferAttribute(geometry.positions, 3));
     body.setAttribute("normal", new BufferAttribute(geometry.normals, 4, true));
-    body.setAttribute("color", new BufferAttribute(new Uint8Array((geometry.positions.length / 3) * 4), 4, true));
-    body.setIndex(new BufferAttribute(geometry.indices.slice(), 1));
+    body.setAttribute("color", colourAttribute(geometry.positions.length / 3));
+    body.setIndex(emptyIndex(geometry.indices.length));
     this.bars = new Mesh(
       body,
       // Pushed back a little, so that the edges on it are drawn whole.
@@ -95,95 +88,69 @@ export class View {
     );
 
     const outline = new BufferGeometry();
-    outline.setAttribute("position", positions);
+    outline.setAttribute("position", body.getAttribute("position"));
     outline.setAttribute("color", body.getAttribute("color"));
-    outline.setIndex(new BufferAttribute(geometry.edges.slice(), 1));
+    outline.setIndex(emptyIndex(geometry.edges.length));
     const shade = new Color().setScalar(edgeShade);
     this.edges = new LineSegments(outline, new LineBasicMaterial({ vertexColors: true, color: shade }));
 
+    const axes = new BufferGeometry();
+    axes.setAttribute("position", new BufferAttribute(this.axisPoints(model.elements), 3));
+    axes.setAttribute("color", colourAttribute(model.elements.length * 2));
+    axes.setIndex(emptyIndex(model.elements.length * 2));
+    this.lines = new LineSegments(axes, new LineBasicMaterial({ vertexColors: true }));
+
     const marked = new BufferGeometry();
-    marked.setAttribute("position", positions);
+    marked.setAttribute("position", body.getAttribute("position"));
     marked.setAttribute("normal", body.getAttribute("normal"));
     this.selectedMesh = new Mesh(marked, new MeshLambertMaterial({ color: selectedColour, emissive: 0x5a3c00 }));
-    this.selectedLines = fatLines(selectedColour, 3, false);
     this.selectedEnds = new Points(
       new BufferGeometry(),
       new PointsMaterial({ color: 0x1c2733, size: 7, sizeAttenuation: false, depthTest: false }),
     );
-    this.unknownLines = fatLines(unknownColour, 3, true);
 
-    const { size, floor, radius } = this.measure();
-    this.radius = radius;
-    this.grid = makeGrid(size, floor);
-    for (const object of [this.bars, this.edges, this.selectedMesh, this.selectedLines, this.selectedEnds, this.unknownLines]) {
+    this.grid = makeGrid(geometry.bounds.least, geometry.bounds.greatest);
+    for (const object of [this.bars, this.edges, this.lines, this.unknownLines, this.selectedMesh, this.selectedLines, this.selectedEnds]) {
       object.frustumCulled = false; // its bounds follow nothing that is hidden or selected
       this.scene.add(object);
     }
     this.scene.add(this.grid, new HemisphereLight(0xffffff, 0xb8c2cc, 1.5), this.headlight, this.headlight.target);
 
-    for (const camera of [this.perspective, this.orthographic]) camera.up.set(0, 0, 1);
-    this.controls = new OrbitControls(this.camera, canvas);
-    this.controls.zoomToCursor = true;
-    this.controls.mouseButtons = { LEFT: MOUSE.ROTATE, MIDDLE: MOUSE.PAN, RIGHT: MOUSE.PAN };
-    this.controls.addEventListener("change", () => this.redraw());
-
     this.colour(colouring);
-    this.applyVisible();
-    this.select(null);
-    new ResizeObserver(() => this.resize()).observe(host);
+    this.showSelected();
     this.resize();
     this.look("iso");
+    new ResizeObserver(() => this.resize()).observe(host);
   }
 
   // --- what is drawn ---------------------------------------------------------------------------
 
   colour(colouring: Colouring): void {
-    const colours = this.bars.geometry.getAttribute("color") as BufferAttribute;
-    const bytes = colours.array as Uint8Array;
+    const ofVertices = this.bars.geometry.getAttribute("color") as BufferAttribute;
+    const ofLines = this.lines.geometry.getAttribute("color") as BufferAttribute;
     const known = new Map<string, Color>(); // colours are kept as linear light, as the shaders need them
     for (const element of this.model.elements) {
       const name = colourOf(element, colouring);
       let colour = known.get(name);
       if (!colour) known.set(name, (colour = new Color(name)));
-      const { start, count } = this.geometry.vertexRange[element.index]!;
-      const [r, g, b] = [colour.r, colour.g, colour.b].map((part) => Math.round(part * 255)) as [number, number, number];
-      for (let i = start * 4; i < (start + count) * 4; i += 4) {
-        bytes[i] = r;
-        bytes[i + 1] = g;
-        bytes[i + 2] = b;
-        bytes[i + 3] = 255;
-      }
+      fillColour(ofVertices, this.geometry.vertexRange[element.index]!, colour);
+      fillColour(ofLines, { start: element.index * 2, count: 2 }, colour);
     }
-    colours.needsUpdate = true;
+    ofVertices.needsUpdate = true;
+    ofLines.needsUpdate = true;
     this.redraw();
   }
 
   setVisible(isVisible: (element: Element) => boolean): void {
     for (const element of this.model.elements) this.visible[element.index] = isVisible(element) ? 1 : 0;
-    this.applyVisible();
-  }
-
-  private applyVisible(): void {
-    this.keepVisible(this.bars.geometry, this.geometry.indices, this.geometry.indexRange);
-    this.keepVisible(this.edges.geometry, this.geometry.edges, this.geometry.edgeRange);
-    this.setSegments(this.unknownLines, this.model.elements.filter((e) => e.unknown && this.visible[e.index]));
+    this.detail.setVisible(this.visible);
+    this.setSegments(this.unknownLines, this.shown().filter((element) => element.unknown));
     this.showSelected();
     this.redraw();
   }
 
-  /** Moves the entries of the visible elements to the front and draws only those. */
-  private keepVisible(target: BufferGeometry, all: Uint32Array, ranges: Range[]): void {
-    const index = target.getIndex()!;
-    const kept = index.array as Uint32Array;
-    let length = 0;
-    for (let i = 0; i < ranges.length; i++) {
-      if (!this.visible[i]) continue;
-      const { start, count } = ranges[i]!;
-      kept.set(all.subarray(start, start + count), length);
-      length += count;
-    }
-    index.needsUpdate = true;
-    target.setDrawRange(0, length);
+  private shown(): Element[] {
+    return this.model.elements.filter((element) => this.visible[element.index]);
   }
 
   select(element: Element | null): void {
@@ -200,8 +167,7 @@ export class View {
     this.selectedMesh.geometry.setIndex(new BufferAttribute(this.geometry.indices.slice(start, start + count), 1));
     this.selectedMesh.visible = count > 0;
     this.setSegments(this.selectedLines, [element]);
-    const ends = new Float32Array([...this.local(element.start), ...this.local(element.end)]);
-    this.selectedEnds.geometry.setAttribute("position", new BufferAttribute(ends, 3));
+    this.selectedEnds.geometry.setAttribute("position", new BufferAttribute(this.axisPoints([element]), 3));
   }
 
   private setSegments(lines: LineSegments2, elements: Element[]): void {
@@ -209,232 +175,128 @@ export class View {
     if (!lines.visible) return;
     lines.geometry.dispose();
     lines.geometry = new LineSegmentsGeometry();
-    lines.geometry.setPositions(elements.flatMap((e) => [...this.local(e.start), ...this.local(e.end)]));
+    lines.geometry.setPositions(this.axisPoints(elements));
   }
 
-  private local(point: readonly [number, number, number]): [number, number, number] {
+  /** Both ends of each element's axis, relative to the centre. */
+  private axisPoints(elements: Element[]): Float32Array {
     const { centre } = this.geometry;
-    return [point[0] - centre[0], point[1] - centre[1], point[2] - centre[2]];
+    const points = new Float32Array(elements.length * 6);
+    elements.forEach(({ start, end }, i) => {
+      for (let axis = 0; axis < 3; axis++) {
+        points[i * 6 + axis] = start[axis]! - centre[axis]!;
+        points[i * 6 + 3 + axis] = end[axis]! - centre[axis]!;
+      }
+    });
+    return points;
   }
 
   toggleGrid(): boolean {
-    this.grid.visible = !this.grid.visible;
+    this.showsGrid = !this.showsGrid;
     this.redraw();
-    return this.grid.visible;
+    return this.showsGrid;
   }
-
-  // --- cameras ---------------------------------------------------------------------------------
 
   look(name: ViewName): void {
-    this.controls.target.set(0, 0, 0);
-    this.camera.position.copy(viewDirections[name]).normalize().multiplyScalar(this.radius * 4);
-    this.fit();
+    this.cameras.look(name, this.geometry.bounds.of(this.shown()));
   }
 
-  get inPerspective(): boolean {
-    return this.camera === this.perspective;
-  }
-
-  togglePerspective(): void {
-    const from = this.camera;
-    const to = this.inPerspective ? this.orthographic : this.perspective;
-    const target = this.controls.target;
-    const back = new Vector3().subVectors(from.position, target);
-    const half = Math.tan((fieldOfView / 2) * (Math.PI / 180));
-    // What stands at the target keeps its size.
-    if (to instanceof OrthographicCamera) {
-      this.setOrthographicHeight(2 * back.length() * half);
-    } else {
-      back.setLength((this.orthographicHeight() / this.orthographic.zoom) / (2 * half));
-    }
-    to.position.copy(target).add(back);
-    this.camera = to;
-    this.controls.object = to;
-    this.resize();
-    this.controls.update();
-    this.redraw();
-  }
-
-  private orthographicHeight(): number {
-    return this.orthographic.top - this.orthographic.bottom;
-  }
-
-  private setOrthographicHeight(height: number): void {
-    this.orthographic.top = height / 2;
-    this.orthographic.bottom = -height / 2;
-    this.orthographic.zoom = 1;
-    this.shapeCameras();
-  }
-
-  private shapeCameras(): void {
-    const aspect = Math.max(this.host.clientWidth, 1) / Math.max(this.host.clientHeight, 1);
-    this.perspective.aspect = aspect;
-    const half = (this.orthographicHeight() / 2) * aspect;
-    this.orthographic.left = -half;
-    this.orthographic.right = half;
-    this.perspective.updateProjectionMatrix();
-    this.orthographic.updateProjectionMatrix();
-  }
-
-  /**
-   * Frames some elements, or what is visible, without turning the camera. In perspective a point at (x, y, z),
-   * z towards the eye, fits across when |x − eye x| ≤ slope · (distance − z): the greatest slope · z + x and
-   * slope · z − x of all points give the eye's place and distance, and likewise for the height.
-   */
+  /** Frames some elements, or what is visible. */
   fit(elements?: Element[]): void {
-    const wanted = elements ?? this.model.elements.filter((element) => this.visible[element.index]);
-    const back = new Vector3().subVectors(this.camera.position, this.controls.target).normalize();
-    const right = new Vector3().crossVectors(this.camera.up, back).normalize();
-    const up = new Vector3().crossVectors(back, right);
-    const aspect = this.host.clientWidth / Math.max(this.host.clientHeight, 1);
-    const slope = this.inPerspective ? Math.tan((fieldOfView / 2) * (Math.PI / 180)) / margin : 0;
-    const across = new Span(slope * aspect);
-    const upwards = new Span(slope);
-    const inwards = new Span(0);
-    const point = new Vector3();
-    for (const { index } of wanted.length > 0 ? wanted : this.model.elements) {
-      for (let corner = 0; corner < 8; corner++) {
-        this.corner(index, corner, point);
-        const z = point.dot(back);
-        across.add(point.dot(right), z);
-        upwards.add(point.dot(up), z);
-        inwards.add(z, 0);
-      }
-    }
-    const target = new Vector3()
-      .addScaledVector(right, across.middle)
-      .addScaledVector(up, upwards.middle)
-      .addScaledVector(back, inwards.middle);
-    let distance = this.radius * 4;
-    if (this.inPerspective) {
-      distance = Math.max(across.half / (slope * aspect), upwards.half / slope) - inwards.middle;
-    } else {
-      this.setOrthographicHeight(2 * margin * Math.max(upwards.half, across.half / aspect, 1));
-    }
-    this.controls.target.copy(target);
-    this.camera.position.copy(target).addScaledVector(back, Math.max(distance, 1));
-    this.controls.update();
-    this.redraw();
-  }
-
-  /** Turns about the target by angles in radians, as the arrow keys do. */
-  turn(aside: number, upwards: number): void {
-    const back = new Vector3().subVectors(this.camera.position, this.controls.target);
-    back.applyAxisAngle(new Vector3(0, 0, 1), aside);
-    const tilt = Math.min(Math.max(Math.asin(back.z / back.length()) + upwards, -1.55), 1.55);
-    const flat = Math.hypot(back.x, back.y) || 1e-9;
-    const length = back.length();
-    back.set((back.x / flat) * Math.cos(tilt), (back.y / flat) * Math.cos(tilt), Math.sin(tilt)).multiplyScalar(length);
-    this.camera.position.copy(this.controls.target).add(back);
-    this.controls.update();
-    this.redraw();
-  }
-
-  zoom(factor: number): void {
-    if (this.camera instanceof OrthographicCamera) {
-      this.camera.zoom *= factor;
-      this.camera.updateProjectionMatrix();
-    } else {
-      this.camera.position.sub(this.controls.target).divideScalar(factor).add(this.controls.target);
-    }
-    this.controls.update();
-    this.redraw();
-  }
-
-  /** The model's X, Y and Z as they lie in the picture: right and up parts of unit vectors, and towards the eye. */
-  axes(): { x: number; y: number; towards: number }[] {
-    const e = this.camera.matrixWorld.elements;
-    return [0, 1, 2].map((axis) => ({ x: e[axis]!, y: e[4 + axis]!, towards: e[8 + axis]! }));
-  }
-
-  /** One of the eight corners of an element's box. */
-  private corner(index: number, bits: number, to: Vector3): Vector3 {
-    const { bounds } = this.geometry;
-    const pick = (axis: number) => bounds[index * 6 + axis + ((bits >> axis) & 1 ? 3 : 0)]!;
-    return to.set(pick(0), pick(1), pick(2));
-  }
-
-  private measure(): { size: Vector3; floor: Vector3; radius: number } {
-    const least = new Vector3();
-    const greatest = new Vector3();
-    const point = new Vector3();
-    this.model.elements.forEach((_, index) => {
-      if (index === 0) greatest.copy(this.corner(0, 0, least));
-      least.min(this.corner(index, 0, point));
-      greatest.max(this.corner(index, 7, point));
-    });
-    const size = new Vector3().subVectors(greatest, least);
-    const floor = least.clone().addScaledVector(size, 0.5).setZ(least.z);
-    return { size, floor, radius: Math.max(least.length(), greatest.length(), 100) };
-  }
-
-  /** Size of the structure in millimetres. */
-  get extent(): [number, number, number] {
-    const { size } = this.measure();
-    return [size.x, size.y, size.z];
+    this.cameras.fit(this.geometry.bounds.of(elements ?? this.shown()));
   }
 
   // --- the pointer -----------------------------------------------------------------------------
 
   /** The visible element at a place of the picture, in pixels from its upper left corner. */
   pick(x: number, y: number): Element | null {
-    const caster = new Raycaster();
-    caster.setFromCamera(
-      new Vector2((x / this.host.clientWidth) * 2 - 1, 1 - (y / this.host.clientHeight) * 2),
-      this.camera,
-    );
-    const { ray } = caster;
-    const shown = this.model.elements.filter((element) => this.visible[element.index]);
+    const shown = this.shown();
+    const ray = this.cameras.rayAt(x, y);
     const hit = nearestOnRay(ray, shown, this.geometry);
     // A bar that is thinner than a pixel, or drawn as a thick line, is hit beside its mesh.
-    let best = hit?.element ?? null;
-    let bestDepth = hit?.distance ?? Infinity;
-    for (const element of hit ? shown.filter((e) => e.unknown) : shown) {
-      const near = screenDistance(element, this.geometry.centre, this.camera, ray, this.host, x, y);
-      if (near && near.pixels <= pickTolerance && near.depth < bestDepth) {
-        best = element;
-        bestDepth = near.depth;
-      }
-    }
-    return best;
+    const thin = hit ? shown.filter((element) => element.unknown) : shown;
+    const beside = nearestAxis(ray, thin, this.geometry.centre, this.cameras, x, y);
+    return (beside && beside.distance < (hit?.distance ?? Infinity) ? beside : hit)?.element ?? null;
   }
 
   /** Where the middle of an element's axis lies in the picture, in pixels. */
   project(element: Element): { x: number; y: number } {
-    const [a, b] = [this.local(element.start), this.local(element.end)];
-    const point = new Vector3((a[0] + b[0]) / 2, (a[1] + b[1]) / 2, (a[2] + b[2]) / 2).project(this.camera);
-    return { x: ((point.x + 1) / 2) * this.host.clientWidth, y: ((1 - point.y) / 2) * this.host.clientHeight };
+    const [ax, ay, az, bx, by, bz] = this.axisPoints([element]) as unknown as [number, number, number, number, number, number];
+    return this.cameras.project(new Vector3((ax + bx) / 2, (ay + by) / 2, (az + bz) / 2));
   }
 
   // --- drawing ---------------------------------------------------------------------------------
 
   private resize(): void {
     const { clientWidth: width, clientHeight: height } = this.host;
-    if (width === 0 || height === 0) return;
+    if (width === 0 || height === 0 || (width === this.width && height === this.height)) return;
+    [this.width, this.height] = [width, height];
     this.renderer.setSize(width, height, false);
-    this.shapeCameras();
     this.redraw();
   }
 
+  /** Begins a new picture soon. While a drawing is under way none is added, so that they do not pile up. */
   private redraw(): void {
-    if (this.queued) return;
-    this.queued = true;
-    requestAnimationFrame(() => {
-      this.queued = false;
-      this.draw();
-    });
+    this.stale = true;
+    this.schedule();
   }
 
+  private schedule(): void {
+    if (this.scheduled || this.busy) return;
+    this.scheduled = true;
+    requestAnimationFrame(() => void this.step());
+  }
+
+  /** Begins a picture or continues one, and goes on until nothing is left to draw. */
+  private async step(): Promise<void> {
+    this.scheduled = false;
+    this.busy = true;
+    const start = performance.now();
+    if (this.stale) this.draw();
+    else this.render(this.detail.next(), null);
+    await this.finished();
+    this.busy = false;
+    this.detail.learn(performance.now() - start);
+    this.tellFirst();
+    if (this.stale || !this.detail.finished) this.schedule();
+  }
+
+  /** Resolves when everything that was asked of the graphics is done. */
+  private async finished(): Promise<void> {
+    const gl = this.renderer.getContext() as WebGL2RenderingContext;
+    const done = gl.fenceSync(gl.SYNC_GPU_COMMANDS_COMPLETE, 0);
+    gl.flush();
+    while (done && !gl.isContextLost() && gl.getSyncParameter(done, gl.SYNC_STATUS) !== gl.SIGNALED) {
+      await new Promise((resolve) => setTimeout(resolve, 4));
+    }
+    gl.deleteSync(done);
+  }
+
+  /** Begins a picture at once. */
   draw(): void {
-    const distance = this.camera.position.length();
-    this.camera.near = this.inPerspective ? Math.max(distance - this.radius * 1.5, this.radius / 2000) : distance - this.radius * 2;
-    this.camera.far = distance + this.radius * 3;
-    this.camera.updateProjectionMatrix();
-    this.camera.updateMatrixWorld();
+    this.stale = false;
+    const camera = this.cameras.prepared();
     // The light comes over the viewer's left shoulder, so that no view is dark.
-    this.headlight.position.set(-0.5, 0.6, 1).applyQuaternion(this.camera.quaternion);
-    this.renderer.render(this.scene, this.camera);
-    this.onCamera();
+    this.headlight.position.set(-0.5, 0.6, 1).applyQuaternion(camera.quaternion);
+    const { solids, lines } = this.detail.begin(this.cameras, camera);
+    this.render(solids, lines);
+    this.onDrawn();
+  }
+
+  /** Draws some solids; with `lines` into an empty picture, without into the one that is there. */
+  private render(solids: number[], lines: number[] | null): void {
+    const { indices, indexRange, edges, edgeRange } = this.geometry;
+    fillIndex(this.bars.geometry, solids, (i) => indexRange[i]!, indices);
+    fillIndex(this.edges.geometry, solids, (i) => edgeRange[i]!, edges);
+    const ends = this.lines.geometry.getIndex()!.array as Uint32Array;
+    lines?.forEach((element, i) => {
+      ends[i * 2] = element * 2;
+      ends[i * 2 + 1] = element * 2 + 1;
+    });
+    drawOnly(this.lines.geometry, lines ? lines.length * 2 : 0);
+    this.grid.visible = this.showsGrid && lines !== null;
+    if (lines) this.renderer.clear();
+    this.renderer.render(this.scene, this.cameras.prepared());
   }
 
   get drawCalls(): number {
@@ -446,42 +308,60 @@ export class View {
   }
 }
 
-/** The extent of points along one direction of the picture; `slope` is how much of it a unit of depth costs. */
-class Span {
-  private low = -Infinity;
-  private high = -Infinity;
-  constructor(private readonly slope: number) {}
+function colourAttribute(vertices: number): BufferAttribute {
+  return new BufferAttribute(new Uint8Array(vertices * 4).fill(255), 4, true);
+}
 
-  add(place: number, depth: number): void {
-    this.low = Math.max(this.low, this.slope * depth - place);
-    this.high = Math.max(this.high, this.slope * depth + place);
-  }
-
-  get middle(): number {
-    return Number.isFinite(this.high) ? (this.high - this.low) / 2 : 0;
-  }
-
-  get half(): number {
-    return Number.isFinite(this.high) ? (this.high + this.low) / 2 : 1;
+function fillColour(attribute: BufferAttribute, { start, count }: Range, { r, g, b }: Color): void {
+  const bytes = attribute.array as Uint8Array;
+  for (let i = start * 4; i < (start + count) * 4; i += 4) {
+    bytes[i] = r * 255;
+    bytes[i + 1] = g * 255;
+    bytes[i + 2] = b * 255;
   }
 }
 
-function fatLines(colour: string, width: number, depthTest: boolean): LineSegments2 {
-  const lines = new LineSegments2(new LineSegmentsGeometry(), new LineMaterial({ color: colour, linewidth: width, depthTest }));
+function emptyIndex(size: number): BufferAttribute {
+  return new BufferAttribute(new Uint32Array(size), 1);
+}
+
+/** Puts the entries of some elements to the front of a geometry's index, and has only those drawn. */
+function fillIndex(geometry: BufferGeometry, elements: number[], rangeOf: (element: number) => Range, all: Uint32Array): void {
+  const kept = geometry.getIndex()!.array as Uint32Array;
+  let length = 0;
+  for (const element of elements) {
+    const { start, count } = rangeOf(element);
+    kept.set(all.subarray(start, start + count), length);
+    length += count;
+  }
+  drawOnly(geometry, length);
+}
+
+function drawOnly(geometry: BufferGeometry, length: number): void {
+  const index = geometry.getIndex()!;
+  index.clearUpdateRanges();
+  index.addUpdateRange(0, length);
+  index.needsUpdate = true;
+  geometry.setDrawRange(0, length);
+}
+
+function fatLines(colour: string, depthTest: boolean): LineSegments2 {
+  const lines = new LineSegments2(new LineSegmentsGeometry(), new LineMaterial({ color: colour, linewidth: 3, depthTest }));
   lines.renderOrder = depthTest ? 0 : 1;
   lines.visible = false;
   return lines;
 }
 
-/** A grid on the floor whose step is the largest of 1, 5, 10, 50… m that gives some eight lines or more. */
-function makeGrid(size: Vector3, floor: Vector3): GridHelper {
+/** A grid on the floor, in round steps of some sixth of the structure or less. */
+function makeGrid(least: Vector3, greatest: Vector3): GridHelper {
+  const size = new Vector3().subVectors(greatest, least);
   const span = Math.max(size.x, size.y, 500);
   const steps = [100, 500, 1000, 5000, 10000, 50000, 100000];
   const step = steps.findLast((s) => span / s >= 6) ?? 100;
   const count = Math.min(Math.ceil(span / step) + 4, 200);
   const grid = new GridHelper(count * step, count, 0xc3ccd6, 0xdbe1e8);
   grid.rotation.x = Math.PI / 2;
-  grid.position.copy(floor);
+  grid.position.addVectors(least, greatest).divideScalar(2).setZ(least.z);
   (grid.material as LineBasicMaterial).depthWrite = false;
   grid.renderOrder = -1;
   return grid;

@@ -64,7 +64,7 @@ export function withAssemblies(ifc, kindOf) {
   const members = { frame: [], truss: [], direct: [] };
   for (const element of elementsOf(ifc)) members[kindOf(element)].push(element.number);
   const list = (numbers) => numbers.map((number) => `#${number}`).join(", ");
-  let next = 1 + Math.max(...[...ifc.matchAll(/^#(\d+)=/gm)].map(([, number]) => Number(number)));
+  let next = 1 + Number(ifc.slice(ifc.lastIndexOf("\n#") + 2).match(/^\d+/)[0]); // numbers only grow
   let lines = "";
   for (const [kind, name] of [["frame", "Elementos_de_Portico"], ["truss", "Elementos_de_Trelica"]]) {
     if (members[kind].length === 0) continue;
