@@ -15,7 +15,7 @@ std::int32_t writeElementAssembly(StepWriter& writer, std::span<const std::int32
                                         "', '', $, #111, $, $, $, .NOTDEFINED.)")};
   writer.writeEntity("IFCRELAGGREGATES('", createGlobalId(), "', ", owner, ", '", groupName,
                      "', 'Assembly', ", assembly, ", (", RefList{elements}, "))");
-  return assembly.number;
+  return assembly;
 }
 
 void writeStoreyContainment(StepWriter& writer, std::span<const std::int32_t> elements) {

@@ -115,7 +115,7 @@ std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
                                            ",'Propriedades do Perfil', '', (", property, "))")};
   writer.writeEntity("IFCRELDEFINESBYPROPERTIES('", createGlobalId(), "', ", owner,
                      ", 'Perfil', $, (", element, "), ", propertySet, ")");
-  return element.number;
+  return element;
 }
 
 }  // namespace exportifc

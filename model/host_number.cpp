@@ -1,11 +1,12 @@
 #include "model/host_number.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
+#include <iterator>
 #include <limits>
 #include <string>
-#include <utility>
 
 namespace exportifc {
 
@@ -76,24 +77,17 @@ constexpr std::array exactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e
                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-/// The integer that `digits` spell, times a power of ten.
-double scaled(std::string digits, std::int64_t power) {
-  const auto magnitude = static_cast<std::uint64_t>(power < 0 ? -power : power);
-  if (digits.size() <= exactDigits && magnitude < exactPowers.size()) {
-    std::int64_t integer = 0;
-    for (const char digit : digits) {
-      integer = integer * 10 + (digit - '0');
-    }
-    const auto value = static_cast<double>(integer);
-    return power < 0 ? value / exactPowers[magnitude] : value * exactPowers[magnitude];
-  }
-  const bool isLarge = static_cast<std::int64_t>(digits.size()) + power > 0;
-  digits += 'e';
-  digits += std::to_string(power);
+/// Any number: `digits` with whatever stands between them, times a power of ten. `magnitude` tells
+/// how many digits the number has before the comma.
+double scaledByLibrary(std::string_view digits, std::int64_t power, std::int64_t magnitude) {
+  std::string text;
+  std::copy_if(digits.begin(), digits.end(), std::back_inserter(text), isDigit);
+  text += 'e';
+  text += std::to_string(power);
   double value = 0.0;
-  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
   if (result.ec != std::errc{}) {  // out of range: `value` was left alone
-    return isLarge ? std::numeric_limits<double>::infinity() : 0.0;
+    return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
   }
   return value;
 }
@@ -102,19 +96,22 @@ double parseDecimal(std::string_view text, bool pointIsComma) {
   Cursor cursor(text);
   cursor.skipBlanks();
   const bool minus = cursor.takeMinus();
-  // The significant digits as one integer, and the power of ten it is to be scaled with.
-  std::string digits;
+  const std::size_t start = cursor.position();
+  // The digits as one integer, and the power of ten it is to be scaled with.
+  std::int64_t integer = 0;
+  std::size_t significant = 0;
   std::int64_t power = 0;
   bool anyDigit = false;
   bool afterComma = false;
   for (;; cursor.advance()) {
     const char c = cursor.peek();
     if (isDigit(c)) {
-      anyDigit = true;
-      power -= afterComma ? 1 : 0;
-      if (c != '0' || !digits.empty()) {
-        digits.push_back(c);
+      if (significant < exactDigits) {
+        integer = integer * 10 + (c - '0');
       }
+      significant += integer != 0 ? 1 : 0;
+      power -= afterComma ? 1 : 0;
+      anyDigit = true;
     } else if (!afterComma && (c == ',' || (pointIsComma && c == '.'))) {
       afterComma = true;
     } else {
@@ -124,8 +121,18 @@ double parseDecimal(std::string_view text, bool pointIsComma) {
   if (!anyDigit) {
     return 0.0;
   }
+  const std::string_view digits = text.substr(start, cursor.position() - start);
   power += takeExponent(cursor);
-  const double value = digits.empty() ? 0.0 : scaled(std::move(digits), power);
+  double value = 0.0;
+  const auto shift = static_cast<std::uint64_t>(power < 0 ? -power : power);
+  if (significant == 0) {
+    // zero, whatever the exponent
+  } else if (significant <= exactDigits && shift < exactPowers.size()) {
+    value = static_cast<double>(integer);
+    value = power < 0 ? value / exactPowers[shift] : value * exactPowers[shift];
+  } else {
+    value = scaledByLibrary(digits, power, static_cast<std::int64_t>(significant) + power);
+  }
   return minus ? -value : value;
 }
 

@@ -1,6 +1,5 @@
 #include "model/line_reader.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
 
@@ -37,10 +36,12 @@ bool LineReader::fill() {
     return false;
   }
   text_->read(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-  const char* const read = buffer_.data() + text_->gcount();
+  const auto size = static_cast<std::size_t>(text_->gcount());
+  const auto* const endMark =
+      static_cast<const char*>(std::memchr(buffer_.data(), endOfText, size));
   at_ = buffer_.data();
-  end_ = std::find(at_, read, endOfText);
-  ended_ = end_ != read || !*text_;
+  end_ = endMark != nullptr ? endMark : at_ + size;
+  ended_ = endMark != nullptr || !*text_;
   return at_ != end_;
 }
 

@@ -14,13 +14,12 @@ std::int32_t EntityRegistry::add(std::shared_ptr<IfcEntity> entity) {
 }
 
 std::int32_t EntityRegistry::addPlain() {
-  if (freeInBlock_ == 0) {
-    plainBlocks_.emplace_back(new IfcEntity[blockSize]);
-    freeInBlock_ = blockSize;
+  if (nextPlain_ == plainEnd_) {
+    nextPlain_ = plainBlocks_.emplace_back(std::make_unique<IfcEntity[]>(blockSize)).get();
+    plainEnd_ = nextPlain_ + blockSize;
   }
-  IfcEntity& entity = plainBlocks_.back()[static_cast<std::ptrdiff_t>(blockSize - freeInBlock_)];
-  --freeInBlock_;
-  entity.id = ++size_;
+  nextPlain_->id = ++size_;
+  ++nextPlain_;
   return size_;
 }
 

@@ -40,7 +40,8 @@ class EntityRegistry {
   std::int32_t size_ = 0;
   std::vector<Numbered> added_;  // by `add`, in order of number
   std::vector<std::shared_ptr<IfcIo::IfcEntity[]>> plainBlocks_;
-  std::size_t freeInBlock_ = 0;  // of the last block
+  IfcIo::IfcEntity* nextPlain_ = nullptr;  // in the last block
+  IfcIo::IfcEntity* plainEnd_ = nullptr;
 };
 
 }  // namespace exportifc

@@ -8,32 +8,35 @@ namespace {
 
 constexpr char alphabet[] = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz_$";
 
-struct Group {
-  std::uint32_t value;
-  int digits;
-};
+char digit(std::uint32_t value) { return alphabet[value & 63U]; }
+
+/// Writes 24 bits as four digits.
+char* putFour(char* at, std::uint32_t value) {
+  at[0] = digit(value >> 18);
+  at[1] = digit(value >> 12);
+  at[2] = digit(value >> 6);
+  at[3] = digit(value);
+  return at + 4;
+}
+
+constexpr std::uint32_t threeBytes(std::uint32_t high, std::uint32_t middle, std::uint32_t low) {
+  return high << 16 | middle << 8 | low;
+}
 
 }  // namespace
 
 GlobalId compressGuid(const platform::Guid& guid) {
   const auto& tail = guid.data4;
-  const auto threeBytes = [](std::uint32_t high, std::uint32_t middle, std::uint32_t low) {
-    return high * 65536U + middle * 256U + low;
-  };
-  const std::array<Group, 6> groups{{
-      {guid.data1 >> 24, 2},
-      {guid.data1 & 0xFFFFFFU, 4},
-      {guid.data2 * 256U + (guid.data3 >> 8), 4},
-      {threeBytes(guid.data3 & 0xFFU, tail[0], tail[1]), 4},
-      {threeBytes(tail[2], tail[3], tail[4]), 4},
-      {threeBytes(tail[5], tail[6], tail[7]), 4},
-  }};
   GlobalId id;
-  for (const Group& group : groups) {
-    for (int digit = group.digits - 1; digit >= 0; --digit) {
-      id.characters[id.size++] = alphabet[(group.value >> (6 * digit)) & 63U];
-    }
-  }
+  char* at = id.characters.data();
+  *at++ = digit(guid.data1 >> 30);
+  *at++ = digit(guid.data1 >> 24);
+  at = putFour(at, guid.data1);
+  at = putFour(at, std::uint32_t{guid.data2} << 8 | guid.data3 >> 8);
+  at = putFour(at, threeBytes(guid.data3 & 0xFFU, tail[0], tail[1]));
+  at = putFour(at, threeBytes(tail[2], tail[3], tail[4]));
+  putFour(at, threeBytes(tail[5], tail[6], tail[7]));
+  id.size = id.characters.size();
   return id;
 }
 

@@ -9,23 +9,26 @@ void put(LineCursor& line, RefList list) {
       put(line, ", ");
     }
     first = false;
-    put(line, Ref{number});
+    *line.at++ = '#';
+    line.at = putInteger(line.at, number);
   }
 }
 
 void put(LineCursor& line, std::wstring_view text) {
+  char* at = line.at;  // a copy: a character written might be one of the cursor's bytes
   for (const wchar_t unit : text) {
     if (static_cast<std::uint32_t>(unit) > 0xFFU) {
       if (line.cut == nullptr) {
-        line.cut = line.at;
+        line.cut = at;
       }
-      return;  // nothing after it reaches the file
+      break;  // nothing after it reaches the file
     }
     if (unit == L'\n') {
-      *line.at++ = '\r';  // a line feed is a line end of the file, wherever it stands
+      *at++ = '\r';  // a line feed is a line end of the file, wherever it stands
     }
-    *line.at++ = static_cast<char>(unit);
+    *at++ = static_cast<char>(unit);
   }
+  line.at = at;
 }
 
 void put(LineCursor& line, const NumberPattern& pattern) {

@@ -16,9 +16,20 @@
 
 namespace exportifc {
 
-/// A reference to another entity: "#5006".
-struct Ref {
-  std::int32_t number;
+/// A reference to another entity: "#5006". Made once and written with every line that refers to it.
+class Ref {
+ public:
+  explicit Ref(std::int32_t number) : number_(number) {}
+  explicit Ref(const ReadyInteger& number) : number_(number) {}
+
+  operator std::int32_t() const { return number_.value(); }
+  char* put(char* at) const {
+    *at = '#';
+    return number_.put(at + 1);
+  }
+
+ private:
+  ReadyInteger number_;
 };
 
 /// References separated by ", ": "#5006, #5007". The numbers belong to the caller.
@@ -55,7 +66,7 @@ constexpr std::size_t maxLength(std::string_view text) { return text.size(); }
 constexpr std::size_t maxLength(std::wstring_view text) { return 2 * text.size(); }
 constexpr std::size_t maxLength(double) { return fixed5Capacity; }
 constexpr std::size_t maxLength(General) { return general6Capacity; }
-constexpr std::size_t maxLength(Ref) { return integerCapacity + 1; }
+constexpr std::size_t maxLength(const Ref&) { return integerCapacity + 1; }
 constexpr std::size_t maxLength(RefList list) {
   return list.numbers.size() * (integerCapacity + 3);
 }
@@ -78,10 +89,7 @@ inline void put(LineCursor& line, std::string_view text) {
 inline void put(LineCursor& line, double value) { line.at = putFixed5(line.at, value); }
 inline void put(LineCursor& line, General real) { line.at = putGeneral6(line.at, real.value); }
 
-inline void put(LineCursor& line, Ref reference) {
-  *line.at++ = '#';
-  line.at = putInteger(line.at, reference.number);
-}
+inline void put(LineCursor& line, const Ref& reference) { line.at = reference.put(line.at); }
 
 void put(LineCursor& line, RefList list);
 void put(LineCursor& line, std::wstring_view text);

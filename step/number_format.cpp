@@ -1,6 +1,7 @@
 #include "step/number_format.h"
 
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -9,47 +10,46 @@ namespace exportifc {
 
 namespace {
 
-/// "00" "01" ... "99"
-constexpr auto digitPairs = [] {
-  std::array<char, 200> pairs{};
-  for (std::size_t i = 0; i < 100; ++i) {
-    pairs[2 * i] = static_cast<char>('0' + i / 10);
-    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
-  }
-  return pairs;
-}();
+constexpr std::uint32_t eightDigitLimit = 100000000;
+constexpr int wordDigits = 8;
 
-/// Writes two digits; `value` below 100.
-void putPair(char* at, std::uint32_t value) { std::memcpy(at, &digitPairs[2 * value], 2); }
+/// The eight decimal digits of `value`, which has no more, one a byte (0 to 9), the first digit in
+/// the lowest byte. Each step splits all parts at once: 8 digits, 2 x 4, 4 x 2, 8 x 1.
+std::uint64_t eightDigits(std::uint32_t value) {
+  const std::uint64_t fours = (value / 10000) | std::uint64_t{value % 10000} << 32;
+  // 5243 / 2^19 is 1/100 for numbers of four digits, 103 / 2^10 is 1/10 for numbers of two.
+  const std::uint64_t hundreds = ((fours * 5243) >> 19) & 0x0000007F0000007FU;
+  const std::uint64_t twos = hundreds | (fours - 100 * hundreds) << 16;
+  const std::uint64_t tens = ((twos * 103) >> 10) & 0x000F000F000F000FU;
+  return tens | (twos - 10 * tens) << 8;
+}
 
-int digitCount(std::uint32_t value) {
-  int count = 1;
-  for (; value >= 100000; value /= 100000) {
-    count += 5;
-  }
-  return count + (value >= 10) + (value >= 100) + (value >= 1000) + (value >= 10000);
+constexpr std::uint64_t eightZeros = 0x3030303030303030U;  // as characters
+
+/// Of `eightDigits`; a last digit of zero is none.
+int leadingZeros(std::uint64_t digits) {
+  constexpr std::uint64_t lastDigit = 1ULL << 56;
+  return std::countr_zero(digits | lastDigit) / 8;
+}
+
+/// Writes the digits but for the first `skipped`. Eight characters of room are needed.
+char* putDigits(char* at, std::uint64_t digits, int skipped) {
+  static_assert(std::endian::native == std::endian::little, "the lowest byte comes first");
+  const std::uint64_t text = (digits | eightZeros) >> (8 * skipped);
+  std::memcpy(at, &text, sizeof(text));
+  return at + (wordDigits - skipped);
 }
 
 char* putUnsigned(char* at, std::uint32_t value) {
-  char* const end = at + digitCount(value);
-  char* front = end;
-  for (; value >= 100; value /= 100) {
-    front -= 2;
-    putPair(front, value % 100);
+  if (value < 10) {
+    *at = static_cast<char>('0' + value);
+    return at + 1;
   }
-  if (value >= 10) {
-    putPair(front - 2, value);
-  } else {
-    front[-1] = static_cast<char>('0' + value);
+  if (value >= eightDigitLimit) {
+    return std::to_chars(at, at + integerCapacity, value).ptr;
   }
-  return end;
-}
-
-/// Writes exactly five digits; `value` below 100,000.
-void putFiveDigits(char* at, std::uint32_t value) {
-  at[0] = static_cast<char>('0' + value / 10000);
-  putPair(at + 1, value / 100 % 100);
-  putPair(at + 3, value % 100);
+  const std::uint64_t digits = eightDigits(value);
+  return putDigits(at, digits, leadingZeros(digits));
 }
 
 char* putText(char* at, const char* text, std::size_t size) {
@@ -59,37 +59,72 @@ char* putText(char* at, const char* text, std::size_t size) {
 
 char* putNan(char* at) { return putText(at, "nan", 3); }
 
-/// A number from 0 to 1e6 rounded to the nearest integer, or -1 when it is too close to a tie to
-/// be sure: it may be a product that is off by half a unit in its last place (1e-10 at most).
+char* putMinus(char* at, double value) {
+  *at = '-';
+  return at + (std::signbit(value) ? 1 : 0);
+}
+
+constexpr std::int32_t tooClose = -1;
+
+/// A number from 0 to 1e6 rounded to the nearest integer, or `tooClose` to a tie to be sure: the
+/// number is a rounded product, off by 1e-10 at most.
 std::int32_t nearest(double scaled) {
   constexpr double unsure = 1e-6;
   const auto whole = static_cast<std::int32_t>(scaled);
   const double pastTie = scaled - whole - 0.5;
   if (std::fabs(pastTie) < unsure) {
-    return -1;
+    return tooClose;
   }
   return pastTie > 0.0 ? whole + 1 : whole;
+}
+
+/// The digits of `putGeneral6` for a magnitude from 1 to below 1e6; null when it is too close to a
+/// tie or would round up to 1e6.
+char* putSixDigits(char* at, double magnitude) {
+  constexpr std::array<double, 6> powers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5};
+  std::size_t wholeDigits = 1;
+  while (wholeDigits < powers.size() && magnitude >= powers[wholeDigits]) {
+    ++wholeDigits;
+  }
+  const std::int32_t rounded = nearest(magnitude * powers[6 - wholeDigits]);
+  if (rounded == tooClose || rounded == 1000000) {
+    return nullptr;
+  }
+  std::array<char, wordDigits> digits{};
+  putDigits(digits.data(), eightDigits(static_cast<std::uint32_t>(rounded)), wordDigits - 6);
+  std::size_t size = 6;
+  while (size > wholeDigits && digits[size - 1] == '0') {
+    --size;
+  }
+  at = putText(at, digits.data(), wholeDigits);
+  if (size == wholeDigits) {
+    return at;
+  }
+  *at++ = '.';
+  return putText(at, digits.data() + wholeDigits, size - wholeDigits);
 }
 
 }  // namespace
 
 char* putFixed5(char* at, double value) {
   constexpr double scale = 100000.0;  // five decimals
-  constexpr double largest = 0x1p32;  // whole parts of 32 bits; models know no others
+  constexpr int decimalDigits = 5;
   const double magnitude = std::fabs(value);
-  if (magnitude < largest) {
-    auto whole = static_cast<std::uint32_t>(static_cast<std::int64_t>(magnitude));
+  if (magnitude < eightDigitLimit - 1) {
+    auto whole = static_cast<std::uint32_t>(magnitude);
     std::int32_t decimals = nearest((magnitude - whole) * scale);
-    if (decimals == scale) {
-      decimals = ++whole == 0 ? -1 : 0;
-    }
-    if (decimals >= 0) {
-      *at = '-';
-      at += std::signbit(value);
-      at = putUnsigned(at, whole);
+    if (decimals != tooClose) {
+      if (decimals == scale) {
+        decimals = 0;
+        ++whole;
+      }
+      at = putUnsigned(putMinus(at, value), whole);
+      if (decimals == 0) {
+        return putText(at, ".00000", 6);
+      }
       *at = '.';
-      putFiveDigits(at + 1, static_cast<std::uint32_t>(decimals));
-      return at + 6;
+      return putDigits(at + 1, eightDigits(static_cast<std::uint32_t>(decimals)),
+                       wordDigits - decimalDigits);
     }
   }
   if (std::isnan(value)) {
@@ -100,10 +135,16 @@ char* putFixed5(char* at, double value) {
 
 char* putGeneral6(char* at, double value) {
   const double magnitude = std::fabs(value);
-  // Most coordinates in comments are whole millimetres.
-  if (magnitude < 1e6 && magnitude == std::floor(magnitude)) {
-    *at = '-';
-    return putUnsigned(at + std::signbit(value), static_cast<std::uint32_t>(magnitude));
+  if (magnitude < 1e6) {
+    const auto whole = static_cast<std::uint32_t>(magnitude);
+    if (magnitude == whole) {
+      return putUnsigned(putMinus(at, value), whole);
+    }
+    if (magnitude >= 1.0) {
+      if (char* const end = putSixDigits(putMinus(at, value), magnitude); end != nullptr) {
+        return end;
+      }
+    }
   }
   if (std::isnan(value)) {
     return putNan(at);
@@ -117,6 +158,15 @@ char* putInteger(char* at, std::int32_t value) {
     return putUnsigned(at, 0U - static_cast<std::uint32_t>(value));
   }
   return putUnsigned(at, static_cast<std::uint32_t>(value));
+}
+
+ReadyInteger::ReadyInteger(std::int32_t value)
+    : value_(value), leadingZeros_(wordDigits), digits_(0) {
+  if (value >= 0 && value < static_cast<std::int32_t>(eightDigitLimit)) {
+    digits_ = eightDigits(static_cast<std::uint32_t>(value));
+    leadingZeros_ = leadingZeros(digits_);
+    digits_ |= eightZeros;
+  }
 }
 
 }  // namespace exportifc

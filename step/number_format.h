@@ -3,14 +3,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace exportifc {
 
-/// Longest text of `putFixed5`: sign, 309 digits of the largest double, point, five digits.
+// Room that each function needs. They may write anything to all of it; the text ends where they
+// say.
+
+/// Sign, 309 digits of the largest double, point, five digits.
 inline constexpr std::size_t fixed5Capacity = 320;
-/// Longest text of `putGeneral6`, for instance "-1.23457e-308".
+/// For instance "-1.23457e-308".
 inline constexpr std::size_t general6Capacity = 16;
-/// Longest text of `putInteger`.
+/// For instance "-2147483648".
 inline constexpr std::size_t integerCapacity = 11;
 
 /// Writes `value` in fixed notation with five decimals, ties to even, as the C conversion "%.5f"
@@ -23,5 +27,33 @@ char* putGeneral6(char* at, double value);
 
 /// Writes `value` in plain decimal; room for `integerCapacity`.
 char* putInteger(char* at, std::int32_t value);
+
+/// An integer that is written more than once: its digits are kept ready.
+class ReadyInteger {
+ public:
+  explicit ReadyInteger(std::int32_t value);
+
+  std::int32_t value() const { return value_; }
+
+  /// As `putInteger`.
+  char* put(char* at) const {
+    if (!isReady()) {
+      return putInteger(at, value_);
+    }
+    const std::uint64_t text = digits_ >> (8 * leadingZeros_);
+    std::memcpy(at, &text, sizeof(text));
+    return at + (wordDigits - leadingZeros_);
+  }
+
+ private:
+  static constexpr int wordDigits = 8;
+
+  /// Not so for negative numbers and those of nine digits and more, which no model reaches.
+  bool isReady() const { return leadingZeros_ < wordDigits; }
+
+  std::int32_t value_;
+  int leadingZeros_;      // among the digits
+  std::uint64_t digits_;  // eight characters, the first in the lowest byte
+};
 
 }  // namespace exportifc

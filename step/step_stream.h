@@ -26,13 +26,23 @@ class StepStream {
   /// Writes one line of the given pieces (line_pieces.h).
   template <class... Pieces>
   void line(const Pieces&... pieces) {
+    if (failed_) {
+      return;
+    }
     LineCursor cursor{.at = reserve((std::size_t{0} + ... + maxLength(pieces)))};
     (put(cursor, pieces), ...);
     finish(cursor);
   }
 
  private:
-  char* reserve(std::size_t size);
+  /// A buffer for `size` characters and the line end.
+  char* reserve(std::size_t size) {
+    constexpr std::size_t lineEnd = 2;
+    if (buffer_.size() < size + lineEnd) {
+      buffer_.resize(size + lineEnd);
+    }
+    return buffer_.data();
+  }
   void finish(const LineCursor& cursor);
 
   std::unique_ptr<ByteSink> sink_;

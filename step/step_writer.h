@@ -34,10 +34,10 @@ class StepWriter {
   /// Numbers a new entity, writes its line "#n= <pieces>;" and returns n. The pieces are the
   /// entity's text (line_pieces.h).
   template <class... Pieces>
-  std::int32_t writeEntity(const Pieces&... pieces) {
-    const std::int32_t number = entities.addPlain();
-    stream.line(Ref{number}, "= ", pieces..., ";");
-    return number;
+  Ref writeEntity(const Pieces&... pieces) {
+    const Ref entity(entities.addPlain());
+    stream.line(entity, "= ", pieces..., ";");
+    return entity;
   }
 
   // In this order: on destruction the registry goes first, then the file is closed.
