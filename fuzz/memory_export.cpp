@@ -1,8 +1,6 @@
 #include "fuzz/memory_export.h"
 
 #include <cstring>
-#include <memory>
-#include <string_view>
 
 #include "fuzz/require.h"
 #include "model/batch_source.h"
@@ -21,7 +19,7 @@ class WithSaveFile final : public UserInterface {
  public:
   explicit WithSaveFile(UserInterface& ui) : ui_(ui) {}
 
-  SaveChoice chooseSaveFile() override { return {.accepted = true, .path = L"/dev/null"}; }
+  SaveChoice chooseSaveFile() override { return {.accepted = true, .path = anyOutputPath}; }
   int ask(const char* text, const char* caption) override { return ui_.ask(text, caption); }
   void show(const char* text, const char* caption) override { ui_.show(text, caption); }
   void show(const wchar_t* text, const wchar_t* caption) override { ui_.show(text, caption); }
@@ -67,20 +65,20 @@ Exported exportBatch(const std::string& path, UserInterface& ui) {
   return exported;
 }
 
-void exportHost(HostQuery query, std::uint64_t handle, CountingInterface& ui, Exported& result) {
+void exportModel(const std::function<std::unique_ptr<BarSource>()>& openModel, UserInterface& ui,
+                 Exported& exported) {
   Module module(&noEntry, &noEntry);
-  module.record.hostQuery = query;
-  module.record.hostHandle = handle;
   WithSaveFile dialog(ui);
   const ExportServices services{
       .ui = dialog,
-      .openOutput = [&](const std::wstring&) { return std::make_unique<MemorySink>(result.file); },
-      .openModel =
-          [](const Module& opened) {
-            return std::make_unique<HostSource>(opened.record.hostQuery, opened.record.hostHandle);
-          }};
-  result.result = runExport(module, services);
-  result.batchPath = module.batchPath;
+      .openOutput = [&](const std::wstring&) { return std::make_unique<MemorySink>(exported.file); },
+      .openModel = [&](const Module&) { return openModel(); }};
+  exported.result = runExport(module, services);
+  exported.batchPath = module.batchPath;
+}
+
+void exportHost(HostQuery query, std::uint64_t handle, UserInterface& ui, Exported& exported) {
+  exportModel([&] { return std::make_unique<HostSource>(query, handle); }, ui, exported);
 }
 
 }  // namespace exportifc::fuzz

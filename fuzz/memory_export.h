@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
+#include <string_view>
 
 #include "model/bar_source.h"
 #include "platform/byte_sink.h"
@@ -52,11 +55,22 @@ struct Exported {
   std::string batchPath;  ///< as the export left it
 };
 
+/// The path that an export into memory names: one that can always be opened.
+#ifdef _WIN32
+inline constexpr const wchar_t* anyOutputPath = L"NUL";
+#else
+inline constexpr const wchar_t* anyOutputPath = L"/dev/null";
+#endif
+
 /// Exports the batch file at `path`, through the module's own reader; the result stays in memory.
 Exported exportBatch(const std::string& path, UserInterface& ui);
 
-/// Exports what `query` answers, as an interactive export would after the save dialog. Whatever
-/// leaves the driver passes through; `result.file` is then what was written before.
-void exportHost(HostQuery query, std::uint64_t handle, CountingInterface& ui, Exported& result);
+/// Exports what `openModel` delivers, as an interactive export would after the save dialog.
+/// Whatever leaves the driver passes through; `exported.file` is then what was written before.
+void exportModel(const std::function<std::unique_ptr<BarSource>()>& openModel, UserInterface& ui,
+                 Exported& exported);
+
+/// The same with what a host's `query` answers.
+void exportHost(HostQuery query, std::uint64_t handle, UserInterface& ui, Exported& exported);
 
 }  // namespace exportifc::fuzz

@@ -122,6 +122,37 @@ for i, family in enumerate(sorted(set(families + ["", " ", "W'", "A\xe7o", "2L_2
           struct.pack("<8d", 0.015625, -0.0, 1e300, 999999.5, nan, infinity, 123456789.123456, 5e-324))
 
 
+# ---- JSON models
+
+def json_model(bars, sections='{"A": {"text": "W 200 100 5 8"}}', unit="mm", nodes="[[0,0,0],[1,0,0.5],[0,0,1e3]]"):
+    return f'{{"unit":"{unit}","nodes":{nodes},"sections":{sections},"bars":[{bars}]}}'
+
+
+plain = '{"nodes":[0,1],"section":"A"}'
+for name, text in {
+    "empty": "",
+    "smallest": json_model(""),
+    "plain": json_model(plain, unit="m"),
+    "all-keys": json_model('{"nodes":[1,2],"section":"A","type":"column","visible":false,"angle":-0.5,'
+                           '"quarterTurns":-1},{"type":9,"section":"A","nodes":[0,0]}', unit="cm"),
+    "first-bars": '{"bars":[' + plain + '],"sections":{"A":{"dims":[1,2,3],"text":"PSA"}},'
+                  '"nodes":[[0,0,0],[0,0,1]],"unit":"mm","title":"t"}',
+    "dims": json_model(plain, '{"A":{"text":"2L 5","dims":[50,50,5,5,8,1,2,3,4,5]}}'),
+    "unicode": json_model(plain, '{"A":{"text":"Perfil \xc3\xa7 \\u00e7\\ud83d\\ude00"}}'),
+    "escapes": json_model(plain, '{"A":{"text":"a\\n\\\"\\/\\u0000b"}}'),
+    "long-name": json_model(plain, '{"A":{"text":"' + "W" * 48 + '"}}'),
+    "bad-node": json_model('{"nodes":[0,7],"section":"B"}'),
+    "numbers": json_model(plain, nodes="[[1e400,0,0],[1,2,3]]"),
+    "rounding": json_model(plain, nodes="[[3.4028235e38,-3.4028236e38,1e-46],[0.1,-0.0,16777217]]"),
+    "twice": json_model('{"nodes":[0,1],"nodes":[0,1],"section":"A"}'),
+    "unknown-key": json_model('{"nodes":[0,1],"section":"A","color":1}'),
+    "bom": "\xef\xbb\xbf" + json_model(plain),
+    "broken": json_model(plain)[:-9],
+    "nested": "[" * 200,
+}.items():
+    write("json_model", name, text)
+
+
 # ---- dictionaries
 
 def dictionary(name, words):
@@ -139,3 +170,8 @@ dictionary("batch_file", words + numbers + ["m\n", "cm\n", "mm\n", "x", " x ", "
 dictionary("section_name", words + numbers + [" ", "x", "'", "\xe7", "*/", "\n"])
 dictionary("host_model", words + ["'", "*/", "\xe7", "\n", "\xff\x00\x00\xc0\x7f", "\xff\x00\x00\x80\x7f",
                                   "\xff\xca\xf2\x49\x71", "\xff\x01\x00\x00\x00", "\xff\x00\x00\x00\xcf"])
+dictionary("json_model", [f'"{key}"' for key in ("unit", "nodes", "sections", "bars", "title", "$schema", "text",
+                                                 "dims", "section", "type", "visible", "angle", "quarterTurns",
+                                                 "column", "frame-beam", "truss-web", "not-exported", "A")] +
+           ["{", "}", "[", "]", ":", ",", "true", "false", "null", "1e400", "-0.0", "3.4028235e38",
+            "2147483648", "\\u00e7", "\xc3\xa7", "\xef\xbb\xbf", "W 200", "2L 50", "PSA 1 2"])

@@ -1,7 +1,7 @@
 # What fuzz.sh and fuzz/short.sh share: the targets and how to build them.
 # shellcheck shell=bash disable=SC2034  # the scripts that read this file use the variables
 
-all_targets=(batch_file host_model section_name)
+all_targets=(batch_file host_model section_name json_model)
 declare -A longest=([batch_file]=4096 [host_model]=2048 [section_name]=512 [json_model]=4096)
 
 # The module keeps narrow paths and batch records on purpose: leaks are measured elsewhere.

@@ -388,7 +388,7 @@ bool ModelBuilder::parse_error(std::size_t /*at*/, const std::string& token,
     fail(say(texts::numberTooLarge, {token}));
   }
   const std::string message =
-      position_.ended ? say(texts::jsonEndsEarly) : say(texts::jsonUnexpected, {token});
+      position_.ended ? say(texts::jsonEndsEarly) : say(texts::jsonUnexpected, {toUtf8(token)});
   throw ModelError({.line = position_.ended ? position_.lineBefore : position_.line,
                     .column = position_.ended ? position_.columnBefore : position_.column},
                    "", message);

@@ -1,0 +1,131 @@
+// Any bytes as a JSON model: refused with a message, or read, checked, exported, and written as JSON
+// that reads back the same.
+#include <algorithm>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include <unistd.h>
+
+#include "fuzz/exchange_check.h"
+#include "fuzz/expectation.h"
+#include "fuzz/memory_export.h"
+#include "fuzz/require.h"
+#include "host/json_model.h"
+#include "host/model_check.h"
+#include "host/model_source.h"
+#include "host/text_encoding.h"
+
+namespace {
+
+using namespace exportifc;
+using namespace exportifc::fuzz;
+
+/// A negative zero may lose its sign; nothing in JSON is not a number.
+bool same(const float* a, const float* b, std::size_t count) {
+  return std::equal(a, a + count, b);
+}
+
+void requireSame(const host::Model& a, const host::Model& b) {
+  require(a.title == b.title && a.unitCode == b.unitCode, "title or unit changed");
+  require(a.nodes.size() == b.nodes.size(), "nodes were lost");
+  for (std::size_t i = 0; i < a.nodes.size(); ++i) {
+    require(same(a.nodes[i].data(), b.nodes[i].data(), 3), "a coordinate changed");
+  }
+  require(a.bars.size() == b.bars.size(), "bars were lost");
+  for (std::size_t i = 0; i < a.bars.size(); ++i) {
+    const host::ModelBar& x = a.bars[i];
+    const host::ModelBar& y = b.bars[i];
+    require(x.start == y.start && x.end == y.end && x.type == y.type && x.visible == y.visible &&
+                x.quarterTurns == y.quarterTurns && same(&x.angle, &y.angle, 1),
+            "a bar changed");
+    const host::ModelSection& s = a.sections[static_cast<std::size_t>(x.section)];
+    const host::ModelSection& t = b.sections[static_cast<std::size_t>(y.section)];
+    require(s.name == t.name && s.text == t.text && s.defined == t.defined, "a section changed");
+    require(same(s.dims.data(), t.dims.data(), s.dims.size()), "a dimension changed");
+  }
+}
+
+/// What `writeJsonModel` writes, through a file: it writes nowhere else.
+std::string written(const host::Model& model) {
+  static const std::string path = "/dev/shm/json_model_" + std::to_string(getpid());
+  {
+    host::OutputFile output(path);
+    host::writeJsonModel(model, output);
+    output.commit();
+  }
+  std::ifstream file(path, std::ios::binary);
+  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  unlink(path.c_str());
+  return text;
+}
+
+Model modelOf(const host::Model& told) {
+  Model model;
+  model.unitCode = told.unitCode;
+  for (const host::ModelBar& bar : told.bars) {
+    const std::string& text = told.sections[static_cast<std::size_t>(bar.section)].text;
+    model.bars.push_back({.hasRecord = text.size() < sizeof(BarRecord::sectionName),
+                          .type = static_cast<float>(bar.type),
+                          .visible = bar.visible ? 1 : 0,
+                          .quarterTurns = bar.quarterTurns,
+                          .angle = bar.angle,
+                          .start = told.nodes[static_cast<std::size_t>(bar.start)],
+                          .end = told.nodes[static_cast<std::size_t>(bar.end)],
+                          .name = text.c_str()});
+  }
+  return model;
+}
+
+void exportAndCompare(const host::Model& told) {
+  const Model model = modelOf(told);
+  CountingInterface ui;
+  Exported exported;
+  exportModel(
+      [&] { return std::make_unique<host::ModelSource>(told, false, [](std::int32_t) {}); }, ui,
+      exported);
+  require(exported.result == 1 && ui.unhandled == 0, "the export failed");
+  std::string fault = compareWithModel(exported.file, model);
+  if (fault.empty() && hasPlainNames(model)) {
+    fault = checkExchange(exported.file);
+  }
+  if (!fault.empty()) {
+    fail(fault);
+  }
+  if (host::checkCharacters(told, false).empty()) {
+    require(exported.file.ends_with("END-ISO-10303-21;\r\n"),
+            "a model without unwritable characters gives half a file");
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  std::stringbuf text(std::string(reinterpret_cast<const char*>(data), size), std::ios::in);
+  host::Model model;
+  try {
+    model = host::readJsonModel(text);
+  } catch (const host::ModelError& error) {
+    const auto lines = std::count(data, data + size, '\n') + 1;
+    require(*error.what() != '\0' && host::isUtf8(error.what()), "a message that cannot be shown");
+    require(host::isUtf8(error.pointer()), "a pointer that cannot be shown");
+    require(error.place().line >= 0 && error.place().line <= lines, "a place outside the text");
+    return 0;
+  }
+  for (const host::Problem& problem : host::checkModel(model, false)) {
+    const std::string line = host::problemText(model, problem);
+    require(!line.empty() && host::isUtf8(line), "a problem that cannot be shown");
+  }
+  if (host::checkReferences(model).empty()) {
+    exportAndCompare(model);
+    std::stringbuf again(written(model), std::ios::in);
+    requireSame(model, host::readJsonModel(again));
+    host::transliterate(model);
+    require(host::checkCharacters(model, false).empty(), "transliterated, still unwritable");
+  }
+  return 0;
+}
