@@ -1,5 +1,6 @@
 // Linux: paths are bytes, messages go to standard error, questions to the terminal.
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <string>
@@ -75,7 +76,7 @@ class TerminalInterface final : public UserInterface {
     }
     std::string name;
     std::cerr << "Arquivos IFC (*.ifc): " << std::flush;
-    if (!std::getline(std::cin, name) || name.empty()) {
+    if (!readLine(name) || name.empty()) {
       return {};
     }
     const std::size_t base = name.find_last_of('/') + 1;  // npos + 1 is 0
@@ -92,7 +93,7 @@ class TerminalInterface final : public UserInterface {
     for (;;) {
       std::cerr << utf8(caption) << ": " << utf8(text) << " [S/N] " << std::flush;
       std::string answer;
-      if (!std::getline(std::cin, answer)) {
+      if (!readLine(answer)) {
         return answerYes;
       }
       if (answer == "S" || answer == "s") {
@@ -119,6 +120,13 @@ class TerminalInterface final : public UserInterface {
   }
 
  private:
+  /// An end of input at a terminal ends one answer, not all that follow.
+  static bool readLine(std::string& line) {
+    std::clearerr(stdin);
+    std::cin.clear();
+    return static_cast<bool>(std::getline(std::cin, line));
+  }
+
   static bool hasTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 };
 
