@@ -9,6 +9,7 @@
 
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/jobs.h"
 #include "host/messages.h"
 #include "host/model_check.h"
 #include "host/model_export.h"
@@ -16,6 +17,8 @@
 #include "host/output_file.h"
 #include "host/paths.h"
 #include "host/progress.h"
+#include "host/system.h"
+#include "host/viewer_page.h"
 
 namespace fs = std::filesystem;
 
@@ -138,6 +141,8 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   if (isSameFile(name, output)) {
     throw Failure(exitBadUse, say(texts::sameFile, {output}));
   }
+  // Before the model: a page that is missing must not cost a long export.
+  const std::string page = options.html ? readViewerTemplate(options.viewerTemplate) : "";
   const Model model = loadForExport(name, options);
   OutputFile file(output);
   ExportResult result;
@@ -149,6 +154,10 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
     throw Failure(exitNotWritten, stopText(result, file, model.bars.size()));
   }
   file.commit();
+  if (options.html) {
+    const std::string html = textOf(pathOf(output).replace_extension(".html"));
+    writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()), html);
+  }
   if (!options.quiet) {
     reportMessages(model, result);
     printSummary(model, name, output, result,
@@ -156,13 +165,51 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   }
 }
 
-void checkOutputs(const std::vector<std::string>& outputs) {
+void checkUse(const ExportOptions& options, const std::vector<std::string>& outputs) {
+  if (!options.output.empty() && outputs.size() > 1) {
+    throw Failure(exitBadUse, say(texts::useOneOutput,
+                                  {numberText(static_cast<std::int64_t>(outputs.size()))}));
+  }
+  constexpr int mostJobs = 64;
+  if (options.jobs < 1 || options.jobs > mostJobs) {
+    throw Failure(exitBadUse, say(texts::useJobs));
+  }
   std::set<std::string> seen;
   for (const std::string& output : outputs) {
     if (!seen.insert(output).second) {
       throw Failure(exitBadUse, say(texts::sameOutput, {output}));
     }
+    if (isStandardStream(output) && options.html) {
+      throw Failure(exitBadUse, say(texts::useHtmlOutput));
+    }
+    if (isStandardStream(output) && system::outputIsTerminal()) {
+      throw Failure(exitBadUse, say(texts::useTerminal));
+    }
   }
+}
+
+/// The same export of one model, for a process of its own.
+Job jobOf(const std::string& model, const std::string& output, const ExportOptions& options) {
+  Job job{.model = model, .arguments = {"export", "--output=" + output}};
+  const auto pass = [&](bool wanted, const char* flag) {
+    if (wanted) {
+      job.arguments.emplace_back(flag);
+    }
+  };
+  pass(options.visibleOnly, "--visible-only");
+  pass(options.strict, "--strict");
+  pass(options.transliterate, "--transliterate");
+  pass(options.quiet, "--quiet");
+  pass(options.html, "--html");
+  if (!options.viewerTemplate.empty()) {
+    job.arguments.push_back("--template=" + options.viewerTemplate);
+  }
+  job.arguments.insert(job.arguments.end(), {"--", model});
+  return job;
+}
+
+bool canRunBeside(const std::string& model, const std::string& output) {
+  return !isStandardStream(model) && !isStandardStream(output);
 }
 
 }  // namespace
@@ -194,9 +241,20 @@ int runExportCommand(const ExportOptions& options) {
   for (const std::string& model : options.models) {
     outputs.push_back(outputFor(model, options));
   }
-  checkOutputs(outputs);
+  checkUse(options, outputs);
+  if (options.jobs > 1 && outputs.size() > 1) {
+    std::vector<Job> jobs;
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+      if (canRunBeside(options.models[i], outputs[i])) {
+        jobs.push_back(jobOf(options.models[i], outputs[i], options));
+      }
+    }
+    if (jobs.size() == outputs.size()) {
+      return runJobs(jobs, options.jobs, options.quiet);
+    }
+  }
   int code = exitOk;
-  for (std::size_t i = 0; i < outputs.size(); ++i) {
+  for (std::size_t i = 0; i < outputs.size() && !system::interrupted(); ++i) {
     try {
       exportOne(options.models[i], outputs[i], options);
     } catch (const Failure& failure) {

@@ -115,6 +115,41 @@ inline constexpr Text problemUnwritable{
     "Rename the section, or use --transliterate to write \"{2}\"",
     "a seção \"{0}\" tem o caractere \"{1}\", que o arquivo não comporta: ele terminaria ali. "
     "Renomeie a seção ou use --transliterate para gravar \"{2}\""};
+inline constexpr Text problemFamily{
+    "family word \"{0}\" is not known; its bars become squares of 4 mm",
+    "a palavra de família \"{0}\" não é conhecida; suas barras viram quadrados de 4 mm"};
+inline constexpr Text problemNoProfile{
+    "family \"{0}\" has no profile; both halves of its bars become squares of 4 mm",
+    "a família \"{0}\" não tem perfil; as duas metades de suas barras viram quadrados de 4 mm"};
+inline constexpr Text problemTooLong{
+    "section text \"{0}\" has {1} bytes, at most {2} are possible; its bars are left out",
+    "o texto de seção \"{0}\" tem {1} bytes, no máximo {2} são possíveis; suas barras ficam fora"};
+inline constexpr Text problemQuote{
+    "section \"{0}\" has an apostrophe or a backslash, which other programs cannot read",
+    "a seção \"{0}\" tem um apóstrofo ou uma barra invertida, que outros programas não leem"};
+inline constexpr Text problemComment{
+    "section \"{0}\" has \"*/\", which ends the comment that names it",
+    "a seção \"{0}\" tem \"*/\", que encerra o comentário com seu nome"};
+inline constexpr Text problemControl{"the section text has a control character (tab, line end)",
+                                     "o texto da seção tem um caractere de controle (tabulação, "
+                                     "fim de linha)"};
+inline constexpr Text problemMissing{"section \"{0}\": dimension {1} ({2}) is missing",
+                                     "seção \"{0}\": falta a dimensão {1} ({2})"};
+inline constexpr Text problemNegative{
+    "section \"{0}\": dimension {1} ({2}) is {3}, it must be positive",
+    "seção \"{0}\": a dimensão {1} ({2}) é {3}, mas deve ser positiva"};
+inline constexpr Text problemNotFinite{"dimension {0} ({1}) is not a finite number",
+                                       "a dimensão {0} ({1}) não é um número finito"};
+inline constexpr Text problemBarNotFinite{"a coordinate or the angle is not a finite number",
+                                          "uma coordenada ou o ângulo não é um número finito"};
+inline constexpr Text problemZero{"the bar has no length (less than 0.01 mm)",
+                                  "a barra não tem comprimento (menos de 0,01 mm)"};
+inline constexpr Text problemUnit{
+    "the unit is not m, cm or mm; coordinates are taken as millimetres",
+    "a unidade não é m, cm nem mm; as coordenadas são tomadas como milímetros"};
+inline constexpr Text problemMissingBars{"the file announces {0} bars, but holds {1}",
+                                         "o arquivo anuncia {0} barras, mas contém {1}"};
+inline constexpr Text problemNoBars{"no bar would be exported", "nenhuma barra seria exportada"};
 inline constexpr Text didYouMean{"; did you mean {0}?", "; você quis dizer {0}?"};
 
 inline constexpr Text barsFrom{"{0}, first: {1}", "{0}, primeira: {1}"};
@@ -134,6 +169,192 @@ inline constexpr Text moduleMessage{"\"{0}\": section \"{1}\", {2}, first: bar {
                                     "\"{0}\": seção \"{1}\", {2}, primeira: barra {3}"};
 inline constexpr Text oneBar{"1 bar", "1 barra"};
 inline constexpr Text manyBars{"{0} bars", "{0} barras"};
+
+inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",
+                                   "{0}: não foi possível iniciar outro processo: {1}"};
+inline constexpr Text jobsProgress{"{0} of {1} models", "{0} de {1} modelos"};
+
+// ---- check
+inline constexpr Text checkSummary{"{0} bars, {1}", "{0} barras, {1}"};
+inline constexpr Text checkNoProblems{"no problems", "nenhum problema"};
+inline constexpr Text checkProblems{"problems: {0}", "problemas: {0}"};
+
+// ---- convert
+inline constexpr Text lossType{
+    "the batch text file has no types: {0} bars lose theirs, the first is bar {1}; all their "
+    "elements go directly to the storey",
+    "o arquivo de texto não tem tipos: {0} barras perdem o seu, a primeira é a barra {1}; seus "
+    "elementos vão direto para o pavimento"};
+inline constexpr Text lossType10{
+    "{0} bars of type 10 (not-exported) are left out, the first is bar {1}",
+    "{0} barras do tipo 10 (not-exported) ficam fora, a primeira é a barra {1}"};
+inline constexpr Text lossVisible{
+    "the batch text file has no visibility: {0} invisible bars become visible, the first is bar "
+    "{1}",
+    "o arquivo de texto não tem visibilidade: {0} barras invisíveis ficam visíveis, a primeira é a "
+    "barra {1}"};
+inline constexpr Text lossQuarterTurns{
+    "quarter turns are added to the angle in {0} bars, the first is bar {1}",
+    "os quartos de volta são somados ao ângulo em {0} barras, a primeira é a barra {1}"};
+inline constexpr Text lossDims{
+    "section \"{0}\": the batch text file has no dimensions of their own; they will be read from "
+    "\"{1}\" and differ",
+    "seção \"{0}\": o arquivo de texto não tem dimensões separadas; elas serão lidas de \"{1}\" e "
+    "são diferentes"};
+inline constexpr Text lossNames{
+    "the names of {0} sections are lost: a batch text file knows only their texts",
+    "os nomes de {0} seções se perdem: o arquivo de texto só conhece seus textos"};
+inline constexpr Text lossUnit{"the unit of the batch text file is unknown; the JSON model has mm",
+                               "a unidade do arquivo de texto é desconhecida; o modelo JSON fica "
+                               "em mm"};
+inline constexpr Text convertLineBreak{
+    "section \"{0}\": its text does not fit one line of a batch text file",
+    "seção \"{0}\": seu texto não cabe numa linha do arquivo de texto"};
+inline constexpr Text convertTitleBreak{"the title does not fit one line of a batch text file",
+                                        "o título não cabe numa linha do arquivo de texto"};
+
+// ---- view
+inline constexpr Text noTemplate{
+    "the viewer's page is not there: {0}; name it with --template",
+    "a página do visualizador não está lá: {0}; indique-a com --template"};
+inline constexpr Text badTemplate{"{0} is not the viewer's page",
+                                  "{0} não é a página do visualizador"};
+
+// ---- profiles
+inline constexpr Text profilesTwoHalves{" (two halves)", " (duas metades)"};
+inline constexpr Text profilesNoProfile{"no profile: both halves become squares of 4 mm",
+                                        "sem perfil: as duas metades viram quadrados de 4 mm"};
+inline constexpr Text secondSide{"the width is d3, or d2, or d1: the first of at least 0.001",
+                                 "a largura é d3, ou d2, ou d1: a primeira de ao menos 0,001"};
+inline constexpr Text profilesFamily{"family word", "família"};
+inline constexpr Text profilesPage{
+    "# Section families\n\nMade by `exportifc profiles --markdown` from the tables that the export "
+    "itself uses; do not edit.\n\nA section text is a family word, a blank and the dimensions d0, "
+    "d1, d2, ... in millimetres, for instance `W 200 100 8 6`. Dimensions are found by their "
+    "place: "
+    "one that a family does not read (an empty cell) must still be there when another follows. "
+    "Case "
+    "matters. The drawings show the section as the bar's own x and y axes see it; the bar runs "
+    "through the crossing of the axes, away from the viewer's paper.\n",
+    "# Famílias de seções\n\nFeito por `exportifc profiles --markdown` a partir das tabelas da "
+    "própria exportação; não edite.\n\nUm texto de seção é a palavra da família, um espaço e as "
+    "dimensões d0, d1, d2, ... em milímetros, por exemplo `W 200 100 8 6`. As dimensões valem pelo "
+    "lugar: a que a família não lê (célula vazia) deve existir se outra vem depois. Maiúsculas e "
+    "minúsculas são diferentes. Os desenhos mostram a seção nos eixos x e y da barra, que passa "
+    "pelo cruzamento dos eixos.\n"};
+inline constexpr Text profilesFootnote{
+    "\n¹ The width is d3, or d2, or d1: the first of at least 0.001.\n\nA family of two halves is "
+    "written as two profiles and two elements for each bar, named with `_1` and `_2` behind the "
+    "family word. Any other word is an unknown profile: the bar becomes a square of 4 mm.\n\n## "
+    "Drawings",
+    "\n¹ A largura é d3, ou d2, ou d1: a primeira de ao menos 0,001.\n\nUma família de duas "
+    "metades "
+    "é gravada como dois perfis e dois elementos por barra, com `_1` e `_2` depois da palavra. "
+    "Qualquer outra palavra é um perfil desconhecido: a barra vira um quadrado de 4 mm.\n\n## "
+    "Desenhos"};
+inline constexpr Text meaningDepth{"depth", "altura"};
+inline constexpr Text meaningWidth{"width", "largura"};
+inline constexpr Text meaningLeg{"leg", "aba"};
+inline constexpr Text meaningDiameter{"diameter", "diâmetro"};
+inline constexpr Text meaningThickness{"thickness", "espessura"};
+inline constexpr Text meaningWebThickness{"web thickness", "espessura da alma"};
+inline constexpr Text meaningFlangeThickness{"flange thickness", "espessura da mesa"};
+inline constexpr Text meaningTopFlangeThickness{"top flange thickness",
+                                                "espessura da mesa superior"};
+inline constexpr Text meaningBottomFlangeThickness{"bottom flange thickness",
+                                                   "espessura da mesa inferior"};
+inline constexpr Text meaningFlangeWidth{"flange width", "largura da mesa"};
+inline constexpr Text meaningTopFlangeWidth{"top flange width", "largura da mesa superior"};
+inline constexpr Text meaningBottomFlangeWidth{"bottom flange width", "largura da mesa inferior"};
+inline constexpr Text meaningLip{"lip", "enrijecedor"};
+inline constexpr Text meaningTopLip{"top lip", "enrijecedor superior"};
+inline constexpr Text meaningBottomLip{"bottom lip", "enrijecedor inferior"};
+inline constexpr Text meaningBrim{"brim width", "largura da aba"};
+inline constexpr Text meaningOverWebs{"distance over the webs", "distância externa das almas"};
+inline constexpr Text meaningHatHeight{"height of one hat", "altura de uma cartola"};
+inline constexpr Text meaningGap{"gap between the halves", "afastamento das metades"};
+inline constexpr Text meaningOverBoth{"width over both halves", "largura das duas metades"};
+inline constexpr Text meaningOverCorners{"width over the corners", "largura entre os vértices"};
+inline constexpr Text meaningBetweenCentres{"distance of the halves' centres",
+                                            "distância dos centros das metades"};
+
+// ---- arguments
+inline constexpr Text helpProgram{
+    "Turns structural models into IFC2X3 files, without the host application.",
+    "Transforma modelos de estruturas em arquivos IFC2X3, sem o programa hospedeiro."};
+inline constexpr Text helpExport{"Write models as IFC files", "Grava modelos como arquivos IFC"};
+inline constexpr Text helpCheck{"Say what would go wrong, without writing",
+                                "Diz o que daria errado, sem gravar"};
+inline constexpr Text helpProfiles{"Show the section families and their dimensions",
+                                   "Mostra as famílias de seções e suas dimensões"};
+inline constexpr Text helpConvert{
+    "Turn a JSON model into a batch text file, or back",
+    "Converte um modelo JSON em arquivo de texto batch, ou o inverso"};
+inline constexpr Text helpView{"Write a page that shows the structure in a browser",
+                               "Grava uma página que mostra a estrutura no navegador"};
+inline constexpr Text helpModels{"JSON models or batch text files; - is standard input",
+                                 "modelos JSON ou arquivos de texto batch; - é a entrada padrão"};
+inline constexpr Text helpModel{"a JSON model or a batch text file; - is standard input",
+                                "um modelo JSON ou arquivo de texto batch; - é a entrada padrão"};
+inline constexpr Text helpOutput{
+    "the IFC file; - is standard output (default: beside the model, .ifc)",
+    "o arquivo IFC; - é a saída padrão (sem ela: junto ao modelo, .ifc)"};
+inline constexpr Text helpOutDir{"folder for the IFC files", "pasta dos arquivos IFC"};
+inline constexpr Text helpVisibleOnly{"leave invisible bars out",
+                                      "deixa fora as barras invisíveis"};
+inline constexpr Text helpStrict{"write nothing when the model has any problem that check finds",
+                                 "não grava nada se o modelo tem algum problema que check aponta"};
+inline constexpr Text helpTransliterate{
+    "write accented letters of section texts as plain ones (ç as c)",
+    "grava letras acentuadas dos textos de seção sem acento (ç como c)"};
+inline constexpr Text helpQuiet{"no summary, warnings or progress",
+                                "sem resumo, avisos e andamento"};
+inline constexpr Text helpJobs{"convert so many models side by side",
+                               "converte tantos modelos ao mesmo tempo"};
+inline constexpr Text helpHtml{"also write a page that shows it, beside the IFC file",
+                               "grava também uma página que o mostra, junto ao arquivo IFC"};
+inline constexpr Text helpTemplate{"the viewer's page, if not beside the program",
+                                   "a página do visualizador, se não está junto ao programa"};
+inline constexpr Text helpJson{"for programs: one JSON array, one object for each model",
+                               "para programas: uma lista JSON, um objeto por modelo"};
+inline constexpr Text helpFamily{"a family word (default: all)",
+                                 "uma palavra de família (sem ela: todas)"};
+inline constexpr Text helpSvg{"write a drawing of each family into this folder",
+                              "grava um desenho de cada família nesta pasta"};
+inline constexpr Text helpMarkdown{"the page docs/profiles.md", "a página docs/profiles.md"};
+inline constexpr Text helpConvertOutput{"the other file; - is standard output",
+                                        "o outro arquivo; - é a saída padrão"};
+inline constexpr Text helpConvertStrict{"write nothing when something would be lost",
+                                        "não grava nada se algo se perderia"};
+inline constexpr Text helpViewInput{"a model or an IFC file", "um modelo ou um arquivo IFC"};
+inline constexpr Text helpViewOutput{"the page (default: beside the input, .html)",
+                                     "a página (sem ela: junto à entrada, .html)"};
+inline constexpr Text helpHelp{"this help", "esta ajuda"};
+inline constexpr Text helpVersion{"the version", "a versão"};
+inline constexpr Text helpExitCodes{
+    "Exit codes: 0 fine, 1 problems found, 2 bad use, 3 input unreadable, 4 output not written",
+    "Códigos de saída: 0 tudo certo, 1 problemas no modelo, 2 uso incorreto, 3 entrada ilegível, "
+    "4 saída não gravada"};
+inline constexpr Text helpUsage{"Usage", "Uso"};
+inline constexpr Text helpOptions{"Options", "Opções"};
+inline constexpr Text helpPositionals{"Arguments", "Argumentos"};
+inline constexpr Text helpCommands{"Commands", "Comandos"};
+inline constexpr Text helpCommand{"COMMAND", "COMANDO"};
+inline constexpr Text helpOptionsWord{"OPTIONS", "OPÇÕES"};
+inline constexpr Text helpRequired{"REQUIRED", "OBRIGATÓRIO"};
+inline constexpr Text useHelp{"{0}; see exportifc {1}--help", "{0}; veja exportifc {1}--help"};
+inline constexpr Text useMissing{"something is missing: {0}", "falta algo: {0}"};
+inline constexpr Text useUnknown{"not understood: {0}", "não entendido: {0}"};
+inline constexpr Text useExcluded{"these do not go together: {0}", "estas não vão juntas: {0}"};
+inline constexpr Text useWrong{"wrong value: {0}", "valor errado: {0}"};
+inline constexpr Text useOneOutput{"-o names one file, but there are {0} models; use --out-dir",
+                                   "-o indica um arquivo, mas há {0} modelos; use --out-dir"};
+inline constexpr Text useJobs{"--jobs must be 1 to 64", "--jobs deve ser de 1 a 64"};
+inline constexpr Text useHtmlOutput{"--html needs an IFC file that is not standard output",
+                                    "--html precisa de um arquivo IFC que não seja a saída padrão"};
+inline constexpr Text useTerminal{
+    "the IFC file would fill the terminal; name it with -o, or send it to a pipe",
+    "o arquivo IFC encheria o terminal; indique-o com -o, ou envie-o a um pipe"};
 
 // ---- summary
 inline constexpr Text sumBars{"bars written", "barras gravadas"};

@@ -1,10 +1,13 @@
 #include "host/model_check.h"
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <map>
 #include <utility>
 
 #include "host/messages.h"
+#include "host/section_catalogue.h"
 #include "host/text_encoding.h"
 
 namespace exportifc::host {
@@ -33,6 +36,149 @@ std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
 
 std::string barsText(std::int32_t count) {
   return count == 1 ? say(texts::oneBar) : say(texts::manyBars, {numberText(count)});
+}
+
+/// The problems of one section; `place` fills in which section and bars.
+class SectionCheck {
+ public:
+  SectionCheck(const ModelSection& section, const Problem& place, std::vector<Problem>& problems)
+      : section_(section), place_(place), problems_(problems) {}
+
+  void run() {
+    const std::string& text = section_.text;
+    checkText();
+    const std::string word = text.substr(0, text.find(' '));
+    const Family* const family = findFamilyWord(word);
+    if (family == nullptr) {
+      const std::string near = nearestFamily(word);
+      add("unknown-family", say(texts::problemFamily, {word}) +
+                                (near.empty() ? std::string() : say(texts::didYouMean, {near})));
+    } else if (family->parts.empty()) {
+      add("family-without-profile", say(texts::problemNoProfile, {word}));
+    } else {
+      checkDimensions(*family);
+    }
+  }
+
+ private:
+  void add(const char* code, std::string message, int dimension = -1) {
+    Problem problem = place_;
+    problem.code = code;
+    problem.message = std::move(message);
+    problem.dimension = dimension;
+    problems_.push_back(std::move(problem));
+  }
+
+  void checkText() {
+    constexpr std::size_t longest = sizeof(BarRecord::sectionName) - 1;
+    const std::string& text = section_.text;
+    if (text.size() > longest) {
+      add("text-too-long",
+          say(texts::problemTooLong, {text, std::to_string(text.size()), std::to_string(longest)}));
+    }
+    if (text.find_first_of("'\\") != std::string::npos) {
+      add("quote-character", say(texts::problemQuote, {text}));
+    }
+    if (text.find("*/") != std::string::npos) {
+      add("comment-end", say(texts::problemComment, {text}));
+    }
+    if (std::any_of(text.begin(), text.end(),
+                    [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; })) {
+      add("control-character", say(texts::problemControl));
+    }
+  }
+
+  void checkDimensions(const Family& family) {
+    for (const DimensionUse& use : family.dimensions) {
+      float value = section_.dims[static_cast<std::size_t>(use.index)];
+      if (family.secondSideAnywhere && use.index == 3) {
+        value = std::max({section_.dims[1], section_.dims[2], section_.dims[3]});
+      }
+      const std::string name = "d" + std::to_string(use.index);
+      if (!std::isfinite(value)) {
+        add("not-finite", say(texts::problemNotFinite, {name, meaningText(use.meaning)}),
+            use.index);
+      } else if (value < 0.0F || (value == 0.0F && !mayBeZero(use.meaning))) {
+        constexpr int decimals = 3;
+        add("missing-dimension",
+            value == 0.0F
+                ? say(texts::problemMissing, {section_.text, name, meaningText(use.meaning)})
+                : say(texts::problemNegative, {section_.text, name, meaningText(use.meaning),
+                                               decimalText(double{value}, decimals)}),
+            use.index);
+      }
+    }
+  }
+
+  const ModelSection& section_;
+  const Problem& place_;
+  std::vector<Problem>& problems_;
+};
+
+void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  const auto uses =
+      usesOf(model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); });
+  for (std::size_t i = 0; i < model.sections.size(); ++i) {
+    if (uses[i].bars > 0 && model.sections[i].defined) {
+      const Problem place{.section = static_cast<std::int32_t>(i),
+                          .bars = uses[i].bars,
+                          .firstBar = uses[i].firstBar};
+      SectionCheck(model.sections[i], place, problems).run();
+    }
+  }
+}
+
+/// Millimetres below which a bar has no direction.
+constexpr double shortestBar = 0.01;
+
+void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  Problem shortBars{.code = "zero-length", .isError = false, .message = say(texts::problemZero)};
+  Problem notFinite{.code = "not-finite", .message = say(texts::problemBarNotFinite)};
+  const double factor = millimetresPer(model.unitCode);
+  const auto count = [](Problem& problem, std::size_t bar) {
+    if (problem.bars++ == 0) {
+      problem.firstBar = static_cast<std::int32_t>(bar);
+    }
+  };
+  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+    const ModelBar& bar = model.bars[i];
+    if (!isExported(bar, visibleOnly) || !isNode(model, bar.start) || !isNode(model, bar.end)) {
+      continue;
+    }
+    const auto& start = model.nodes[static_cast<std::size_t>(bar.start)];
+    const auto& end = model.nodes[static_cast<std::size_t>(bar.end)];
+    const double length =
+        std::hypot(double{end[0]} - double{start[0]}, double{end[1]} - double{start[1]},
+                   double{end[2]} - double{start[2]});
+    if (!std::isfinite(length) || !std::isfinite(bar.angle)) {
+      count(notFinite, i);
+    } else if (length * factor < shortestBar) {
+      count(shortBars, i);
+    }
+  }
+  for (Problem* const problem : {&shortBars, &notFinite}) {
+    if (problem->bars > 0) {
+      problems.push_back(std::move(*problem));
+    }
+  }
+}
+
+void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  const auto warn = [&](const char* code, std::string message) {
+    problems.push_back({.code = code, .isError = false, .message = std::move(message)});
+  };
+  if (model.unitCode < 0) {
+    warn("unknown-unit", say(texts::problemUnit));
+  }
+  const auto present = static_cast<std::int64_t>(model.bars.size());
+  if (present < model.announcedBars) {
+    warn("missing-bars",
+         say(texts::problemMissingBars, {numberText(model.announcedBars), numberText(present)}));
+  }
+  if (std::none_of(model.bars.begin(), model.bars.end(),
+                   [&](const ModelBar& bar) { return isExported(bar, visibleOnly); })) {
+    warn("no-bars", say(texts::problemNoBars));
+  }
 }
 
 }  // namespace
@@ -104,6 +250,9 @@ std::vector<Problem> checkModel(const Model& model, bool visibleOnly) {
     std::move(more.begin(), more.end(), std::back_inserter(problems));
   };
   add(checkCharacters(model, visibleOnly));
+  checkSections(model, visibleOnly, problems);
+  checkBars(model, visibleOnly, problems);
+  checkWhole(model, visibleOnly, problems);
   return problems;
 }
 

@@ -13,7 +13,7 @@ namespace exportifc::host {
 struct Problem {
   const char* code = "";        ///< for programs
   bool isError = true;          ///< false: the file is sound, but perhaps not what was meant
-  std::string message;          ///< in the user's language
+  std::string message{};        ///< in the user's language
   std::int32_t section = -1;    ///< index into the model's sections
   std::int32_t dimension = -1;  ///< index into its dimensions
   std::int32_t bars = 0;        ///< how many bars; 0: the model as a whole

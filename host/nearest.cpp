@@ -44,7 +44,7 @@ std::string nearest(std::string_view word, std::span<const std::string> known) {
   const std::string wanted = lowered(word);
   std::string best;
   // More changes than half the word make another word.
-  std::size_t bestDistance = std::max<std::size_t>(2, (wanted.size() + 1) / 2 + 1);
+  std::size_t bestDistance = wanted.size() / 2 + 1;
   for (const std::string& candidate : known) {
     const std::size_t distance = editDistance(wanted, lowered(candidate));
     if (distance < bestDistance) {

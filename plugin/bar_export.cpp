@@ -29,13 +29,11 @@ std::int32_t truncated(float value) {
                                           : std::numeric_limits<std::int32_t>::min();
 }
 
-/// Section rotation in degrees. Quarter and half turn are the host's own approximations, in single
-/// precision where it computes in single precision, so that angles agree with its drawings.
+/// Section rotation in degrees. The half turn is the host's own approximation, in single precision
+/// where it computes in single precision, so that angles agree with its drawings.
 double rotationDegrees(std::int32_t quarterTurns, float angle) {
-  constexpr double quarterTurn = 1.5707499980926514;
   constexpr float halfTurn = 3.1415F;
-  const float radians = static_cast<float>(quarterTurns * quarterTurn) + angle;
-  return double{radians / halfTurn} * 180.0;
+  return double{sectionAngle(quarterTurns, angle) / halfTurn} * 180.0;
 }
 
 Vec3 millimetres(const std::array<float, 3>& point, double factor) {
@@ -72,6 +70,11 @@ void keep(EntityNumbers& elements, std::int32_t element) {
 }
 
 }  // namespace
+
+float sectionAngle(std::int32_t quarterTurns, float angle) {
+  constexpr double quarterTurn = 1.5707499980926514;
+  return static_cast<float>(quarterTurns * quarterTurn) + angle;
+}
 
 void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserInterface& ui) {
   const double factor = millimetresPer(model.unitCode());

@@ -1,6 +1,8 @@
 // The content of an export: every bar, the assemblies, the storey.
 #pragma once
 
+#include <cstdint>
+
 #include "model/bar_source.h"
 #include "platform/user_interface.h"
 #include "step/step_writer.h"
@@ -10,6 +12,10 @@ namespace exportifc {
 /// Value of `exportInvisible` when nobody was asked; otherwise the answer's button code, of which
 /// `answerNo` leaves invisible bars out.
 inline constexpr int allBars = 1;
+
+/// Rotation of a section about its bar, in radians: its quarter turns, each the host's own
+/// approximation of one, and its angle.
+float sectionAngle(std::int32_t quarterTurns, float angle);
 
 /// Writes the model's bars with their profiles and elements, then the two assemblies and the
 /// containment in the storey. A bar without a record is shown to the user and skipped; exceptions

@@ -1,0 +1,18 @@
+// exportifc check
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace exportifc::host {
+
+struct CheckOptions {
+  std::vector<std::string> models;
+  bool visibleOnly = false;
+  bool json = false;  ///< for programs
+};
+
+/// Says what would go wrong, without writing a file.
+int runCheckCommand(const CheckOptions& options);
+
+}  // namespace exportifc::host

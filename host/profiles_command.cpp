@@ -1,0 +1,123 @@
+#include "host/profiles_command.h"
+
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "host/console.h"
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/output_file.h"
+#include "host/paths.h"
+#include "host/profile_drawing.h"
+#include "host/section_catalogue.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::host {
+
+namespace {
+
+std::string familyTitle(const Family& family) {
+  const bool halves = family.parts.size() != 1;
+  return family.word + "  " + std::string(profileEntity(family)) +
+         (halves ? say(texts::profilesTwoHalves) : "");
+}
+
+void printFamily(const Family& family) {
+  printLine(familyTitle(family));
+  if (family.parts.empty()) {
+    printLine(std::string("  ") + say(texts::profilesNoProfile));
+  }
+  for (const DimensionUse& use : family.dimensions) {
+    printLine("  d" + std::to_string(use.index) + "  " + meaningText(use.meaning));
+  }
+  if (family.secondSideAnywhere) {
+    printLine(std::string("  ") + say(texts::secondSide));
+  }
+}
+
+/// Code in a table cell: "|" cannot occur, backticks keep brackets and arrows as they are.
+std::string code(const std::string& text) { return "`" + text + "`"; }
+
+void printMarkdown() {
+  constexpr int mostDimensions = 7;
+  printLine(say(texts::profilesPage));
+  std::string header = "| " + std::string(say(texts::profilesFamily)) + " |";
+  std::string rule = "|---|";
+  for (int i = 0; i < mostDimensions; ++i) {
+    header += " d" + std::to_string(i) + " |";
+    rule += "---|";
+  }
+  printLine(header + " IFC2X3 |\n" + rule + "---|");
+  for (const Family& family : families()) {
+    std::string row = "| " + (family.parts.empty() ? code(family.word)
+                                                   : "[" + code(family.word) + "](profiles/" +
+                                                         drawingName(family) + ")");
+    row += " |";
+    for (int i = 0; i < mostDimensions; ++i) {
+      std::string cell;
+      for (const DimensionUse& use : family.dimensions) {
+        if (use.index == i) {
+          cell = meaningText(use.meaning) + (family.secondSideAnywhere && i == 3 ? " ¹" : "");
+        }
+      }
+      row += " " + cell + (cell.empty() ? "|" : " |");
+    }
+    const bool halves = family.parts.size() != 1;
+    printLine(row + " " +
+              (family.parts.empty() ? say(texts::profilesNoProfile)
+                                    : std::string(profileEntity(family)) +
+                                          (halves ? say(texts::profilesTwoHalves) : "")) +
+              " |");
+  }
+  printLine(say(texts::profilesFootnote));
+  for (const Family& family : families()) {
+    if (!family.parts.empty()) {
+      printLine("\n### " + code(family.word) + "\n\n![" + code(family.word) + "](profiles/" +
+                drawingName(family) + ")");
+    }
+  }
+}
+
+void writeDrawings(const std::vector<const Family*>& chosen, const std::string& folder) {
+  std::error_code error;
+  fs::create_directories(pathOf(folder), error);
+  for (const Family* const family : chosen) {
+    if (family->parts.empty()) {
+      continue;
+    }
+    OutputFile file(textOf(pathOf(folder) / drawingName(*family)));
+    file.write(drawProfile(*family));
+    file.commit();
+  }
+}
+
+}  // namespace
+
+int runProfilesCommand(const ProfilesOptions& options) {
+  std::vector<const Family*> chosen;
+  for (const Family& family : families()) {
+    if (options.family.empty() || options.family == family.word) {
+      chosen.push_back(&family);
+    }
+  }
+  if (chosen.empty()) {
+    const std::string near = nearestFamily(options.family);
+    throw Failure(exitBadUse, say(texts::problemFamily, {options.family}) +
+                                  (near.empty() ? std::string() : say(texts::didYouMean, {near})));
+  }
+  if (!options.drawings.empty()) {
+    writeDrawings(chosen, options.drawings);
+  }
+  if (options.markdown) {
+    printMarkdown();
+  } else if (options.drawings.empty()) {
+    for (const Family* const family : chosen) {
+      printFamily(*family);
+    }
+  }
+  return exitOk;
+}
+
+}  // namespace exportifc::host

@@ -1,0 +1,80 @@
+// What each section family is made of: the module's own tables, with a meaning for each dimension.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "profiles/profile_dispatch.h"
+
+namespace exportifc::host {
+
+/// What a dimension measures. A drawing finds its place by it.
+enum class Meaning : std::uint8_t {
+  depth,
+  width,
+  leg,
+  diameter,
+  thickness,
+  webThickness,
+  flangeThickness,
+  topFlangeThickness,
+  bottomFlangeThickness,
+  flangeWidth,
+  topFlangeWidth,
+  bottomFlangeWidth,
+  lip,
+  topLip,
+  bottomLip,
+  brim,
+  overWebs,
+  hatHeight,
+  gap,
+  overBoth,
+  overCorners,
+  betweenCentres,
+};
+
+/// One dimension that a family reads.
+struct DimensionUse {
+  int index = 0;  ///< of d0 to d9
+  Meaning meaning = Meaning::depth;
+};
+
+/// A family word that may stand at the beginning of a section text.
+struct Family {
+  std::string word;
+  /// One row, or the rows of both halves; empty for built-up families without a profile.
+  std::vector<const FamilyRow*> parts{};
+  /// In the order of the dimensions. Of a rectangle's second side, d3 stands for d1 to d3.
+  std::vector<DimensionUse> dimensions{};
+  bool secondSideAnywhere = false;  ///< the width is d3, or d2, or d1
+};
+
+/// All families, in the order of the module's table.
+std::span<const Family> families();
+
+/// Null when nobody knows the word.
+const Family* findFamilyWord(std::string_view word);
+
+/// The known word that is probably meant; empty when none comes close.
+std::string nearestFamily(std::string_view word);
+
+/// What the dimension measures, in the user's language.
+std::string meaningText(Meaning meaning);
+
+/// Only gaps may be 0.
+inline bool mayBeZero(Meaning meaning) { return meaning == Meaning::gap; }
+
+/// The IFC entity of the family's profiles.
+std::string_view profileEntity(const Family& family);
+
+/// The file name of the family's drawing: brackets are spelt out.
+std::string drawingName(const Family& family);
+
+/// The family's meanings of the arguments a1, a2, ... of its writer.
+std::span<const Meaning> argumentMeanings(const FamilyRow& row);
+
+}  // namespace exportifc::host

@@ -1,0 +1,82 @@
+#include "host/view_command.h"
+
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
+#include "host/console.h"
+#include "host/export_command.h"
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/model_export.h"
+#include "host/model_reader.h"
+#include "host/output_file.h"
+#include "host/paths.h"
+#include "host/progress.h"
+#include "host/viewer_page.h"
+
+namespace exportifc::host {
+
+namespace {
+
+class MemorySink final : public ByteSink {
+ public:
+  bool write(const char* bytes, std::size_t size) override {
+    content_.append(bytes, size);
+    return true;
+  }
+  const std::string& content() const { return content_; }
+
+ private:
+  std::string content_;
+};
+
+constexpr std::string_view exchangeStart = "ISO-10303-21;";
+
+bool isExchangeFile(const std::string& name) {
+  std::ifstream file(pathOf(name), std::ios::binary);
+  std::string start(exchangeStart.size(), '\0');
+  file.read(start.data(), static_cast<std::streamsize>(start.size()));
+  return start == exchangeStart;
+}
+
+std::string exchangeFileOf(const ViewOptions& options) {
+  if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
+    return readWholeFile(options.input);
+  }
+  ExportOptions loading;
+  loading.transliterate = options.transliterate;
+  loading.visibleOnly = options.visibleOnly;
+  const Model model = loadForExport(options.input, loading);
+  MemorySink memory;
+  Progress progress(true, static_cast<std::int64_t>(model.bars.size()));
+  const ExportResult result = exportModel(model, options.visibleOnly, memory, progress);
+  if (!result.complete) {
+    throw Failure(exitNotWritten,
+                  result.interrupted ? say(texts::stoppedByUser) : result.driverFailure);
+  }
+  return memory.content();
+}
+
+}  // namespace
+
+int runViewCommand(const ViewOptions& options) {
+  const std::string page = readViewerTemplate(options.viewerTemplate);
+  std::filesystem::path shown = pathOf(options.input);
+  std::string output = options.output;
+  if (output.empty()) {
+    output = isStandardStream(options.input)
+                 ? options.input
+                 : textOf(std::filesystem::path(shown).replace_extension(".html"));
+  }
+  const std::string name = isStandardStream(options.input)
+                               ? displayName(options.input)
+                               : textOf(shown.filename().replace_extension(".ifc"));
+  writeViewerPage(page, exchangeFileOf(options), name, output);
+  if (!isStandardStream(output)) {
+    printLine(displayName(options.input) + " -> " + output);
+  }
+  return exitOk;
+}
+
+}  // namespace exportifc::host

@@ -1,0 +1,19 @@
+// exportifc view
+#pragma once
+
+#include <string>
+
+namespace exportifc::host {
+
+struct ViewOptions {
+  std::string input;   ///< a model or an exchange file
+  std::string output;  ///< empty: beside the input, .html
+  std::string viewerTemplate;
+  bool visibleOnly = false;
+  bool transliterate = false;
+};
+
+/// Writes one page that shows the structure, from a model or from an exchange file.
+int runViewCommand(const ViewOptions& options);
+
+}  // namespace exportifc::host

@@ -1,0 +1,111 @@
+#include "host/viewer_page.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <system_error>
+#include <vector>
+
+#include "host/failure.h"
+#include "host/messages.h"
+#include "host/output_file.h"
+#include "host/paths.h"
+#include "host/system.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::host {
+
+namespace {
+
+// In the page, each once: the exchange file and its name, both in base 64.
+constexpr std::string_view modelMark = "@EXPORTIFC_MODEL@";
+constexpr std::string_view nameMark = "@EXPORTIFC_NAME@";
+
+std::string base64(std::string_view bytes) {
+  constexpr std::string_view alphabet =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string text;
+  text.reserve((bytes.size() + 2) / 3 * 4);
+  for (std::size_t at = 0; at < bytes.size(); at += 3) {
+    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
+    std::uint32_t group = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+      group = (group << 8) | (i < count ? static_cast<unsigned char>(bytes[at + i]) : 0U);
+    }
+    for (std::size_t i = 0; i < 4; ++i) {
+      text.push_back(i <= count ? alphabet[(group >> (18 - 6 * i)) & 0x3F] : '=');
+    }
+  }
+  return text;
+}
+
+std::vector<fs::path> templatePlaces() {
+  const fs::path folder = system::programPath().parent_path();
+  return {folder / "viewer.html", folder.parent_path() / "share" / "exportifc" / "viewer.html"};
+}
+
+}  // namespace
+
+std::string readWholeFile(const std::string& path) {
+  if (isStandardStream(path)) {
+    return {std::istreambuf_iterator<char>(std::cin), {}};
+  }
+  std::error_code ignored;
+  errno = fs::is_directory(pathOf(path), ignored) ? EISDIR : 0;
+  std::ifstream file;
+  if (errno == 0) {
+    file.open(pathOf(path), std::ios::binary);
+  }
+  if (!file.is_open()) {
+    throw Failure(exitUnreadable,
+                  say(texts::cannotRead, {path, systemErrorText(errno != 0 ? errno : ENOENT)}));
+  }
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string readViewerTemplate(const std::string& chosen) {
+  const char* const fromEnvironment = std::getenv("EXPORTIFC_VIEWER");
+  std::string path = chosen.empty() && fromEnvironment != nullptr ? fromEnvironment : chosen;
+  if (path.empty()) {
+    std::error_code ignored;
+    for (const fs::path& place : templatePlaces()) {
+      if (fs::exists(place, ignored)) {
+        path = textOf(place);
+        break;
+      }
+    }
+  }
+  if (path.empty()) {
+    throw Failure(exitUnreadable, say(texts::noTemplate, {textOf(templatePlaces().front())}));
+  }
+  std::string page = readWholeFile(path);
+  if (page.find(modelMark) == std::string::npos || page.find(nameMark) == std::string::npos) {
+    throw Failure(exitUnreadable, say(texts::badTemplate, {path}));
+  }
+  return page;
+}
+
+void writeViewerPage(const std::string& page, std::string_view exchangeFile,
+                     const std::string& name, const std::string& output) {
+  OutputFile file(output);
+  std::string_view rest = page;
+  while (!rest.empty()) {
+    const std::size_t model = rest.find(modelMark);
+    const std::size_t named = rest.find(nameMark);
+    const std::size_t next = std::min(model, named);
+    file.write(rest.substr(0, next));
+    if (next == std::string_view::npos) {
+      break;
+    }
+    file.write(base64(next == model ? exchangeFile : std::string_view(name)));
+    rest.remove_prefix(next + (next == model ? modelMark : nameMark).size());
+  }
+  file.commit();
+}
+
+}  // namespace exportifc::host
