@@ -13,14 +13,9 @@ std::int32_t EntityRegistry::add(std::shared_ptr<IfcEntity> entity) {
   return ++size_;
 }
 
-std::int32_t EntityRegistry::addPlain() {
-  if (nextPlain_ == plainEnd_) {
-    nextPlain_ = plainBlocks_.emplace_back(std::make_unique<IfcEntity[]>(blockSize)).get();
-    plainEnd_ = nextPlain_ + blockSize;
-  }
-  nextPlain_->id = ++size_;
-  ++nextPlain_;
-  return size_;
+void EntityRegistry::addBlock() {
+  nextPlain_ = plainBlocks_.emplace_back(std::make_unique<IfcEntity[]>(blockSize)).get();
+  plainEnd_ = nextPlain_ + blockSize;
 }
 
 std::shared_ptr<IfcEntity> EntityRegistry::at(std::int32_t number) const {

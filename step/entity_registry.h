@@ -21,7 +21,14 @@ class EntityRegistry {
   std::int32_t add(std::shared_ptr<IfcIo::IfcEntity> entity);
 
   /// Creates a plain entity, registers it, stores the number in it and returns the number.
-  std::int32_t addPlain();
+  std::int32_t addPlain() {
+    if (nextPlain_ == plainEnd_) {
+      addBlock();
+    }
+    nextPlain_->id = ++size_;
+    ++nextPlain_;
+    return size_;
+  }
 
   /// Number of registered entities.
   std::int32_t size() const { return size_; }
@@ -36,6 +43,8 @@ class EntityRegistry {
   };
 
   static constexpr std::size_t blockSize = 4096;
+
+  void addBlock();
 
   std::int32_t size_ = 0;
   std::vector<Numbered> added_;  // by `add`, in order of number

@@ -25,24 +25,15 @@ constexpr std::uint32_t threeBytes(std::uint32_t high, std::uint32_t middle, std
 
 }  // namespace
 
-GlobalId compressGuid(const platform::Guid& guid) {
+char* compressGuid(char* at, const platform::Guid& guid) {
   const auto& tail = guid.data4;
-  GlobalId id;
-  char* at = id.characters.data();
   *at++ = digit(guid.data1 >> 30);
   *at++ = digit(guid.data1 >> 24);
   at = putFour(at, guid.data1);
   at = putFour(at, std::uint32_t{guid.data2} << 8 | guid.data3 >> 8);
   at = putFour(at, threeBytes(guid.data3 & 0xFFU, tail[0], tail[1]));
   at = putFour(at, threeBytes(tail[2], tail[3], tail[4]));
-  putFour(at, threeBytes(tail[5], tail[6], tail[7]));
-  id.size = id.characters.size();
-  return id;
-}
-
-GlobalId createGlobalId() {
-  const platform::Guid guid = platform::newGuid();
-  return guid == platform::Guid{} ? GlobalId{} : compressGuid(guid);
+  return putFour(at, threeBytes(tail[5], tail[6], tail[7]));
 }
 
 }  // namespace exportifc

@@ -1,30 +1,31 @@
 // IFC GlobalIds: a GUID in 22 characters.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <string_view>
 
 #include "platform/platform.h"
+#include "step/line_pieces.h"
 
 namespace exportifc {
 
-/// The text of a GlobalId: 22 characters, or none when the system gives no GUID.
-struct GlobalId {
-  std::array<char, 22> characters{};
-  std::size_t size = 0;
+/// Writes a GUID as 22 characters, base 64 with the alphabet 0-9 A-Z a-z _ $ (the GlobalId
+/// compression of the IFC implementation guide), and returns their end. The first is 0 to 3.
+char* compressGuid(char* at, const platform::Guid& guid);
 
-  operator std::string_view() const { return {characters.data(), size}; }
-  friend bool operator==(const GlobalId& id, std::string_view text) {
-    return std::string_view(id) == text;
-  }
+/// A piece of a line: the compressed GUID, or nothing when it is zero.
+struct GlobalId {
+  platform::Guid guid;
 };
 
-/// The text of a GUID, base 64 with the alphabet 0-9 A-Z a-z _ $ (the GlobalId compression of the
-/// IFC implementation guide). The first character is 0 to 3.
-GlobalId compressGuid(const platform::Guid& guid);
+constexpr std::size_t maxLength(const GlobalId&) { return 22; }
 
-/// A fresh identifier; empty when the system gives no GUID.
-GlobalId createGlobalId();
+inline void put(LineCursor& line, const GlobalId& id) {
+  if (id.guid != platform::Guid{}) {
+    line.at = compressGuid(line.at, id.guid);
+  }
+}
+
+/// A fresh identifier; an empty one when the system gives no GUID.
+inline GlobalId createGlobalId() { return {platform::newGuid()}; }
 
 }  // namespace exportifc

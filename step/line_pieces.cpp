@@ -15,18 +15,21 @@ void put(LineCursor& line, RefList list) {
 }
 
 void put(LineCursor& line, std::wstring_view text) {
-  char* at = line.at;  // a copy: a character written might be one of the cursor's bytes
+  char* at = line.at;  // a copy: the compiler must think that a character could change the cursor
   for (const wchar_t unit : text) {
-    if (static_cast<std::uint32_t>(unit) > 0xFFU) {
-      if (line.cut == nullptr) {
-        line.cut = at;
+    const auto code = static_cast<std::uint32_t>(unit);
+    if (code - 0x20U > 0xFFU - 0x20U) {  // a control character, or above U+00FF
+      if (code > 0xFFU) {
+        if (line.cut == nullptr) {
+          line.cut = at;
+        }
+        break;  // nothing after it reaches the file
       }
-      break;  // nothing after it reaches the file
+      if (unit == L'\n') {
+        *at++ = '\r';  // a line feed is a line end of the file, wherever it stands
+      }
     }
-    if (unit == L'\n') {
-      *at++ = '\r';  // a line feed is a line end of the file, wherever it stands
-    }
-    *at++ = static_cast<char>(unit);
+    *at++ = static_cast<char>(code);
   }
   line.at = at;
 }

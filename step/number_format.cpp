@@ -10,7 +10,7 @@ namespace exportifc {
 
 namespace {
 
-constexpr std::uint32_t eightDigitLimit = 100000000;
+constexpr std::int32_t eightDigitLimit = 100000000;
 constexpr int wordDigits = 8;
 
 /// The eight decimal digits of `value`, which has no more, one a byte (0 to 9), the first digit in
@@ -24,20 +24,20 @@ std::uint64_t eightDigits(std::uint32_t value) {
   return tens | (twos - 10 * tens) << 8;
 }
 
-constexpr std::uint64_t eightZeros = 0x3030303030303030U;  // as characters
-
-/// Of `eightDigits`; a last digit of zero is none.
-int leadingZeros(std::uint64_t digits) {
-  constexpr std::uint64_t lastDigit = 1ULL << 56;
-  return std::countr_zero(digits | lastDigit) / 8;
-}
-
-/// Writes the digits but for the first `skipped`. Eight characters of room are needed.
+/// Writes the digits of `eightDigits` but for the first `skipped`. Eight characters of room are
+/// needed.
 char* putDigits(char* at, std::uint64_t digits, int skipped) {
   static_assert(std::endian::native == std::endian::little, "the lowest byte comes first");
-  const std::uint64_t text = (digits | eightZeros) >> (8 * skipped);
+  constexpr std::uint64_t zeros = 0x3030303030303030U;  // as characters
+  const std::uint64_t text = (digits | zeros) >> (8 * skipped);
   std::memcpy(at, &text, sizeof(text));
   return at + (wordDigits - skipped);
+}
+
+/// Writes the digits without leading zeros.
+char* putNumber(char* at, std::uint64_t digits) {
+  constexpr std::uint64_t lastDigit = 1ULL << 56;  // always written
+  return putDigits(at, digits, std::countr_zero(digits | lastDigit) / 8);
 }
 
 char* putUnsigned(char* at, std::uint32_t value) {
@@ -45,11 +45,10 @@ char* putUnsigned(char* at, std::uint32_t value) {
     *at = static_cast<char>('0' + value);
     return at + 1;
   }
-  if (value >= eightDigitLimit) {
+  if (value >= std::uint32_t{eightDigitLimit}) {
     return std::to_chars(at, at + integerCapacity, value).ptr;
   }
-  const std::uint64_t digits = eightDigits(value);
-  return putDigits(at, digits, leadingZeros(digits));
+  return putNumber(at, eightDigits(value));
 }
 
 char* putText(char* at, const char* text, std::size_t size) {
@@ -63,6 +62,9 @@ char* putMinus(char* at, double value) {
   *at = '-';
   return at + (std::signbit(value) ? 1 : 0);
 }
+
+/// Whether an integer has digits that can be kept; no model has others.
+bool isReady(std::int32_t value) { return value >= 0 && value < eightDigitLimit; }
 
 constexpr std::int32_t tooClose = -1;
 
@@ -107,11 +109,14 @@ char* putSixDigits(char* at, double magnitude) {
 }  // namespace
 
 char* putFixed5(char* at, double value) {
-  constexpr double scale = 100000.0;  // five decimals
+  constexpr std::int32_t scale = 100000;  // five decimals
   constexpr int decimalDigits = 5;
   const double magnitude = std::fabs(value);
   if (magnitude < eightDigitLimit - 1) {
     auto whole = static_cast<std::uint32_t>(magnitude);
+    if (magnitude == whole) {
+      return putText(putUnsigned(putMinus(at, value), whole), ".00000", 6);
+    }
     std::int32_t decimals = nearest((magnitude - whole) * scale);
     if (decimals != tooClose) {
       if (decimals == scale) {
@@ -119,9 +124,6 @@ char* putFixed5(char* at, double value) {
         ++whole;
       }
       at = putUnsigned(putMinus(at, value), whole);
-      if (decimals == 0) {
-        return putText(at, ".00000", 6);
-      }
       *at = '.';
       return putDigits(at + 1, eightDigits(static_cast<std::uint32_t>(decimals)),
                        wordDigits - decimalDigits);
@@ -161,12 +163,10 @@ char* putInteger(char* at, std::int32_t value) {
 }
 
 ReadyInteger::ReadyInteger(std::int32_t value)
-    : value_(value), leadingZeros_(wordDigits), digits_(0) {
-  if (value >= 0 && value < static_cast<std::int32_t>(eightDigitLimit)) {
-    digits_ = eightDigits(static_cast<std::uint32_t>(value));
-    leadingZeros_ = leadingZeros(digits_);
-    digits_ |= eightZeros;
-  }
+    : digits_(isReady(value) ? eightDigits(static_cast<std::uint32_t>(value)) : 0), value_(value) {}
+
+char* ReadyInteger::put(char* at) const {
+  return isReady(value_) ? putNumber(at, digits_) : putInteger(at, value_);
 }
 
 }  // namespace exportifc

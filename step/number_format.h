@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace exportifc {
 
@@ -34,26 +33,12 @@ class ReadyInteger {
   explicit ReadyInteger(std::int32_t value);
 
   std::int32_t value() const { return value_; }
-
   /// As `putInteger`.
-  char* put(char* at) const {
-    if (!isReady()) {
-      return putInteger(at, value_);
-    }
-    const std::uint64_t text = digits_ >> (8 * leadingZeros_);
-    std::memcpy(at, &text, sizeof(text));
-    return at + (wordDigits - leadingZeros_);
-  }
+  char* put(char* at) const;
 
  private:
-  static constexpr int wordDigits = 8;
-
-  /// Not so for negative numbers and those of nine digits and more, which no model reaches.
-  bool isReady() const { return leadingZeros_ < wordDigits; }
-
+  std::uint64_t digits_;
   std::int32_t value_;
-  int leadingZeros_;      // among the digits
-  std::uint64_t digits_;  // eight characters, the first in the lowest byte
 };
 
 }  // namespace exportifc
