@@ -54,7 +54,7 @@ const licences = [
 ].join("\n");
 
 const parts = {
-  LICENCES: licences.replaceAll("--", "- -"),
+  LICENCES: licences.replaceAll("--", "- -").replaceAll("\u00a9", "(c)"),
   STYLE: style.outputFiles[0].text.trim(),
   WASM: wasm.toString("base64"),
   SCRIPT: script.outputFiles[0].text.trim(),
@@ -63,6 +63,8 @@ const page = (await read(here, "src/index.html")).replace(/@(LICENCES|STYLE|WASM
 for (const marker of ["@EXPORTIFC_MODEL@", "@EXPORTIFC_NAME@"]) {
   if (page.split(marker).length !== 2) throw new Error(`${marker} must stand in the page exactly once`);
 }
+const foreign = /.{0,40}[^\t\n\r\x20-\x7e].{0,20}/.exec(page);
+if (foreign) throw new Error(`the page must be plain ASCII, so that any program can fill it in: ${JSON.stringify(foreign[0])}`);
 await mkdir(join(here, "dist"), { recursive: true });
 await writeFile(join(here, "dist/viewer.html"), page);
 console.log(`dist/viewer.html: ${page.length} bytes, script ${parts.SCRIPT.length}, engine ${parts.WASM.length}`);
