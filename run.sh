@@ -47,7 +47,7 @@ mkdir -p "$root/build"
 work=$(mktemp -d "$root/build/run.XXXXXX")
 trap 'rm -rf "$work"' EXIT
 
-if ! { cmake -S "$root" --preset windows -DEXPORTIFC_TESTS=OFF \
+if ! { cmake -S "$root" --preset windows -DEXPORTIFC_TESTS=OFF -DEXPORTIFC_PROGRAM=OFF \
   && cmake --build "$root/build/windows" --target exportIFC run_host; } >"$work/build.log" 2>&1; then
   tail -n 40 "$work/build.log" >&2
   die 1 "the build failed (above)"

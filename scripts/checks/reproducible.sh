@@ -10,7 +10,7 @@ mkdir "$copy"
 git ls-files -co --exclude-standard -z | tar --null --ignore-failed-read -cf - -T - 2>/dev/null \
   | tar -xf - -C "$copy"
 (
-  cd "$copy" && cmake --preset windows -DEXPORTIFC_TESTS=OFF >/dev/null \
+  cd "$copy" && cmake --preset windows -DEXPORTIFC_TESTS=OFF -DEXPORTIFC_PROGRAM=OFF >/dev/null \
     && cmake --build --preset windows --target exportIFC >/dev/null
 )
 if cmp build/windows/exportIFC.dll "$copy/build/windows/exportIFC.dll"; then
