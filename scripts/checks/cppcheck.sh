@@ -7,16 +7,16 @@ root=$PWD
 cache=build/cppcheck
 mkdir -p "$cache"
 findings=$cache/findings.txt
-# Left out:
+# "style" findings are clang-tidy's field. Left out:
 #   missingIncludeSystem  the standard library's headers are not given, on purpose: too slow
-#   unmatchedSuppression  not every suppression meets each file
-#   useStlAlgorithm       a loop that reads well stays a loop
 #   internalAstError      the parser's own trouble with newer C++, no statement about the code
+#   constStatement        takes `double{values[i]} * 2` for a statement; the compilers warn of real ones
 cppcheck --project=build/clang/compile_commands.json -i"/usr/src/googletest" -j "$(nproc)" \
-  --cppcheck-build-dir="$cache" --enable=warning,performance,portability,style --inline-suppr \
-  --suppress=missingIncludeSystem --suppress=unmatchedSuppression --suppress=useStlAlgorithm \
-  --suppress=internalAstError --suppress='*:/usr/*' \
-  --template='{file}:{line}: {severity}: {message} [{id}]' --quiet 2>"$findings"
+  --library=googletest --cppcheck-build-dir="$cache" --enable=warning,performance,portability \
+  --inline-suppr --suppress=missingIncludeSystem --suppress=internalAstError \
+  --suppress=constStatement \
+  --suppress='*:/usr/*' --template='{file}:{line}: {severity}: {message} [{id}]' --quiet \
+  2>"$findings"
 code=$?
 cat "$findings"
 
