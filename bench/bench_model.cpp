@@ -62,7 +62,7 @@ void writeModel(const std::string& sample, Mix mix, std::size_t bars, const std:
   for (const std::string& line : header) {
     file << line << "\r\n";
   }
-  constexpr double roundOffset = 31.25;  // metres
+  constexpr double roundOffset = 31.257;  // metres
   for (std::size_t i = 0; i < bars; ++i) {
     bar = sampleBars[i % sampleBars.size()];
     const double offset = roundOffset * static_cast<double>(i / sampleBars.size());

@@ -4,6 +4,7 @@
 //   goals floor MODEL ROUNDS     whole export against a bare loop that writes the same lines
 //   goals format MODEL ROUNDS    formatting alone, into a sink that counts bytes
 //   goals read MODEL ROUNDS      reading a batch file
+//   goals entities MODEL ROUNDS  entities per second, with and without a file
 //   goals once MODEL             one export into a sink that counts bytes (for instruction counts)
 //   goals export MODEL           one export to MODEL + "temp" (for peak memory and write counts)
 //   goals registry               bytes the registry keeps for an entity (natively only)
@@ -233,6 +234,43 @@ void read(const std::string& path, int rounds) {
   print("read_export_dropped_mb_per_s", megabytes / result.second);
 }
 
+/// Keeps the file in memory.
+class MemorySink final : public ByteSink {
+ public:
+  explicit MemorySink(std::string& content) : content_(content) {}
+  bool write(const char* bytes, std::size_t size) override {
+    content_.append(bytes, size);
+    return true;
+  }
+
+ private:
+  std::string& content_;
+};
+
+void entities(const std::string& path, int rounds) {
+  const std::string exported = path + "temp";
+  std::string content;
+  const auto keptTime = [&] {
+    return timeOf([&] {
+      BatchSource model(path);
+      content = {};
+      writeAll(model, std::make_unique<MemorySink>(content));
+    });
+  };
+  const auto flushedTime = [&] {
+    std::filesystem::remove(exported);
+    return timeOf([&] { exportToFile(path); });
+  };
+  const Comparison result = compare(rounds, keptTime, flushedTime);
+  std::filesystem::remove(exported);
+  const auto lines = linesOf(content);
+  const auto count = static_cast<double>(std::count_if(
+      lines.begin(), lines.end(), [](std::string_view line) { return line.front() == '#'; }));
+  print("ours_entities", static_cast<std::size_t>(count));
+  print("ours_kept_per_s", static_cast<std::size_t>(count / result.first));
+  print("ours_flushed_per_s", static_cast<std::size_t>(count / result.second));
+}
+
 void once(const std::string& path) {
   BatchSource model(path);
   std::size_t lines = 0;
@@ -297,6 +335,8 @@ int run(const std::vector<std::string>& arguments) {
     format(arguments[1], rounds());
   } else if (is("read", 2)) {
     read(arguments[1], rounds());
+  } else if (is("entities", 2)) {
+    entities(arguments[1], rounds());
   } else if (is("once", 1)) {
     once(arguments[1]);
   } else if (is("export", 1)) {
