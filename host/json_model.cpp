@@ -387,11 +387,11 @@ bool ModelBuilder::parse_error(std::size_t /*at*/, const std::string& token,
   if (error.id == numberTooLarge) {
     fail(say(texts::numberTooLarge, {token}));
   }
+  // The parser's token begins before the blanks; the fault is at its end.
+  const std::string fault = toUtf8(std::string_view(token).substr(token.rfind(' ') + 1));
   const std::string message =
-      position_.ended ? say(texts::jsonEndsEarly) : say(texts::jsonUnexpected, {toUtf8(token)});
-  throw ModelError({.line = position_.ended ? position_.lineBefore : position_.line,
-                    .column = position_.ended ? position_.columnBefore : position_.column},
-                   "", message);
+      position_.ended ? say(texts::jsonEndsEarly) : say(texts::jsonUnexpected, {fault});
+  throw ModelError({.line = position_.lineBefore, .column = position_.columnBefore}, "", message);
 }
 
 bool ModelBuilder::scalar(const Scalar& value) {

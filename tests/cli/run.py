@@ -1,0 +1,588 @@
+#!/usr/bin/env python3
+"""Tests of the command-line program.
+
+    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [NAME...]
+
+PROGRAM lies in its build folder, beside the module, run_host and tests/cli/callback_host.
+--wine runs it (and them) under Wine; with --native, what the native program writes is compared too.
+NAME: only the tests whose name contains it. The cases that are data stand in cases.toml.
+Ends with "N passed, N failed".
+"""
+
+import argparse
+import contextlib
+import difflib
+import json
+import os
+import pty
+import random
+import re
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import tomllib
+import traceback
+from pathlib import Path
+
+HERE = Path(__file__).resolve().parent
+ROOT = HERE.parent.parent
+MODELS = HERE / "models"
+SAMPLES = ["galpao", "familias"]
+
+options = None
+build = None
+tests = []
+
+
+def test(function):
+    tests.append((function.__name__.replace("_", " "), function))
+    return function
+
+
+def native_only(function):
+    function.native_only = True
+    return test(function)
+
+
+def check(condition, message):
+    if not condition:
+        raise AssertionError(message)
+
+
+def equal(found, wanted, what):
+    if isinstance(found, str) and isinstance(wanted, str) and found != wanted:
+        lines = difflib.unified_diff(wanted.splitlines(), found.splitlines(), "wanted", "found", lineterm="")
+        raise AssertionError("\n".join([what, *list(lines)[:40]]))
+    check(found == wanted, f"{what}\n--- wanted\n{wanted}\n--- found\n{found}")
+
+
+# ---- running programs
+
+def command(program, *arguments):
+    if options.wine:
+        return [str(ROOT / "scripts/wine.sh"), str(program), *map(str, arguments)]
+    return [str(program), *map(str, arguments)]
+
+
+def helper(name):
+    return build / (name + (".exe" if options.wine else ""))
+
+
+def module():
+    return build / ("exportIFC.dll" if options.wine else "libexportIFC.so")
+
+
+def environment(language="C"):
+    env = {k: v for k, v in os.environ.items() if not k.startswith("LC_") and k != "LANG"}
+    env["LC_ALL"] = language
+    return env
+
+
+def run(*arguments, cwd=None, stdin=None, language="C", program=None, **more):
+    return subprocess.run(command(program or options.program, *arguments), cwd=cwd,
+                          stdin=stdin or subprocess.DEVNULL, capture_output=True,
+                          env=environment(language), timeout=600, **more)
+
+
+def text(data):
+    """Output as it must read on every system: one kind of slash and line end, no times."""
+    plain = data.decode("utf-8").replace("\r\n", "\n").replace("\\", "/") if options.wine \
+        else data.decode("utf-8")
+    plain = re.sub(r"(time|tempo)( +)\d+[.,]\d+ s", r"\1\2TIME", plain)
+    return plain
+
+
+@contextlib.contextmanager
+def folder():
+    with tempfile.TemporaryDirectory(prefix="exportifc-cli-") as name:
+        for model in MODELS.iterdir():
+            shutil.copy(model, name)
+        yield Path(name)
+
+
+def written(path):
+    """What a test finds besides the models."""
+    models = {m.name for m in MODELS.iterdir()}
+    return {str(p.relative_to(path)): p for p in path.rglob("*")
+            if p.is_file() and str(p.relative_to(path)) not in models}
+
+
+def is_exchange(data, elements=None):
+    lines = data.split(b"\r\n")
+    found = len(re.findall(rb"= IFC(BEAM|COLUMN|MEMBER)\(", data))
+    return (lines[0] == b"ISO-10303-21;" and lines[-2:] == [b"END-ISO-10303-21;", b""]
+            and (elements is None or found == elements))
+
+
+def masked(path):
+    """The bytes without the random identifiers of generated lines."""
+    return re.sub(rb"(?m)^(#\d+= [A-Z]+\()'[0-3][0-9A-Za-z_$]{21}'", rb"\1'GlobalId'", Path(path).read_bytes())
+
+
+# ---- the cases of cases.toml
+
+def expected(value):
+    return value.removeprefix("\n")
+
+
+def run_case(case):
+    with folder() as path:
+        for name, content in case.get("before", {}).items():
+            (path / name).parent.mkdir(exist_ok=True)
+            (path / name).write_text(content)
+        stdin = open(path / case["stdin"], "rb") if "stdin" in case else None
+        result = run(*case["args"], cwd=path, stdin=stdin, language=case.get("lang", "C"))
+        if stdin:
+            stdin.close()
+        said = f"\n--- stdout\n{result.stdout[:3000]!r}\n--- stderr\n{text(result.stderr)}"
+        equal(result.returncode, case.get("code", 0), "exit code" + said)
+        if "stdout_exchange" in case:
+            check(is_exchange(result.stdout, case["stdout_exchange"]), "no exchange file on standard output")
+        if "out" in case:
+            equal(text(result.stdout), expected(case["out"]).replace("\\", "/") if options.wine
+                  else expected(case["out"]), "standard output")
+        if "err" in case:
+            equal(text(result.stderr), expected(case["err"]), "standard error")
+        for part in case.get("has", []):
+            check(part in text(result.stdout) + text(result.stderr), f"not said: {part}{said}")
+        found = written(path)
+        files = case.get("files", {})
+        if "files" in case or case.get("code", 0) != 0:
+            left = {n for n in found if n not in case.get("before", {})} | set(files)
+            equal(sorted(left), sorted(files), "files")
+        for name, wanted in files.items():
+            data = found[name].read_bytes()
+            if wanted.startswith("exchange "):
+                check(is_exchange(data, int(wanted.split()[1])), f"{name} is not an {wanted} elements")
+            elif wanted != "any":
+                equal(data.decode(), expected(wanted), name)
+        for name, parts in case.get("contains", {}).items():
+            for part in parts:
+                check(part.encode() in found[name].read_bytes(), f"{name} has no {part}")
+        for model in MODELS.iterdir():
+            equal((path / model.name).read_bytes(), model.read_bytes(), f"the model {model.name}")
+
+
+# ---- same bytes
+
+@test
+def program_and_module_write_the_same_bytes():
+    with folder() as path:
+        for sample in SAMPLES:
+            source = ROOT / "samples" / sample
+            mine, theirs = path / "mine.ifc", path / "theirs.ifc"
+            equal(run("export", f"{source}.txt", "-o", mine, "-q").returncode, 0, "batch, program")
+            result = run(module(), f"{source}.txt", theirs, program=helper("run_host"))
+            equal(result.returncode, 0, f"batch, module {result.stdout} {result.stderr}")
+            check(masked(mine) == masked(theirs), f"{sample}.txt: program and module differ")
+            compare_native(path, f"{source}.txt", [], mine)
+    callback_bytes([ROOT / "samples" / f"{sample}.json" for sample in SAMPLES])
+
+
+@test
+def program_and_callback_write_the_same_bytes():
+    callback_bytes([MODELS / name for name in ("kinds.json", "dims.json", "unknown.json", "plain.txt")])
+
+
+def callback_bytes(models):
+    with folder() as path:
+        for model in models:
+            for visible in ([], ["visible"]):
+                mine, theirs = path / "mine.ifc", path / "theirs.ifc"
+                theirs.unlink(missing_ok=True)
+                flags = ["--visible-only"] if visible else []
+                equal(run("export", model, "-o", mine, "-q", *flags).returncode, 0, "program")
+                target = str(theirs) if not options.wine else "Z:" + str(theirs).replace("/", "\\")
+                result = run(module(), model, target, *visible, program=helper("tests/cli/callback_host"))
+                equal(result.returncode, 0, f"{model.name}: module {result.stdout} {result.stderr}")
+                check(masked(mine) == masked(theirs), f"{model.name} {flags}: program and module differ")
+                compare_native(path, model, flags, mine)
+
+
+def compare_native(path, model, flags, mine):
+    if options.native:
+        subprocess.run([options.native, "export", model, "-o", path / "native.ifc", "-q", *flags], check=True)
+        check(masked(path / "native.ifc") == masked(mine), f"{model}: native program and this one differ")
+
+
+# ---- models
+
+def json_model(bars):
+    """A random model that a batch text file can carry whole."""
+    dice = random.Random(bars)
+    nodes = [[round(dice.uniform(-99, 99), 3) for _ in range(3)] for _ in range(bars + 1)]
+    texts = ["W 200 100 8 6", "2L 75 75 8 8 10", "TUBO 100 100 5 5", "RET 150 25"]
+    used = [dice.choice(texts) for _ in range(bars)]
+    number = lambda v: f"{v:g}" if v == int(v) else repr(v)
+    lines = [f'    {{"nodes": [{i}, {i + 1}], "section": "{used[i]}"'
+             + (f', "angle": {number(0.25 * (i % 7))}' if i % 7 else "") + "}" for i in range(bars)]
+    order = list(dict.fromkeys(used))
+    return ('{\n  "title": "random",\n  "unit": "m",\n  "nodes": [\n'
+            + ",\n".join(f"    [{', '.join(number(c) for c in n)}]" for n in nodes)
+            + '\n  ],\n  "sections": {\n' + ",\n".join(f'    "{t}": {{"text": "{t}"}}' for t in order)
+            + '\n  },\n  "bars": [\n' + ",\n".join(lines) + "\n  ]\n}\n")
+
+
+@test
+def round_trip_from_json_to_batch_to_json():
+    with folder() as path:
+        first, batch, second, again = (path / n for n in ("1.json", "2.txt", "3.json", "4.txt"))
+        first.write_text(json_model(300))
+        for source, target in ((first, batch), (batch, second), (second, again)):
+            result = run("convert", source, "-o", target)
+            equal((result.returncode, text(result.stderr)), (0, ""), f"convert to {target.name}")
+        equal(second.read_text(), first.read_text(), "the model after both ways")
+        check(batch.read_bytes() == again.read_bytes(), "the batch files differ")
+        for model in (first, batch):
+            equal(run("export", model, "-o", model.with_suffix(".ifc"), "-q").returncode, 0, "export")
+        check(masked(path / "1.ifc") == masked(path / "2.ifc"), "the exported files differ")
+
+
+@test
+def sample_conversion_keeps_what_batch_can_carry():
+    with folder() as path:
+        run("convert", ROOT / "samples/galpao.json", "-o", path / "g.txt")
+        for name, source in (("a", path / "g.txt"), ("b", ROOT / "samples/galpao.txt")):
+            run("export", source, "-o", path / f"{name}.ifc", "-q")
+        check(masked(path / "a.ifc") == masked(path / "b.ifc"), "converted and generated batch file differ")
+
+
+@test
+def two_hundred_thousand_bars():
+    bars = 200000
+    with folder() as path:
+        model = path / "large.json"
+        with open(model, "w") as file:
+            file.write('{"unit":"m","nodes":[' + ",".join(f"[{i % 500},{i // 500},{i % 13}.5]" for i in range(bars + 1)))
+            file.write('],"sections":{"a":{"text":"W 200 100 8 6"}},"bars":['
+                       + ",".join(f'{{"nodes":[{i},{i + 1}],"section":"a","type":{i % 10}}}' for i in range(bars)) + "]}")
+        result = run("export", model)
+        equal(result.returncode, 0, "export")
+        check("bars written          200,000 of 200,000" in text(result.stdout), "the summary differs")
+        with open(path / "large.ifc", "rb") as file:
+            elements = sum(1 for line in file if re.match(rb"#\d+= IFC(BEAM|COLUMN|MEMBER)\(", line))
+            file.seek(-20, os.SEEK_END)
+            check(file.read().endswith(b"END-ISO-10303-21;\r\n"), "no end")
+        equal(elements, bars, "elements")
+
+
+# ---- failures
+
+def large_model(path, bars=400000):
+    model = path / "large.json"
+    model.write_text('{"unit":"m","nodes":[[0,0,0],[5,0,3]],"sections":{"a":{"text":"W 200 100 8 6"}},"bars":['
+                     + ",".join(['{"nodes":[0,1],"section":"a"}'] * bars) + "]}")
+    return model
+
+
+@native_only
+def interrupts_leave_the_old_file():
+    for number in (signal.SIGINT, signal.SIGTERM):
+        with folder() as path:
+            large_model(path)
+            (path / "large.ifc").write_text("old")
+            before = set(written(path))
+            process = subprocess.Popen(command(options.program, "export", "large.json"), cwd=path,
+                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment())
+            wait_for_partial_file(path, process)
+            process.send_signal(number)
+            _, err = process.communicate(timeout=60)
+            equal(process.returncode, 4, "exit code")
+            check(b"interrupted by the user; nothing was written" in err, err)
+            equal((path / "large.ifc").read_text(), "old", "the old file")
+            equal(set(written(path)), before, "files")
+
+
+@native_only
+def interrupted_jobs_leave_nothing():
+    with folder() as path:
+        model = large_model(path)
+        for i in range(3):
+            shutil.copy(model, path / f"m{i}.json")
+        before = set(written(path))
+        process = subprocess.Popen(
+            command(options.program, "export", "m0.json", "m1.json", "m2.json", "--jobs", "2"), cwd=path,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment())
+        wait_for_partial_file(path, process)
+        process.terminate()
+        process.communicate(timeout=60)
+        equal(process.returncode, 4, "exit code")
+        equal(set(written(path)), before, "files")
+
+
+def wait_for_partial_file(path, process):
+    for _ in range(3000):
+        if any(p.stat().st_size > 100000 for p in path.glob("*.part")):
+            return
+        check(process.poll() is None, "the export ended before it could be interrupted")
+        time.sleep(0.01)
+    check(False, "no partial file appeared")
+
+
+@native_only
+def a_full_disk_leaves_the_old_file():
+    with folder() as path:
+        large_model(path, 2000)
+        (path / "large.ifc").write_text("old")
+        before = set(written(path))
+        limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (300000, 300000))
+        result = run("export", "large.json", cwd=path, preexec_fn=limit)
+        equal(result.returncode, 4, "exit code")
+        check(re.search(r"stopped at bar [\d,]+ of 2,000: cannot write large.ifc: the file would be larger than allowed",
+                        text(result.stderr)), text(result.stderr))
+        equal((path / "large.ifc").read_text(), "old", "the old file")
+        equal(set(written(path)), before, "files")
+
+
+@native_only
+def a_full_device():
+    result = run("export", MODELS / "one.json", "-o", "/dev/full")
+    equal((result.returncode, text(result.stderr)),
+          (4, "exportifc: error: cannot write /dev/full: no space left on the disk\n"), "/dev/full")
+
+
+@native_only
+def a_closed_pipe():
+    with folder() as path:
+        large_model(path, 20000)
+        reader, writer = os.pipe()
+        process = subprocess.Popen(command(options.program, "export", "large.json", "-o", "-"), cwd=path, stdout=writer,
+                                   stderr=subprocess.PIPE, env=environment())
+        os.close(writer)
+        os.read(reader, 10)
+        os.close(reader)
+        _, err = process.communicate(timeout=60)
+        equal(process.returncode, 4, "exit code")
+        check("cannot write standard output: the reader closed the pipe" in text(err), text(err))
+
+
+@native_only
+def read_only_places():
+    if os.geteuid() != 0:
+        user = {}
+    else:
+        user = {"user": "nobody"}  # root may write anywhere
+    with folder() as path:
+        path.chmod(0o755)
+        (path / "one.ifc").write_text("old")
+        result = run("export", "one.json", "-o", "new.ifc", cwd=path, **user)
+        if user:
+            equal((result.returncode, text(result.stderr)), (4, "exportifc: error: cannot write new.ifc: permission "
+                  "denied (read-only file or folder?)\n"), "read-only folder")
+        (path / "one.ifc").chmod(0o444)
+        path.chmod(0o777)
+        result = run("export", "one.json", cwd=path, **user)
+        equal((result.returncode, text(result.stderr)), (4, "exportifc: error: cannot write one.ifc: permission denied "
+              "(read-only file or folder?)\n"), "read-only file")
+        equal((path / "one.ifc").read_text(), "old", "the old file")
+        equal(sorted(p for p in written(path)), ["one.ifc"], "files")
+
+
+@native_only
+def links_and_modes_are_kept():
+    with folder() as path:
+        (path / "real.ifc").write_text("old")
+        (path / "real.ifc").chmod(0o640)
+        (path / "link.ifc").symlink_to("real.ifc")
+        equal(run("export", "one.json", "-o", "link.ifc", "-q", cwd=path).returncode, 0, "export")
+        check((path / "link.ifc").is_symlink(), "the link is gone")
+        check(is_exchange((path / "real.ifc").read_bytes(), 1), "the file behind the link is not the new one")
+        equal((path / "real.ifc").stat().st_mode & 0o777, 0o640, "mode")
+
+
+# ---- terminal
+
+def on_terminal(path, *arguments):
+    main, side = pty.openpty()
+    process = subprocess.Popen(command(options.program, *arguments), cwd=path, stdout=subprocess.PIPE, stderr=side,
+                               env=environment() | {"COLUMNS": "100"})
+    os.close(side)
+    seen = b""
+    with contextlib.suppress(OSError):
+        while chunk := os.read(main, 65536):
+            seen += chunk
+    os.close(main)
+    out, _ = process.communicate(timeout=60)
+    equal(process.returncode, 0, "exit code")
+    return seen, out
+
+
+@native_only
+def progress_on_a_terminal_only():
+    with folder() as path:
+        large_model(path)
+        seen, _ = on_terminal(path, "export", "large.json")
+        check(re.search(rb"\[#*-*\] \d+ %  [\d,]+ of 400,000 bars  [\d,]+/s  \d+ s left", seen), seen[:500])
+        check(seen.endswith(b"\r\x1b[K"), "the progress line is still there")
+        seen, _ = on_terminal(path, "export", "large.json", "--quiet")
+        equal(seen, b"", "quiet")
+        equal(run("export", "large.json", cwd=path).stderr, b"", "in a pipe")
+
+
+# ---- the viewer's page
+
+@test
+def a_page_from_a_model_and_from_a_file():
+    with folder() as path:
+        (path / "page.html").write_text("<a>@EXPORTIFC_NAME@</a><b>@EXPORTIFC_MODEL@</b>")
+        import base64
+
+        def content(name):
+            match = re.fullmatch(r"<a>(.*)</a><b>(.*)</b>", (path / name).read_text())
+            check(match, f"{name} is not the page")
+            return base64.b64decode(match[1]).decode(), base64.b64decode(match[2])
+
+        def no_ids(data):
+            (path / "x.ifc").write_bytes(data)
+            return masked(path / "x.ifc")
+
+        equal(run("export", "kinds.json", "--html", "--template", "page.html", "-q", cwd=path).returncode, 0, "--html")
+        name, data = content("kinds.html")
+        equal((name, data == (path / "kinds.ifc").read_bytes()), ("kinds.ifc", True), "--html")
+        equal(run("view", "kinds.ifc", "-o", "v.html", "--template", "page.html", cwd=path).returncode, 0, "view")
+        check(content("v.html") == (name, data), "the page of the IFC file differs")
+        equal(run("view", "kinds.json", "-o", "m.html", "--template", "page.html", cwd=path).returncode, 0, "view")
+        check(no_ids(content("m.html")[1]) == no_ids(data), "the page of the model differs")
+        (path / "not.html").write_text("<html>")
+        equal(run("view", "kinds.json", "--template", "not.html", cwd=path).returncode, 3, "another page")
+        equal(run("view", "accents.json", "--template", "page.html", cwd=path).returncode, 1, "accents")
+
+
+# ---- documents
+
+@native_only
+def pages_of_the_manual_are_current():
+    for file, arguments in (("profiles.md", ["profiles", "--markdown"]), ("exportifc.1", ["--man"]),
+                            ("exportifc.bash", ["--completion"])):
+        check(run(*arguments).stdout == (ROOT / "docs" / file).read_bytes(),
+              f"docs/{file} is not current: exportifc {' '.join(arguments)} > docs/{file}")
+
+
+@native_only
+def drawings_are_current_and_complete():
+    with folder() as path:
+        equal(run("profiles", "--svg", path / "svg").returncode, 0, "drawings")
+        drawn = {p.name: p.read_text() for p in (path / "svg").iterdir()}
+        kept = {p.name: p.read_text() for p in (ROOT / "docs/profiles").iterdir()}
+        check(drawn == kept, "docs/profiles is not current: exportifc profiles --svg docs/profiles")
+        for name, drawing in drawn.items():
+            legend = re.findall(r">(d\d)  ", drawing)
+            check(legend, f"{name} has no dimensions")
+            for dimension in legend:
+                check(f">{dimension}</text>" in drawing, f"{name}: {dimension} is not found in the shape")
+
+
+@native_only
+def every_family_of_the_samples_has_its_dimensions():
+    listed = {}
+    for line in text(run("profiles").stdout).splitlines():
+        if not line.startswith("  "):
+            word = line.split()[0]
+        elif match := re.match(r"  d(\d)  (.*)", line):
+            listed.setdefault(word, {})[int(match[1])] = match[2]
+    sections = json.loads((ROOT / "samples/familias.json").read_text())["sections"]
+    for section in sections.values():
+        word, *dims = section["text"].split()
+        if word != "2L_ASSIMETRICO":
+            check(max(listed[word]) < len(dims) or word == "RET", f"{word}: d{max(listed[word])} of {dims}")
+
+
+@native_only
+def schema_and_program_agree():
+    import jsonschema
+    schema = json.loads((ROOT / "docs/model.schema.json").read_text())
+    jsonschema.Draft202012Validator.check_schema(schema)
+    validator = jsonschema.Draft202012Validator(schema)
+    base = json.loads((MODELS / "kinds.json").read_text())
+
+    def changed(path, value):
+        model = json.loads(json.dumps(base))
+        at = model
+        for key in path[:-1]:
+            at = at[key]
+        at[path[-1]] = value
+        return model
+
+    values = [None, True, 0, 1, -1, 12, 1.5, 1e39, "", "W", "column", "mm", [], [0], [0, 1], [0, 1, 2], [0] * 11, {},
+              {"text": "W"}, {"text": 1}, {"text": "W", "dims": [1]}, {"text": "W", "x": 1}]
+    places = [["unit"], ["title"], ["$schema"], ["nodes"], ["nodes", 0], ["nodes", 0, 1], ["sections"],
+              ["sections", "a"], ["sections", "a", "text"], ["sections", "a", "dims"], ["bars"], ["bars", 0],
+              ["bars", 0, "nodes"], ["bars", 0, "section"], ["bars", 0, "type"], ["bars", 0, "visible"],
+              ["bars", 0, "angle"], ["bars", 0, "quarterTurns"], ["extra"], ["bars", 0, "extra"]]
+    models = [base] + [changed(place, value) for place in places for value in values]
+    with folder() as path:
+        names = []
+        for i, model in enumerate(models):
+            names.append(f"s{i}.json")
+            (path / names[-1]).write_text(json.dumps(model))
+        reports = json.loads(run("check", "--json", *names, cwd=path).stdout)
+        for model, report in zip(models, reports):
+            unreadable = any(p["code"] == "unreadable" for p in report["problems"])
+            # The program takes an index below 0 in and reports it with those that are too large.
+            if valid := validator.is_valid(model):
+                check(not unreadable, f"the schema accepts what the program does not: {report}")
+            elif not any(p["code"] == "node-index" for p in report["problems"]):
+                check(unreadable, f"the program accepts what the schema does not: {model}")
+        for sample in SAMPLES:
+            validator.validate(json.loads((ROOT / f"samples/{sample}.json").read_text()))
+
+
+@native_only
+def the_model_of_the_documentation_is_exported():
+    page = (ROOT / "docs/model-format.md").read_text()
+    with folder() as path:
+        (path / "portal.json").write_text(re.search(r"```json\n(.*?)```", page, re.S)[1])
+        equal(run("export", "portal.json", "--strict", cwd=path).returncode, 0, "export")
+        check(is_exchange((path / "portal.ifc").read_bytes(), 2), "not two elements")
+
+
+@native_only
+def texts_say_the_same_in_both_languages():
+    for name, english, portuguese in re.findall(
+            r'constexpr Text (\w+)\{((?:"(?:[^"\\]|\\.)*"\s*)+),\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\}',
+            (ROOT / "host/messages.h").read_text()):
+        equal(sorted(set(re.findall(r"\{\d\}", english))), sorted(set(re.findall(r"\{\d\}", portuguese))), name)
+
+
+# ---- all of them
+
+def main():
+    global options, build
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("program", type=Path)
+    parser.add_argument("names", nargs="*")
+    parser.add_argument("--wine", action="store_true")
+    parser.add_argument("--native", type=Path)
+    options = parser.parse_args()
+    options.program = options.program.resolve()
+    options.native = options.native and options.native.resolve()
+    build = options.program.parent
+    if options.wine and "EXPORTIFC_CLI_SESSION" not in os.environ:
+        # One Wine session for all calls: each then starts at once.
+        os.environ["EXPORTIFC_CLI_SESSION"] = "1"
+        os.execv(str(ROOT / "scripts/wine.sh"), ["wine.sh", "--session", sys.executable, *sys.argv])
+    cases = tomllib.loads((HERE / "cases.toml").read_text())["case"]
+    everything = [(case["name"], lambda case=case: run_case(case)) for case in cases] + tests
+    passed = failed = 0
+    for name, function in everything:
+        if getattr(function, "native_only", False) and options.wine:
+            continue
+        if options.names and not any(part in name for part in options.names):
+            continue
+        try:
+            function()
+            passed += 1
+        except Exception as failure:  # pylint: disable=broad-except
+            failed += 1
+            details = str(failure) if isinstance(failure, AssertionError) else traceback.format_exc()
+            print(f"failed: {name}: {details}", flush=True)
+    print(f"{passed} passed, {failed} failed")
+    return 1 if failed or not passed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
