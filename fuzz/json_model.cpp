@@ -1,5 +1,7 @@
-// Any bytes as a JSON model: refused with a message, or read, checked, exported, and written as JSON
-// that reads back the same.
+// Any bytes as a JSON model: refused with a message, or read, checked, exported, and written as
+// JSON that reads back the same.
+#include "host/json_model.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <fstream>
@@ -15,7 +17,6 @@
 #include "fuzz/expectation.h"
 #include "fuzz/memory_export.h"
 #include "fuzz/require.h"
-#include "host/json_model.h"
 #include "host/model_check.h"
 #include "host/model_source.h"
 #include "host/text_encoding.h"
@@ -26,9 +27,7 @@ using namespace exportifc;
 using namespace exportifc::fuzz;
 
 /// A negative zero may lose its sign; nothing in JSON is not a number.
-bool same(const float* a, const float* b, std::size_t count) {
-  return std::equal(a, a + count, b);
-}
+bool same(const float* a, const float* b, std::size_t count) { return std::equal(a, a + count, b); }
 
 void requireSame(const host::Model& a, const host::Model& b) {
   require(a.title == b.title && a.unitCode == b.unitCode, "title or unit changed");
@@ -85,9 +84,8 @@ void exportAndCompare(const host::Model& told) {
   const Model model = modelOf(told);
   CountingInterface ui;
   Exported exported;
-  exportModel(
-      [&] { return std::make_unique<host::ModelSource>(told, false, [](std::int32_t) {}); }, ui,
-      exported);
+  exportModel([&] { return std::make_unique<host::ModelSource>(told, false, [](std::int32_t) {}); },
+              ui, exported);
   require(exported.result == 1 && ui.unhandled == 0, "the export failed");
   std::string fault = compareWithModel(exported.file, model);
   if (fault.empty() && hasPlainNames(model)) {

@@ -71,7 +71,8 @@ void exportModel(const std::function<std::unique_ptr<BarSource>()>& openModel, U
   WithSaveFile dialog(ui);
   const ExportServices services{
       .ui = dialog,
-      .openOutput = [&](const std::wstring&) { return std::make_unique<MemorySink>(exported.file); },
+      .openOutput =
+          [&](const std::wstring&) { return std::make_unique<MemorySink>(exported.file); },
       .openModel = [&](const Module&) { return openModel(); }};
   exported.result = runExport(module, services);
   exported.batchPath = module.batchPath;
