@@ -17,7 +17,9 @@ const viewDirections: Record<ViewName, Vector3> = {
 
 const fieldOfView = 35; // degrees
 const slope = Math.tan((fieldOfView / 2) * (Math.PI / 180)); // half the picture's height at distance 1
-const margin = 1.12; // room around what a fit frames
+// Pixels beside what a fit frames; toolbar and legend lie above and below it.
+const besides = 24;
+const aboveAndBelow = 58;
 const steepest = 1.55; // radians above or below the horizon that the arrow keys reach
 
 export class Cameras {
@@ -59,9 +61,13 @@ export class Cameras {
     const back = this.back().normalize();
     const right = new Vector3().crossVectors(this.active.up, back).normalize();
     const up = new Vector3().crossVectors(back, right);
-    const tilt = this.inPerspective ? slope / margin : 0;
-    const across = new Span(tilt * this.aspect);
-    const upwards = new Span(tilt);
+    const { clientWidth: width, clientHeight: height } = this.host;
+    const filledWidth = Math.max(1 - (2 * besides) / width, 0.5);
+    const filledHeight = Math.max(1 - (2 * aboveAndBelow) / height, 0.5);
+    const tiltAcross = slope * this.aspect * filledWidth;
+    const tiltUpwards = slope * filledHeight;
+    const across = new Span(this.inPerspective ? tiltAcross : 0);
+    const upwards = new Span(this.inPerspective ? tiltUpwards : 0);
     const inwards = new Span(0);
     boxes.eachCorner((point) => {
       const z = point.dot(back);
@@ -73,9 +79,9 @@ export class Cameras {
     target.addScaledVector(right, across.middle).addScaledVector(up, upwards.middle).addScaledVector(back, inwards.middle);
     let distance = this.radius * 4;
     if (this.inPerspective) {
-      distance = Math.max(across.half / (tilt * this.aspect), upwards.half / tilt) - inwards.middle;
+      distance = Math.max(across.half / tiltAcross, upwards.half / tiltUpwards) - inwards.middle;
     } else {
-      this.setHeight(2 * margin * Math.max(upwards.half, across.half / this.aspect, 1));
+      this.setHeight(2 * Math.max(upwards.half / filledHeight, across.half / this.aspect / filledWidth, 1));
     }
     this.active.position.copy(target).addScaledVector(back, Math.max(distance, 1));
     this.changed();

@@ -145,10 +145,9 @@ class Page {
 
   private select(element: Element | null): void {
     this.selected = element;
+    byId("details").hidden = element === null; // before the tree, which it leaves less room for
     this.tree.select(element);
     this.view?.select(element);
-    const card = byId("details");
-    card.hidden = element === null;
     byId("spoken").textContent = "";
     if (!element) return;
     const volume = this.geometry ? this.geometry.volumes[element.index]! : null;

@@ -69,6 +69,7 @@ export class View {
   ) {
     this.firstPicture = new Promise((resolve) => (this.tellFirst = resolve));
     this.renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
+    this.renderer.setClearColor(0, 0); // the page's own ground shows through
     this.renderer.autoClear = false; // a picture of many bars is drawn piece by piece
     this.renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
     this.visible = new Uint8Array(model.elements.length).fill(1);
@@ -297,6 +298,11 @@ export class View {
     this.grid.visible = this.showsGrid && lines !== null;
     if (lines) this.renderer.clear();
     this.renderer.render(this.scene, this.cameras.prepared());
+  }
+
+  /** True when the picture shows all it should. */
+  get settled(): boolean {
+    return !this.stale && !this.busy && !this.scheduled && this.detail.finished;
   }
 
   get drawCalls(): number {

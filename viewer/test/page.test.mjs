@@ -108,6 +108,15 @@ async function testWarehouse() {
     assert.match(await page.locator("#summary").textContent(), new RegExp(`^${warehouseElements.length} elementos`));
     assert.equal(await page.locator("#notes").isVisible(), false);
   });
+  await check("the first picture lies on the page's own ground", async () => {
+    const corner = await page.evaluate(() => {
+      const gl = document.getElementById("canvas").getContext("webgl2");
+      const pixel = new Uint8Array(4);
+      gl.readPixels(0, gl.drawingBufferHeight - 1, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, pixel);
+      return [...pixel];
+    });
+    assert.deepEqual(corner, [0, 0, 0, 0]);
+  });
   await check("the whole structure is drawn in fewer than 20 calls", async () => {
     const [calls, triangles] = await page.evaluate(() => {
       const { view } = exportifcViewer;
@@ -231,7 +240,8 @@ async function testWarehouse() {
   await check("the selected element lights up in the picture and in the list", async () => {
     assert.ok((await pixelsOfHue(page, hues.selected)) > 100);
     assert.equal(await page.locator(".element[aria-current=true]").getAttribute("data-number"), String(column.number));
-    assert.equal(await page.locator(".element[aria-current=true]").isVisible(), true);
+    const [row, list] = await Promise.all([".element[aria-current=true]", "#structure"].map((place) => page.locator(place).boundingBox()));
+    assert.ok(row.y >= list.y && row.y + row.height <= list.y + list.height, JSON.stringify({ row, list }));
   });
   await check("Escape clears the selection", async () => {
     await page.keyboard.press("Escape");
