@@ -1,0 +1,63 @@
+#include "model/bar.h"
+
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support.h"
+
+namespace exportifc {
+namespace {
+
+std::wstring widened(std::string_view section) {
+  const BarRecord record = test::recordOf(section);
+  std::wstring name = L"old";
+  widenSectionName(record, name);
+  return name;
+}
+
+/// UTF-16 code units as numbers: literals above U+FFFF-ish read badly.
+std::wstring units(std::initializer_list<int> values) {
+  std::wstring text;
+  for (const int value : values) {
+    text.push_back(static_cast<wchar_t>(value));
+  }
+  return text;
+}
+
+TEST(WidenSectionName, KeepsAscii) {
+  EXPECT_EQ(widened("W 310x38,7"), L"W 310x38,7");
+  EXPECT_EQ(widened(""), L"");
+}
+
+TEST(WidenSectionName, BytesAbove127AreSignExtendedTo16Bits) {
+  EXPECT_EQ(widened("A\xE7"), units({'A', 0xFFE7}));
+  EXPECT_EQ(widened("\x7F\x80\xFF"), units({0x7F, 0xFF80, 0xFFFF}));
+}
+
+TEST(WidenSectionName, TakesAFullFieldWithItsTerminator) {
+  const std::string longest(47, 'x');
+  EXPECT_EQ(widened(longest), test::wide(longest));
+}
+
+TEST(WidenSectionName, ReadsAFieldWithoutTerminatorToItsEnd) {
+  // The bytes behind the field are not zero: nothing else ends the text.
+  const std::string full(48, 'y');
+  EXPECT_EQ(widened(full), test::wide(full));
+}
+
+TEST(WidenSectionName, StopsAtTheFirstNul) {
+  EXPECT_EQ(widened(std::string_view("W 1\0hidden", 10)), L"W 1");
+}
+
+TEST(MillimetresPer, UnitCodes) {
+  EXPECT_EQ(millimetresPer(0), 1000.0);
+  EXPECT_EQ(millimetresPer(1), 10.0);
+  EXPECT_EQ(millimetresPer(2), 1.0);
+  EXPECT_EQ(millimetresPer(3), 1.0);
+  EXPECT_EQ(millimetresPer(-1), 1.0);
+}
+
+}  // namespace
+}  // namespace exportifc

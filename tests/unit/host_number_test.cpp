@@ -1,0 +1,228 @@
+#include "model/host_number.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "runtime_locale.h"
+#include "support.h"
+
+namespace exportifc {
+namespace {
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+TEST(ParseHostNumber, PointAndCommaAreTheSame) {
+  EXPECT_EQ(parseHostNumber("1.5"), 1.5F);
+  EXPECT_EQ(parseHostNumber("1,5"), 1.5F);
+  EXPECT_EQ(parseHostNumber("-2.5"), -2.5F);
+  EXPECT_EQ(parseHostNumber("-2,5"), -2.5F);
+  EXPECT_EQ(parseHostNumber(".25"), 0.25F);
+  EXPECT_EQ(parseHostNumber("3."), 3.0F);
+}
+
+TEST(ParseHostNumber, TheSecondCommaEndsTheNumber) {
+  EXPECT_EQ(parseHostNumber("1.5,5"), 1.5F);
+  EXPECT_EQ(parseHostNumber("1,5.5"), 1.5F);
+  EXPECT_EQ(parseHostNumber("1.000,5"), 1.0F);
+  EXPECT_EQ(parseHostNumber("..5"), 0.0F);
+}
+
+TEST(ParseHostNumber, WhatIsNoNumberIsZero) {
+  for (const std::string text :
+       {"", "abc", "-", "+", ".", ",", "-,", "e5", ",e5", " ", "x1", "--1"}) {
+    EXPECT_EQ(parseHostNumber(text), 0.0F) << text;
+    EXPECT_FALSE(std::signbit(parseHostNumber(text))) << text;
+  }
+}
+
+TEST(ParseHostNumber, KeepsTheSignOfZero) {
+  EXPECT_EQ(parseHostNumber("-0"), 0.0F);
+  EXPECT_TRUE(std::signbit(parseHostNumber("-0")));
+  EXPECT_TRUE(std::signbit(parseHostNumber("-0,000")));
+  EXPECT_TRUE(std::signbit(parseHostNumber("-1e-999")));
+  EXPECT_FALSE(std::signbit(parseHostNumber("+0")));
+}
+
+TEST(ParseHostNumber, ReadsExponents) {
+  EXPECT_EQ(parseHostNumber("1e3"), 1000.0F);
+  EXPECT_EQ(parseHostNumber("1E+3"), 1000.0F);
+  EXPECT_EQ(parseHostNumber("1,5e-1"), 0.15F);
+  EXPECT_EQ(parseHostNumber("2e"), 2.0F);
+  EXPECT_EQ(parseHostNumber("2e+"), 2.0F);
+  EXPECT_EQ(parseHostNumber("2ex"), 2.0F);
+  EXPECT_EQ(parseHostNumber("2e1,5"), 20.0F);
+}
+
+TEST(ParseHostNumber, OverflowIsInfinite) {
+  EXPECT_EQ(parseHostNumber("1e999"), std::numeric_limits<float>::infinity());
+  EXPECT_EQ(parseHostNumber("-1e999"), -std::numeric_limits<float>::infinity());
+  EXPECT_EQ(parseHostNumber("1e39"), std::numeric_limits<float>::infinity());
+  EXPECT_EQ(parseHostNumber("1e99999999999999999999"), std::numeric_limits<float>::infinity());
+  EXPECT_EQ(parseHostNumber("0e99999999999999999999"), 0.0F);
+  EXPECT_EQ(parseHostNumber("1e-99999999999999999999"), 0.0F);
+  EXPECT_EQ(parseHostNumber(std::string(5000, '9')), std::numeric_limits<float>::infinity());
+}
+
+TEST(ParseHostNumber, ManyDigitsBalanceTheExponent) {
+  EXPECT_EQ(parseCommaDecimal(std::string(5000, '9') + "e-4999"), 10.0);
+  EXPECT_EQ(parseCommaDecimal("0," + std::string(4000, '0') + "1e4001"), 1.0);
+}
+
+TEST(ParseHostNumber, SkipsBlanksInFrontOnly) {
+  EXPECT_EQ(parseHostNumber(" \t\n\v\f\r7"), 7.0F);
+  EXPECT_EQ(parseHostNumber("7 8"), 7.0F);
+  EXPECT_EQ(parseHostNumber("- 7"), 0.0F);
+}
+
+TEST(ParseHostNumber, KnowsNoOtherSpellings) {
+  for (const std::string text : {"inf", "-inf", "infinity", "nan", "NaN", "INF"}) {
+    EXPECT_EQ(parseHostNumber(text), 0.0F) << text;
+  }
+  EXPECT_EQ(parseHostNumber("0x10"), 0.0F) << "x ends a number";
+  EXPECT_EQ(parseHostNumber("1x10"), 1.0F);
+  EXPECT_EQ(parseHostNumber("1d3"), 1.0F);
+  EXPECT_EQ(parseHostNumber("1D3"), 1.0F);
+  EXPECT_EQ(parseHostNumber("0x1p3"), 0.0F);
+}
+
+TEST(ParseHostNumber, RoundsThroughDoublePrecision) {
+  // Halfway between two singles, and a little above it only beyond double precision.
+  EXPECT_EQ(parseHostNumber("16777217"), 16777216.0F);
+  EXPECT_EQ(parseHostNumber("16777217,00000000000000000001"), 16777216.0F);
+  EXPECT_EQ(parseHostNumber("0,1"), 0.1F);
+}
+
+TEST(ParseHostNumber, ANulEndsTheNumber) {
+  EXPECT_EQ(parseHostNumber(std::string_view("12\0003", 4)), 12.0F);
+}
+
+TEST(ParseCommaDecimal, StopsAtAPoint) {
+  EXPECT_EQ(parseCommaDecimal("20.5"), 20.0);
+  EXPECT_EQ(parseCommaDecimal("20,5"), 20.5);
+  EXPECT_EQ(parseCommaDecimal(".5"), 0.0);
+  EXPECT_EQ(parseCommaDecimal("1,5.5"), 1.5);
+}
+
+TEST(ParseHostInteger, ReadsWhatTheRuntimeReads) {
+  EXPECT_EQ(parseHostInteger("12"), 12);
+  EXPECT_EQ(parseHostInteger("-3"), -3);
+  EXPECT_EQ(parseHostInteger("+3"), 3);
+  EXPECT_EQ(parseHostInteger(" \t\n\v\f\r4 5"), 4);
+  EXPECT_EQ(parseHostInteger("5.9"), 5);
+  EXPECT_EQ(parseHostInteger("6e3"), 6);
+  for (const std::string text : {"", "abc", "-", "+-1", "- 1", ".5", "x"}) {
+    EXPECT_EQ(parseHostInteger(text), 0) << text;
+  }
+}
+
+TEST(ParseHostInteger, ClampsTo32Bits) {
+  EXPECT_EQ(parseHostInteger("2147483647"), 2147483647);
+  EXPECT_EQ(parseHostInteger("2147483648"), 2147483647);
+  EXPECT_EQ(parseHostInteger("-2147483648"), -2147483647 - 1);
+  EXPECT_EQ(parseHostInteger("-2147483649"), -2147483647 - 1);
+  EXPECT_EQ(parseHostInteger("99999999999999999999999999"), 2147483647);
+  EXPECT_EQ(parseHostInteger("-99999999999999999999999999"), -2147483647 - 1);
+  EXPECT_EQ(parseHostInteger("00000000000000000000000012"), 12);
+}
+
+// ---- Against the real runtime ------------------------------------------------------------------
+
+/// A text of number characters; neither "d" exponents nor "0x", which runtimes disagree about.
+std::string randomNumberText(test::Random& random) {
+  constexpr std::string_view plain = "0123456789";
+  constexpr std::string_view odd = " \t+-,,eE.;a";
+  std::string text;
+  const bool mostlyDigits = random.integer(0, 3) != 0;
+  if (random.integer(0, 2) == 0) {
+    text += random.integer(0, 1) == 0 ? '-' : '+';
+  }
+  for (auto left = random.integer(0, 24); left > 0; --left) {
+    const bool digit = random.integer(0, mostlyDigits ? 7 : 1) != 0;
+    text += random.pick(digit ? plain : odd);
+  }
+  if (random.integer(0, 2) == 0) {
+    text.append("e").append(std::to_string(random.integer(-330, 320)));
+  }
+  return text;
+}
+
+#if defined(_WIN32)
+
+/// Under the locale that the export sets.
+double runtimeNumber(const std::string& text) { return std::atof(text.c_str()); }
+std::int64_t runtimeInteger(const std::string& text) { return std::atoi(text.c_str()); }
+
+#else
+
+/// The classic locale's conversion, with the comma turned into the point it takes and the point,
+/// which ends a number here, into something else.
+double runtimeNumber(std::string text) {
+  std::replace(text.begin(), text.end(), '.', ';');
+  std::replace(text.begin(), text.end(), ',', '.');
+  return std::strtod(text.c_str(), nullptr);
+}
+
+std::int64_t runtimeInteger(const std::string& text) {
+  constexpr long long largest = std::numeric_limits<std::int32_t>::max();
+  return std::clamp(std::strtoll(text.c_str(), nullptr, 10), -largest - 1, largest);
+}
+
+#endif
+
+class AgainstTheRuntime : public testing::Test {
+ protected:
+  AgainstTheRuntime() {
+#if defined(_WIN32)
+    const char* const name = std::setlocale(LC_ALL, "Portuguese");
+#else
+    const char* const name = std::setlocale(LC_ALL, "C");
+#endif
+    EXPECT_NE(name, nullptr);
+  }
+
+ private:
+  test::KeepRuntimeLocale keep_;
+};
+
+TEST_F(AgainstTheRuntime, NumbersAreTheSame) {
+  test::Random random(2);
+  for (int round = 0; round < test::rounds(400000); ++round) {
+    const std::string text = randomNumberText(random);
+    const double ours = parseCommaDecimal(text);
+    const double theirs = runtimeNumber(text);
+    ASSERT_EQ(ours, theirs) << '"' << text << '"';
+    ASSERT_EQ(std::signbit(ours), std::signbit(theirs)) << '"' << text << '"';
+    std::string commas = text;
+    std::replace(commas.begin(), commas.end(), '.', ',');
+    ASSERT_EQ(parseHostNumber(text), static_cast<float>(runtimeNumber(commas)))
+        << '"' << text << '"';
+  }
+}
+
+TEST_F(AgainstTheRuntime, IntegersAreTheSame) {
+  test::Random random(3);
+  for (int round = 0; round < test::rounds(400000); ++round) {
+    const std::string text = randomNumberText(random);
+    ASSERT_EQ(parseHostInteger(text), runtimeInteger(text)) << '"' << text << '"';
+  }
+}
+
+TEST_F(AgainstTheRuntime, LimitsOfTheRange) {
+  for (const std::string text :
+       {"4,9406564584124654e-324", "2,4703282292062327e-324", "2,4703282292062328e-324",
+        "2,2250738585072011e-308", "2,2250738585072014e-308", "1,7976931348623157e308",
+        "1,7976931348623159e308", "1e309", "-1e309", "0,1", "123456789012345678901234567890",
+        "1e23", "8,5e22", "9007199254740993", "0e999", "-0", "1e-400"}) {
+    EXPECT_EQ(parseCommaDecimal(text), runtimeNumber(text)) << text;
+  }
+}
+
+TEST(RuntimeNumbers, InfinityIsOverflow) { EXPECT_EQ(parseCommaDecimal("1e309"), infinity); }
+
+}  // namespace
+}  // namespace exportifc

@@ -1,0 +1,103 @@
+#include "platform/platform.h"
+
+#include <clocale>
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "runtime_locale.h"
+#include "support.h"
+
+namespace exportifc {
+namespace {
+
+TEST(Platform, AFileIsCreatedAndWrittenAtOnce) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.file("out.ifc");
+  auto file = platform::openForWriting(test::wide(path));
+  ASSERT_NE(file, nullptr);
+  EXPECT_TRUE(file->write("a\r\n\x1A\xE7", 5));
+  EXPECT_EQ(test::readFile(path), "a\r\n\x1A\xE7") << "not held back, not converted";
+  EXPECT_TRUE(file->write("b", 1));
+  file.reset();
+  EXPECT_EQ(test::readFile(path),
+            "a\r\n\x1A\xE7"
+            "b");
+}
+
+TEST(Platform, AnExistingFileIsTruncated) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.file("out.ifc");
+  test::writeFile(path, "something longer");
+  platform::openForWriting(test::wide(path))->write("x", 1);
+  EXPECT_EQ(test::readFile(path), "x");
+}
+
+TEST(Platform, WhatCannotBeOpenedIsNull) {
+  const test::TemporaryFolder folder;
+  std::filesystem::create_directory(folder.file("folder"));
+  for (const std::string name : {"folder", "missing/out.ifc"}) {
+    EXPECT_EQ(platform::openForWriting(test::wide(folder.file(name))), nullptr) << name;
+  }
+  EXPECT_EQ(platform::openForWriting(L""), nullptr);
+}
+
+TEST(Platform, CanRead) {
+  const test::TemporaryFolder folder;
+  test::writeFile(folder.file("here"), "");
+  EXPECT_TRUE(platform::canRead(test::wide(folder.file("here"))));
+  EXPECT_FALSE(platform::canRead(test::wide(folder.file("missing"))));
+  EXPECT_FALSE(test::fileExists(folder.file("missing")));
+  std::filesystem::create_directory(folder.file("folder"));
+  EXPECT_FALSE(platform::canRead(test::wide(folder.file("folder"))));
+}
+
+TEST(Platform, PathsBecomeWideAndNarrowAgain) {
+  const std::string path = "C:/Obras/Galp\xE3o 1/model.txt";
+  const auto wide = platform::widenPath(path);
+  ASSERT_TRUE(wide.has_value());
+  EXPECT_EQ(*wide, L"C:/Obras/Galp\u00E3o 1/model.txt");
+  EXPECT_EQ(platform::narrowPath(*wide), path);
+  EXPECT_EQ(platform::widenPath(""), L"");
+  EXPECT_EQ(platform::narrowPath(L""), "");
+}
+
+#if defined(_WIN32)
+
+TEST(Platform, APathWithoutANarrowForm) {
+  const test::KeepRuntimeLocale keep;
+  ASSERT_NE(std::setlocale(LC_ALL, "Portuguese"), nullptr);
+  EXPECT_EQ(platform::narrowPath(L"\u4E2D.ifc"), std::nullopt);
+  EXPECT_EQ(platform::narrowPath(L"\u20AC.ifc"), "\x80.ifc") << "the euro sign has one";
+}
+
+TEST(Platform, APathThatIsNoTextInTheLocale) {
+  const test::KeepRuntimeLocale keep;
+  ASSERT_NE(std::setlocale(LC_ALL, ".932"), nullptr);
+  EXPECT_EQ(platform::widenPath("a\x81"), std::nullopt);
+}
+
+TEST(Platform, APathThatGrowsWhenNarrowed) {
+  const test::KeepRuntimeLocale keep;
+  ASSERT_NE(std::setlocale(LC_ALL, ".932"), nullptr);
+  EXPECT_EQ(platform::narrowPath(L"\u3042"), std::nullopt) << "two bytes for one unit";
+}
+
+#else
+
+TEST(Platform, PathsAreBytes) {
+  std::string every;
+  for (int byte = 1; byte < 256; ++byte) {
+    every.push_back(static_cast<char>(byte));
+  }
+  const auto wide = platform::widenPath(every);
+  ASSERT_TRUE(wide.has_value());
+  EXPECT_EQ(wide->size(), every.size()) << "one unit a byte, UTF-8 or not";
+  EXPECT_EQ(platform::narrowPath(*wide), every);
+}
+
+#endif
+
+}  // namespace
+}  // namespace exportifc

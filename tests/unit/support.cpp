@@ -1,0 +1,258 @@
+#include "support.h"
+
+#include <algorithm>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "runtime_locale.h"
+
+namespace exportifc::test {
+
+// ---- Files -------------------------------------------------------------------------------------
+
+bool MemorySink::write(const char* bytes, std::size_t size) {
+  received_.writes.push_back(size);
+  const std::size_t free = room_ - std::min(room_, received_.bytes.size());
+  received_.bytes.append(bytes, std::min(size, free));
+  return size <= free;
+}
+
+TemporaryFolder::TemporaryFolder() {
+  // The address makes the name differ between programs that run side by side, the number between
+  // folders of one.
+  static int created = 0;
+  const auto parent = std::filesystem::temp_directory_path();
+  std::filesystem::path folder;
+  do {
+    const auto seed = std::filesystem::file_time_type::clock::now().time_since_epoch().count();
+    folder = parent / ("exportifc-" + std::to_string(seed) + "-" + std::to_string(++created));
+  } while (!std::filesystem::create_directory(folder));
+  path_ = folder.string();
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::string TemporaryFolder::file(const std::string& name) const {
+  return (std::filesystem::path(path_) / name).string();
+}
+
+bool fileExists(const std::string& path) { return std::filesystem::exists(path); }
+
+std::string readFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) {
+    ADD_FAILURE() << "cannot read " << path;
+  }
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void writeFile(const std::string& path, std::string_view bytes) {
+  std::ofstream file(path, std::ios::binary);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  if (!file.flush()) {
+    ADD_FAILURE() << "cannot write " << path;
+  }
+}
+
+std::wstring wide(std::string_view text) { return {text.begin(), text.end()}; }
+
+std::string sourceFile(const std::string& path) {
+  return std::string(EXPORTIFC_SOURCE_FOLDER "/") + path;
+}
+
+// ---- A person ----------------------------------------------------------------------------------
+
+namespace {
+
+std::wstring units(const char* bytes) {
+  std::wstring text;
+  for (; *bytes != '\0'; ++bytes) {
+    text.push_back(static_cast<unsigned char>(*bytes));
+  }
+  return text;
+}
+
+void printText(const std::wstring& text, std::ostream& stream) {
+  stream << '"';
+  for (const wchar_t unit : text) {
+    const auto value = static_cast<std::uint32_t>(unit);
+    if (value >= 0x20 && value < 0x7F) {
+      stream << static_cast<char>(value);
+    } else {
+      stream << "\\x" << std::hex << value << std::dec << ' ';
+    }
+  }
+  stream << '"';
+}
+
+}  // namespace
+
+void PrintTo(const Said& said, std::ostream* stream) {
+  constexpr const char* names[] = {"save dialog", "question", "narrow box", "wide box", "console"};
+  *stream << names[static_cast<std::size_t>(said.how)] << ' ';
+  printText(said.text, *stream);
+  *stream << ' ';
+  printText(said.caption, *stream);
+}
+
+UserInterface::SaveChoice ScriptedUser::chooseSaveFile() {
+  said.push_back({Said::How::saveDialog, L"", L""});
+  return choice;
+}
+
+int ScriptedUser::ask(const char* text, const char* caption) {
+  said.push_back({Said::How::question, units(text), units(caption)});
+  return answer;
+}
+
+void ScriptedUser::show(const char* text, const char* caption) {
+  said.push_back({Said::How::narrowBox, units(text), units(caption)});
+}
+
+void ScriptedUser::show(const wchar_t* text, const wchar_t* caption) {
+  said.push_back({Said::How::wideBox, text, caption});
+}
+
+void ScriptedUser::printLine(std::wstring_view line) {
+  said.push_back({Said::How::console, std::wstring(line), L""});
+}
+
+// ---- Models ------------------------------------------------------------------------------------
+
+BarRecord recordOf(std::string_view section, std::int32_t quarterTurns) {
+  BarRecord record;
+  // Bytes that the module must not look at.
+  std::memset(&record, 0xA5, sizeof(record));
+  std::memset(record.sectionName, 0, sizeof(record.sectionName));
+  std::memcpy(record.sectionName, section.data(),
+              std::min(section.size(), sizeof(record.sectionName)));
+  record.quarterTurns = quarterTurns;
+  return record;
+}
+
+bool ListSource::next(std::int32_t index, SourceBar& bar) {
+  const ScriptedBar& scripted = bars_.at(static_cast<std::size_t>(index));
+  record_ = recordOf(scripted.section, scripted.quarterTurns);
+  bar.record = scripted.hasRecord ? &record_ : nullptr;
+  bar.typeCode = scripted.type;
+  bar.visible = scripted.visible;
+  bar.angle = scripted.angle;
+  bar.start = scripted.start;
+  bar.end = scripted.end;
+  bar.dims = scripted.dims;
+  return true;
+}
+
+// ---- Exports -----------------------------------------------------------------------------------
+
+std::vector<std::string> linesOf(std::string_view text) {
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = text.find("\r\n");
+    if (end == std::string_view::npos) {
+      ADD_FAILURE() << "a line without CR LF: " << text;
+      lines.emplace_back(text);
+      break;
+    }
+    lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + 2);
+  }
+  return lines;
+}
+
+std::string exportedBytes(const std::function<void(StepWriter&)>& write) {
+  Received received;
+  {
+    StepWriter writer(std::make_unique<MemorySink>(received));
+    writer.ownerHistoryId = 5;
+    write(writer);
+  }
+  return received.bytes;
+}
+
+std::vector<std::string> exportedLines(const std::function<void(StepWriter&)>& write) {
+  return linesOf(exportedBytes(write));
+}
+
+std::string exportedFile(const std::function<std::unique_ptr<BarSource>()>& openModel,
+                         UserInterface& ui) {
+  const KeepRuntimeLocale keep;
+  Received received;
+  Module module = plainModule("model.txt");
+  const ExportServices services{
+      .ui = ui,
+      .openOutput = [&](const std::wstring&) { return std::make_unique<MemorySink>(received); },
+      .openModel = [&](const Module&) { return openModel(); }};
+  EXPECT_EQ(runExport(module, services), 1);
+  return received.bytes;
+}
+
+std::string maskGlobalIds(std::string text) {
+  constexpr std::size_t idLength = 22;
+  constexpr std::string_view rooted[] = {
+      "IFCBEAM",
+      "IFCCOLUMN",
+      "IFCMEMBER",
+      "IFCPROPERTYSET",
+      "IFCRELDEFINESBYPROPERTIES",
+      "IFCELEMENTASSEMBLY",
+      "IFCRELAGGREGATES",
+      "IFCRELCONTAINEDINSPATIALSTRUCTURE",
+  };
+  for (const std::string_view keyword : rooted) {
+    // Generated lines have no blank before the equals sign, those of the preamble do.
+    const std::string start = std::string("= ").append(keyword).append("('");
+    for (std::size_t at = text.find(start); at != std::string::npos; at = text.find(start, at)) {
+      const bool generated = at > 0 && text[at - 1] != ' ';
+      at += start.size();
+      if (generated && text.size() >= at + idLength && text.compare(at + idLength, 1, "'") == 0) {
+        text.replace(at, idLength, idLength, 'G');
+      }
+    }
+  }
+  return text;
+}
+
+std::vector<std::string> linesWith(const std::vector<std::string>& lines,
+                                   std::string_view keyword) {
+  std::vector<std::string> found;
+  std::copy_if(lines.begin(), lines.end(), std::back_inserter(found),
+               [&](const std::string& line) { return line.find(keyword) != std::string::npos; });
+  return found;
+}
+
+std::string bodyOf(const std::string& line) {
+  const std::size_t start = line.find("= ");
+  if (line.empty() || line.front() != '#' || line.back() != ';' || start == std::string::npos) {
+    ADD_FAILURE() << "not a numbered line: " << line;
+    return line;
+  }
+  return line.substr(start + 2, line.size() - start - 3);
+}
+
+int numberOf(const std::string& line) {
+  if (line.empty() || line.front() != '#') {
+    ADD_FAILURE() << "not a numbered line: " << line;
+    return 0;
+  }
+  return std::stoi(line.substr(1));
+}
+
+Module plainModule(std::string batchPath) {
+  Module module(noEntry, noEntry);
+  module.batchPath = std::move(batchPath);
+  return module;
+}
+
+std::int64_t noEntry() { return 0; }
+
+}  // namespace exportifc::test
