@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include <sys/random.h>
+#include <sys/stat.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <unistd.h>
@@ -197,8 +198,11 @@ bool canRead(const std::wstring& path) {
   if (descriptor < 0) {
     return false;
   }
+  // A folder opens here too, unlike on Windows.
+  struct stat status {};
+  const bool isFolder = ::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode);
   ::close(descriptor);
-  return true;
+  return !isFolder;
 }
 
 std::optional<std::wstring> widenPath(const std::string& path) {
