@@ -208,6 +208,7 @@ async function testWarehouse() {
     const depths = [...warehouse.matchAll(/IFCEXTRUDEDAREASOLID\(.*, ([\d.]+)\);/g)].reduce((sum, [, depth]) => sum + Number(depth), 0);
     assert.equal(total[0], String(warehouseElements.length));
     assert.equal(total[1], portuguese(depths / 1000, 2));
+    assert.ok(await page.locator("#totals").evaluate((panel) => panel.scrollWidth <= panel.clientWidth), "the table is cut off");
     await page.getByRole("tab", { name: "Estrutura" }).click();
   });
   await check("the volumes of tubes and rods are those of round ones", async () => {
