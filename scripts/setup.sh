@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that are missing, and nothing else.
 #
-#   scripts/setup.sh [GROUP...]      groups: build, test (default: build)
+#   scripts/setup.sh [GROUP...]      groups: build, test, bench (default: build)
 #
 # Silent when nothing is missing. Without root or password-free sudo it prints the command to
 # run and exits with 1.
@@ -33,13 +33,22 @@ test  | nlohmann-json3-dev           | package         | the JSON model
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
 test  | chromium                     | chromium        | shows the viewer in its tests
+bench | libbenchmark-dev             | package         | Google Benchmark
+bench | valgrind                     | valgrind        | counts instructions
+bench | libifcplusplus-dev           | package         | another writer, to compare with
+bench | libboost-dev                 | package         | headers that it needs
+bench | libcli11-dev                 | package         | arguments of the command-line program
+bench | nlohmann-json3-dev           | package         | the JSON model
+bench | nodejs                       | node            | runs the other writer, web-ifc
+bench | npm                          | npm             | fetches it
+bench | python3                      | python3         | prints the table
 '
 
 die() { echo "setup: $*" >&2; exit 1; }
 
 groups=" ${*:-build} "
 for group in $groups; do
-  case $group in build | test) ;; *) die "unknown group '$group' (groups: build, test)" ;; esac
+  case $group in build | test | bench) ;; *) die "unknown group '$group' (groups: build, test, bench)" ;; esac
 done
 
 installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
