@@ -1,0 +1,23 @@
+// Memory for records whose addresses travel in 32 bits.
+#pragma once
+
+#include <cstddef>
+
+namespace exportifc::module_tests {
+
+/// Zero-filled memory below 4 GiB, released with the object.
+class LowMemory {
+ public:
+  explicit LowMemory(std::size_t size);
+  LowMemory(const LowMemory&) = delete;
+  LowMemory& operator=(const LowMemory&) = delete;
+  ~LowMemory();
+
+  [[nodiscard]] void* address() const { return address_; }
+
+ private:
+  void* address_ = nullptr;
+  std::size_t size_;
+};
+
+}  // namespace exportifc::module_tests
