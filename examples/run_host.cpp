@@ -3,6 +3,7 @@
 //   run_host MODULE MODEL OUT
 //
 // Exit codes: 0 the file was written, 1 it was not, 2 bad use or a module that cannot be loaded.
+#include <clocale>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -15,8 +16,6 @@
 #ifdef _WIN32
 #include <windows.h>
 #else
-#include <cstring>
-
 #include <dlfcn.h>
 #endif
 
@@ -41,6 +40,19 @@ PlugInExportIfcFileFunction loadExport(const char* modulePath) {
 #endif
 }
 
+/// The module takes narrow paths, in the encoding of the system that the arguments come in.
+std::filesystem::path widened(const char* narrow) {
+#ifdef _WIN32
+  const int size = MultiByteToWideChar(CP_ACP, 0, narrow, -1, nullptr, 0);
+  std::wstring wide(static_cast<std::size_t>(size), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, narrow, -1, wide.data(), size);
+  wide.resize(wide.size() - 1);
+  return wide;
+#else
+  return narrow;
+#endif
+}
+
 bool isExchangeFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   std::string first;
@@ -56,16 +68,20 @@ int run(const char* modulePath, const char* model, const char* output) {
     return 2;
   }
   // The module replaces its input by the exchange file: it gets a copy, under the output's name.
-  fs::copy_file(model, output, fs::copy_options::overwrite_existing);
+  const fs::path outputPath = widened(output);
+  fs::copy_file(widened(model), outputPath, fs::copy_options::overwrite_existing);
+#ifdef _WIN32
+  std::setlocale(LC_ALL, "");  // by which the runtime widens the path, in the module too
+#endif
   const BoxAnswerer answerer;
   try {
     exportFile(output);
   } catch (const char*) {  // Windows-1252; the text is fixed
     std::fprintf(stderr, "run_host: the module cannot create %stemp\n", output);
-    fs::remove(output);
+    fs::remove(outputPath);
     return 1;
   }
-  if (!isExchangeFile(output)) {
+  if (!isExchangeFile(outputPath)) {
     std::fprintf(stderr, "run_host: the export failed, %s was not written\n", output);
     return 1;
   }

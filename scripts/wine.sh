@@ -73,6 +73,11 @@ start_screen() {
   DISPLAY=:$(cat "$home/display")
 }
 
+set_in_registry() {
+  timeout -k 5 60 "$wine" reg add "$1" /v "$2" /d "$3" /f \
+    8>&- 9>&- </dev/null >>"$home/prefix.log" 2>&1 || die "cannot set up the Wine prefix"
+}
+
 create_prefix() {
   local stamp=$home/prefix.ready
   [[ -e $stamp ]] && return
@@ -81,9 +86,9 @@ create_prefix() {
     || die "cannot create the Wine prefix: $(tail -n 3 "$home/prefix.log")"
   # A crashing program ends at once with the low byte of the exception code. Wine's own debugger
   # would wait in a dialog, and end the program with code 0.
-  timeout -k 5 60 "$wine" reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' \
-    /v Debugger /d none /f 8>&- 9>&- </dev/null >>"$home/prefix.log" 2>&1 \
-    || die "cannot set up the Wine prefix"
+  set_in_registry 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' Debugger none
+  # No window manager runs on the invisible screen: Wine would wait 2 s for it at each closed dialog.
+  set_in_registry 'HKCU\Software\Wine\X11 Driver' Managed N
   timeout -k 5 60 "$wineserver" -w 8>&- 9>&-  # until the registry is on disk
   # The user's folders become folders of the prefix, not links into the home folder.
   local link
