@@ -39,6 +39,18 @@ else()
     -ffp-contract=off)
 endif()
 
+# Overwritten return addresses and overlong copies end the program instead of going on. Costs about
+# one instruction in a hundred. The sanitizers do it in another way, and an unoptimised build
+# has no checked copies.
+if(NOT MSVC AND NOT EXPORTIFC_SANITIZE)
+  add_compile_options(-fstack-protector-strong
+    "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+  add_link_options(-fstack-protector-strong)  # mingw-w64: its run-time library, linked statically
+  if(UNIX)
+    add_link_options(-Wl,-z,relro -Wl,-z,now)
+  endif()
+endif()
+
 if(EXPORTIFC_SANITIZE)
   # For all targets: a library of others without them would hide its errors, and the containers of
   # the standard library must agree in both.
