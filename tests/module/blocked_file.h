@@ -20,7 +20,7 @@ class BlockedFile {
 
  private:
   std::filesystem::path path_;
-  void* holder_ = nullptr;
+  [[maybe_unused]] void* holder_ = nullptr;  // Windows: the open handle
 };
 
 }  // namespace exportifc::module_tests
