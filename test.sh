@@ -10,8 +10,9 @@
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 
-# name | when | builds it needs ("wine": keeps Wine up for the stage) | command
+# name | when | what it needs, in this order | command
 #
+# Needs are the presets of CMake, "page" (the viewer), and "wine" (Wine stays up for the stage).
 # A command ends with the line "N passed, N failed" and exits with 0 or 1. One that ends without
 # that line, is killed or runs over $stage_limit counts as one failed test.
 stages='
@@ -19,7 +20,15 @@ unit-asan      | quick | asan          | scripts/run_gtest.sh build/asan/tests/u
 unit-linux     | quick | linux         | scripts/run_gtest.sh build/linux/tests/unit/unit_tests
 unit-clang     | full  | clang         | scripts/run_gtest.sh build/clang/tests/unit/unit_tests
 unit-windows   | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/unit/unit_tests.exe
+module-linux   | quick | linux         | scripts/run_gtest.sh build/linux/tests/module/module_tests
+module-windows | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/module/module_tests.exe
 run            | quick | windows wine  | scripts/checks/run_command.sh
+cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
+cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc
+readers        | full  | linux         | tests/readers/run.sh
+viewer         | full  | page linux    | viewer/test.sh build/linux
+writes         | quick | linux         | bench/write_count.sh build/linux
+fuzz           | full  |               | fuzz/short.sh
 binary         | quick | windows linux | scripts/checks/binary.sh
 reproducible   | full  | windows       | scripts/checks/reproducible.sh
 headers        | quick |               | scripts/checks/headers.sh
@@ -41,7 +50,7 @@ quick='' chosen=()
 for argument in "$@"; do
   case $argument in
     -h | --help) usage; exit 0 ;;
-    --list) rows | awk -F'|' '{ printf "%-16s %-6s %-14s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
+    --list) rows | awk -F'|' '{ printf "%-15s %-6s %-24s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
     --quick) quick=1 ;;
     -*) echo "test.sh: unknown option '$argument'" >&2; exit 2 ;;
     *)
@@ -70,20 +79,24 @@ report() {
   ((total_passed += passed, total_failed += failed))
 }
 
-# build PRESET: once a run; false when it failed.
+# build WHAT: once a run; false when it failed.
 build() {
-  local preset=$1 start log=$logs/build-$1.log
-  if [[ -z ${build_state[$preset]-} ]]; then
+  local what=$1 start log=$logs/build-$1.log steps
+  if [[ -z ${build_state[$what]-} ]]; then
     start=$(now)
-    if { cmake --preset "$preset" && cmake --build --preset "$preset"; } </dev/null >"$log" 2>&1; then
-      build_state[$preset]=good
-      report "build-$preset" "$start" "$log" 1 0
+    case $what in
+      page) steps='viewer/build.sh' ;;
+      *) steps="cmake --preset $what && cmake --build --preset $what" ;;
+    esac
+    if bash -c "$steps" </dev/null >"$log" 2>&1; then
+      build_state[$what]=good
+      report "build-$what" "$start" "$log" 1 0
     else
-      build_state[$preset]=bad
-      report "build-$preset" "$start" "$log" 0 1
+      build_state[$what]=bad
+      report "build-$what" "$start" "$log" 0 1
     fi
   fi
-  [[ ${build_state[$preset]} == good ]]
+  [[ ${build_state[$what]} == good ]]
 }
 
 # run_stage NAME NEEDS COMMAND
