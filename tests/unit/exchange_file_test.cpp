@@ -396,7 +396,8 @@ TEST_F(BrokenFileTest, RandomBytes) {
   // No crash and a well-formed frame, whatever the file holds. Nothing above 0x7F in section
   // texts, which would end the output by design.
   test::Random random(9);
-  constexpr std::string_view bytes("0123456789.,-exW [L\n\n\n\r\n\x1A\0abc ", 32);
+  using namespace std::string_view_literals;  // counts the NUL
+  constexpr std::string_view bytes = "0123456789.,-exW [L\n\n\n\r\n\x1A\0abc "sv;
   const std::string start = batchText({"1", "2", "t", "mm", "50"}, "\n");
   for (int round = 0; round < 300; ++round) {
     std::string text = start;

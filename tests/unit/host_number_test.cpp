@@ -132,7 +132,8 @@ TEST(ParseHostInteger, ClampsTo32Bits) {
 
 // ---- Against the real runtime ------------------------------------------------------------------
 
-/// A text of number characters; neither "d" exponents nor "0x", which runtimes disagree about.
+/// A text of number characters. Runtimes disagree about "d" exponents, "0x" and exponents that do
+/// not fit 32 bits: none of them comes up.
 std::string randomNumberText(test::Random& random) {
   constexpr std::string_view plain = "0123456789";
   constexpr std::string_view odd = " \t+-,,eE.;a";
@@ -148,6 +149,14 @@ std::string randomNumberText(test::Random& random) {
   if (random.integer(0, 2) == 0) {
     text.append("e").append(std::to_string(random.integer(-330, 320)));
   }
+  for (std::size_t at = text.find_first_of("eE"); at != std::string::npos;
+       at = text.find_first_of("eE", at + 1)) {
+    const std::size_t digits = text.find_first_of("0123456789", at);
+    if (digits <= at + 2) {
+      const std::size_t end = std::min(text.find_first_not_of("0123456789", digits), text.size());
+      text.erase(std::min(digits + 6, end), end - std::min(digits + 6, end));
+    }
+  }
   return text;
 }
 
@@ -155,7 +164,6 @@ std::string randomNumberText(test::Random& random) {
 
 /// Under the locale that the export sets.
 double runtimeNumber(const std::string& text) { return std::atof(text.c_str()); }
-std::int64_t runtimeInteger(const std::string& text) { return std::atoi(text.c_str()); }
 
 #else
 
@@ -167,12 +175,13 @@ double runtimeNumber(std::string text) {
   return std::strtod(text.c_str(), nullptr);
 }
 
+#endif
+
+/// Not `atoi`: the oldest runtimes wrap around where newer ones clamp.
 std::int64_t runtimeInteger(const std::string& text) {
   constexpr long long largest = std::numeric_limits<std::int32_t>::max();
   return std::clamp(std::strtoll(text.c_str(), nullptr, 10), -largest - 1, largest);
 }
-
-#endif
 
 class AgainstTheRuntime : public testing::Test {
  protected:
@@ -191,7 +200,7 @@ class AgainstTheRuntime : public testing::Test {
 
 TEST_F(AgainstTheRuntime, NumbersAreTheSame) {
   test::Random random(2);
-  for (int round = 0; round < test::rounds(400000); ++round) {
+  for (int round = 0; round < test::rounds(200000); ++round) {
     const std::string text = randomNumberText(random);
     const double ours = parseCommaDecimal(text);
     const double theirs = runtimeNumber(text);
@@ -206,7 +215,7 @@ TEST_F(AgainstTheRuntime, NumbersAreTheSame) {
 
 TEST_F(AgainstTheRuntime, IntegersAreTheSame) {
   test::Random random(3);
-  for (int round = 0; round < test::rounds(400000); ++round) {
+  for (int round = 0; round < test::rounds(200000); ++round) {
     const std::string text = randomNumberText(random);
     ASSERT_EQ(parseHostInteger(text), runtimeInteger(text)) << '"' << text << '"';
   }

@@ -55,7 +55,9 @@ TEST_F(LineReaderTest, OnlyTheCarriageReturnBeforeALineFeedIsDropped) {
 }
 
 TEST_F(LineReaderTest, Byte1AEndsTheText) {
-  EXPECT_EQ(read("a\nb\x1A" "c\nd\n"), (Lines{"a", "b"}));
+  EXPECT_EQ(read("a\nb\x1A"
+                 "c\nd\n"),
+            (Lines{"a", "b"}));
   EXPECT_EQ(read("a\n\x1A"), Lines{"a"});
   EXPECT_EQ(read("\x1A\na\n"), Lines{});
 }
@@ -113,11 +115,12 @@ TEST_F(LineReaderTest, BuffersDoNotShow) {
 
 TEST_F(LineReaderTest, RandomBytes) {
   test::Random random(1);
-  constexpr std::string_view bytes("a\n\r\n\r\nb\x1A\0", 9);
+  using namespace std::string_view_literals;  // counts the NUL
+  constexpr std::string_view bytes = "a\n\r\n\r\nb\x1A\0"sv;
   for (int round = 0; round < 300; ++round) {
     std::string text;
     for (auto left = random.integer(0, 40); left > 0; --left) {
-      text.push_back(bytes[static_cast<std::size_t>(random.integer(0, 8))]);
+      text.push_back(random.pick(bytes));
     }
     EXPECT_EQ(read(text), readSlowly(text)) << testing::PrintToString(text);
   }

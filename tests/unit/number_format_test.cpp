@@ -117,7 +117,7 @@ std::string fixed5ByTheLibrary(double value) {
 
 TEST(PutFixed5, EqualsTheLibraryOnRandomBits) {
   test::Random random(1);
-  for (int round = 0; round < test::rounds(2000000); ++round) {
+  for (int round = 0; round < test::rounds(1000000); ++round) {
     const auto value = std::bit_cast<double>(random.bits());
     ASSERT_EQ(fixed5(value), fixed5ByTheLibrary(value)) << std::hexfloat << value;
   }
@@ -126,7 +126,7 @@ TEST(PutFixed5, EqualsTheLibraryOnRandomBits) {
 TEST(PutFixed5, EqualsTheLibraryOnLengths) {
   // Random bits are hardly ever of the size that a model has: 2^-24 to 2^56.
   test::Random random(2);
-  for (int round = 0; round < test::rounds(4000000); ++round) {
+  for (int round = 0; round < test::rounds(2000000); ++round) {
     const double fraction = static_cast<double>(random.bits() >> 11) * 0x1p-52;
     const double value = std::ldexp(fraction, static_cast<int>(random.integer(-24, 56)));
     ASSERT_EQ(fixed5(value), fixed5ByTheLibrary(value)) << std::hexfloat << value;
@@ -144,7 +144,7 @@ TEST(PutFixed5, EqualsTheLibraryOnSinglePrecision) {
 TEST(PutFixed5, EqualsTheLibraryOnTiesAndBesideThem) {
   // Exact ties are the odd multiples of 1/64: five decimals times 1/64 leave a half.
   test::Random random(4);
-  for (int round = 0; round < test::rounds(500000); ++round) {
+  for (int round = 0; round < test::rounds(250000); ++round) {
     const auto odd = 2 * random.integer(0, std::int64_t{1} << random.integer(0, 45)) + 1;
     const double tie = static_cast<double>(odd) / 64.0;
     for (const double value :
@@ -156,7 +156,7 @@ TEST(PutFixed5, EqualsTheLibraryOnTiesAndBesideThem) {
 
 TEST(PutFixed5, EqualsTheLibraryBesideEveryDecimal) {
   test::Random random(5);
-  for (int round = 0; round < test::rounds(500000); ++round) {
+  for (int round = 0; round < test::rounds(250000); ++round) {
     const double decimal =
         static_cast<double>(random.integer(0, std::int64_t{1} << random.integer(0, 50))) / 200000.0;
     for (const double value :
@@ -209,7 +209,7 @@ std::string general6ByTheLibrary(double value) {
 
 TEST(PutGeneral6, EqualsTheLibraryOnRandomBits) {
   test::Random random(6);
-  for (int round = 0; round < test::rounds(1000000); ++round) {
+  for (int round = 0; round < test::rounds(400000); ++round) {
     const auto value = std::bit_cast<double>(random.bits());
     if (!std::isnan(value)) {
       ASSERT_EQ(general6(value), general6ByTheLibrary(value)) << std::hexfloat << value;
@@ -219,7 +219,7 @@ TEST(PutGeneral6, EqualsTheLibraryOnRandomBits) {
 
 TEST(PutGeneral6, EqualsTheLibraryOnLengths) {
   test::Random random(7);
-  for (int round = 0; round < test::rounds(1000000); ++round) {
+  for (int round = 0; round < test::rounds(400000); ++round) {
     const double value = static_cast<double>(random.integer(-100000000, 100000000)) /
                          static_cast<double>(random.integer(1, 4096));
     ASSERT_EQ(general6(value), general6ByTheLibrary(value)) << std::hexfloat << value;
