@@ -24,7 +24,7 @@ struct DropsAll final : nlohmann::json::json_sax_t {
   bool number_unsigned(std::uint64_t) override { return true; }
   bool number_float(double, const std::string&) override { return true; }
   bool string(std::string&) override { return true; }
-  bool binary(std::vector<std::uint8_t>&) override { return true; }
+  bool binary(nlohmann::json::binary_t&) override { return true; }
   bool start_object(std::size_t) override { return true; }
   bool key(std::string&) override { return true; }
   bool end_object() override { return true; }

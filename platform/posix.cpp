@@ -151,8 +151,7 @@ class RandomBytes {
 
   bool refill();
 
-  // Larger requests may come back short when a signal arrives.
-  std::array<std::uint8_t, 256> bytes_{};
+  std::array<std::uint8_t, 256 * piece> bytes_{};
   std::size_t unused_ = 0;
 };
 
@@ -161,11 +160,14 @@ thread_local constinit RandomBytes randomBytes;
 bool RandomBytes::refill() {
   // A child process must not hand out what its parent does.
   static const int registered = ::pthread_atfork(nullptr, nullptr, [] { randomBytes.drop(); });
-  if (registered != 0 ||
-      ::getrandom(bytes_.data(), bytes_.size(), 0) != static_cast<ssize_t>(bytes_.size())) {
+  if (registered != 0) {
     return false;
   }
-  unused_ = bytes_.size();
+  const ssize_t fetched = ::getrandom(bytes_.data(), bytes_.size(), 0);
+  if (fetched < static_cast<ssize_t>(piece)) {
+    return false;
+  }
+  unused_ = static_cast<std::size_t>(fetched) / piece * piece;  // fewer when a signal came between
   return true;
 }
 
