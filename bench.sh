@@ -32,15 +32,15 @@ scripts/setup.sh build bench
 say() { echo "bench: $*" >&2; }
 
 say "building"
-build() { # PRESET FOLDER
+build() { # PRESET FOLDER TARGET...
   if ! { cmake --preset "$1" -B "$2" -DEXPORTIFC_BENCH=ON -DEXPORTIFC_TESTS=OFF \
-      && cmake --build "$2"; } >"$work/build.log" 2>&1; then
+      && cmake --build "$2" --target "${@:3}"; } >"$work/build.log" 2>&1; then
     tail -n 20 "$work/build.log" >&2
     exit 1
   fi
 }
-build linux "$linux"
-build windows "$windows"
+build linux "$linux" goals pieces json_read ifcplusplus_writer exportifc_program
+build windows "$windows" goals
 goals=$linux/bench/goals
 
 for kind in all built-up simple; do
@@ -59,7 +59,7 @@ measure "$goals" floor "$work/all-$bars.txt" "$rounds"
 measure "$goals" format "$work/all-10000.txt" 41
 measure "$goals" read "$work/all-$bars.txt" "$rounds"
 measure "$goals" registry
-measure "$goals" linear "$work/all-10000.txt" "$work/all-$large.txt" 5
+measure "$goals" linear "$work/all-10000.txt" "$work/all-$large.txt" 3
 
 # Peak memory of an export: the kernel's count for the process.
 for kind in all built-up; do
@@ -98,7 +98,7 @@ cp bench/writers/webifc/* "$work/webifc"
 measure node "$work/webifc/write.mjs" "$work/others.txttemp" "$work/others.ifc" 3
 
 if [[ -x $linux/bench/json_read ]]; then
-  "$linux/exportifc" convert --force "$work/all-10000.txt" "$work/all-10000.json" >/dev/null
+  "$linux/exportifc" convert "$work/all-10000.txt" --output "$work/all-10000.json" >/dev/null
   measure "$linux/bench/json_read" "$work/all-10000.json" "$rounds"
 fi
 rm -f "$work"/others.*
