@@ -41,6 +41,7 @@ class CommandLine {
     app_.add_flag("--completion", completion_)->group(hidden);
     app_.footer(say(texts::helpExitCodes));
     app_.require_subcommand(0, 1);
+    app_.allow_windows_style_options(false);  // "/tmp/x" is a path
     addExport();
     addCheck();
     addProfiles();

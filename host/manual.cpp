@@ -82,10 +82,12 @@ std::string manualPage(const CLI::App& app) {
                      "that the host writes.\n" +
                      optionList(app)) +
          section("COMMANDS", commands) + section("EXIT STATUS", roff(app.get_footer()) + ".\n") +
-         section("ENVIRONMENT",
-                 ".TP\n.B LC_ALL, LC_MESSAGES, LANG\nPortuguese messages where they begin with pt, "
-                 "English ones otherwise.\n.TP\n.B EXPORTIFC_VIEWER\nThe viewer's page, if it does "
-                 "not lie beside the program.\n") +
+         section(
+             "ENVIRONMENT",
+             ".TP\n.B EXPORTIFC_LANG, LC_ALL, LC_MESSAGES, LANG\nThe first that is set decides: "
+             "messages are Portuguese if it begins with pt, otherwise English.\n.TP\n.B "
+             "EXPORTIFC_VIEWER\nThe viewer's page, if it does "
+             "not lie beside the program.\n") +
          section("EXAMPLES",
                  ".nf\nexportifc export samples/galpao.json \\-o galpao.ifc\n"
                  "exportifc check \\-\\-json model.json\n"

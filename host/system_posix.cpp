@@ -60,7 +60,7 @@ void prepareProcess() {
 bool interrupted() { return interruptSeen != 0; }
 
 Language sessionLanguage() {
-  for (const char* const name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+  for (const char* const name : {"EXPORTIFC_LANG", "LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* const value = std::getenv(name);
     if (value != nullptr && *value != '\0') {
       return std::string_view(value).substr(0, 2) == "pt" ? Language::portuguese

@@ -78,7 +78,7 @@ def module():
 
 def environment(language="C"):
     env = {k: v for k, v in os.environ.items() if not k.startswith("LC_") and k != "LANG"}
-    env["LC_ALL"] = language
+    env["EXPORTIFC_LANG"] = language  # Wine hides the system's own variables
     return env
 
 

@@ -1,0 +1,40 @@
+# The zip for users: the module, the header for hosts, the program with the viewer's page, the
+# samples and the documents.
+#
+#   cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
+
+set(package_documents
+  docs/guia.md docs/known-limits.md docs/model-format.md docs/model.schema.json docs/profiles.md)
+
+if(WIN32)
+  set(module_folder bin)
+else()
+  set(module_folder lib)
+endif()
+install(TARGETS exportIFC LIBRARY DESTINATION ${module_folder} RUNTIME DESTINATION bin)
+install(DIRECTORY include/ DESTINATION include)
+install(FILES
+  samples/README.md samples/familias.json samples/familias.txt samples/galpao.json samples/galpao.txt
+  DESTINATION samples)
+install(FILES ${package_documents} DESTINATION docs)
+install(DIRECTORY docs/profiles DESTINATION docs)
+install(FILES README.md LICENSE DESTINATION . OPTIONAL)
+if(EXPORTIFC_PROGRAM)
+  install(TARGETS exportifc_program RUNTIME DESTINATION bin)
+  install(FILES viewer/dist/viewer.html DESTINATION bin OPTIONAL)
+  install(FILES docs/exportifc.1 DESTINATION share/man/man1)
+  install(FILES docs/exportifc.bash DESTINATION share/bash-completion/completions RENAME exportifc)
+endif()
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_NAME exportIFC)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Exports structural models as IFC2X3 files")
+if(WIN32)
+  set(CPACK_PACKAGE_FILE_NAME exportIFC-${PROJECT_VERSION}-windows)
+else()
+  set(CPACK_PACKAGE_FILE_NAME exportIFC-${PROJECT_VERSION}-linux)
+endif()
+set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)
