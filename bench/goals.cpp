@@ -14,6 +14,7 @@
 // may be shared, and its speed changes from second to second.
 #include <algorithm>
 #include <chrono>
+#include <clocale>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -98,7 +99,10 @@ Comparison compare(int rounds, const First& first, const Second& second) {
   return {median(firstTimes), median(secondTimes), median(ratios)};
 }
 
-void print(const char* name, double value) { std::printf("%s %.4g\n", name, value); }
+void print(const char* name, double value) {
+  std::setlocale(LC_ALL, "C");  // an export leaves one with a decimal comma
+  std::printf("%s %.4g\n", name, value);
+}
 void print(const char* name, std::size_t value) { std::printf("%s %zu\n", name, value); }
 
 class CountingSink final : public ByteSink {
