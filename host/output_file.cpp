@@ -38,6 +38,18 @@ fs::path resolved(const fs::path& path) {
   return ignored ? path : real;
 }
 
+/// A name beside the file, different for each file and process. Systems take 255 characters.
+fs::path temporaryName(const fs::path& name) {
+  constexpr std::size_t longest = 200;
+  fs::path temporary = name;
+  if (name.native().size() > longest) {
+    temporary = name.native().substr(0, longest);
+    temporary += "." + std::to_string(fs::hash_value(name));
+  }
+  temporary += "." + std::to_string(system::processId()) + ".part";
+  return temporary;
+}
+
 }  // namespace
 
 std::string systemErrorText(int error) {
@@ -65,8 +77,7 @@ OutputFile::OutputFile(const std::string& target) : target_(target) {
   } else if (fs::exists(status) && !fs::is_regular_file(status)) {
     file_ = system::openForWriting(finalPath_);
   } else {
-    temporaryPath_ = finalPath_;
-    temporaryPath_ += "." + std::to_string(system::processId()) + ".part";
+    temporaryPath_ = finalPath_.parent_path() / temporaryName(finalPath_.filename());
     file_ = system::createFile(temporaryPath_);
     if (file_ < 0) {
       temporaryPath_.clear();
