@@ -1,6 +1,8 @@
 #include "host/jobs.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -50,62 +52,97 @@ void pass(const fs::path& report, std::FILE* stream) {
   std::fflush(stream);
 }
 
+/// The jobs of one call: those before `reported_` are over and told, those before `started_` run.
+class JobRun {
+ public:
+  JobRun(const std::vector<Job>& jobs, int limit, bool quiet)
+      : jobs_(jobs), limit_(limit), showsProgress_(!quiet && system::errorIsTerminal()) {}
+
+  int run() {
+    while (reported_ < workers_.size() || (workers_.size() < jobs_.size() && !stopping_)) {
+      startMore();
+      stopIfAsked();
+      showProgress();
+      reportEnded();
+      constexpr int pause = 10;
+      system::sleepMilliseconds(pause);
+    }
+    if (stopping_) {
+      reportError(say(texts::stoppedByUser));
+      return exitNotWritten;
+    }
+    return code_;
+  }
+
+ private:
+  static bool isRunning(const std::unique_ptr<system::Worker>& worker) { return !worker->ended(); }
+
+  std::ptrdiff_t running() const {
+    return std::count_if(workers_.begin(), workers_.end(), isRunning);
+  }
+
+  void startMore() {
+    while (!stopping_ && workers_.size() < jobs_.size() && running() < limit_) {
+      const std::size_t next = workers_.size();
+      try {
+        workers_.push_back(std::make_unique<system::Worker>(
+            jobs_[next].arguments, folder_.report(next, "out"), folder_.report(next, "err")));
+      } catch (const std::system_error& failure) {
+        throw Failure(exitNotWritten,
+                      say(texts::workerFailed, {jobs_[next].model, failure.what()}));
+      }
+    }
+  }
+
+  void stopIfAsked() {
+    if (!system::interrupted() || stopping_) {
+      return;
+    }
+    stopping_ = true;
+    for (const auto& worker : workers_) {
+      if (isRunning(worker)) {
+        worker->interrupt();
+      }
+    }
+  }
+
+  void showProgress() const {
+    if (showsProgress_) {
+      const auto done = static_cast<std::int64_t>(workers_.size()) - running();
+      const std::string text =
+          say(texts::jobsProgress,
+              {numberText(done), numberText(static_cast<std::int64_t>(jobs_.size()))});
+      std::fputs((eraseLine + text).c_str(), stderr);
+    }
+  }
+
+  void reportEnded() {
+    for (; reported_ < workers_.size() && workers_[reported_]->ended(); ++reported_) {
+      if (showsProgress_) {
+        std::fputs(eraseLine, stderr);
+      }
+      pass(folder_.report(reported_, "out"), stdout);
+      pass(folder_.report(reported_, "err"), stderr);
+      code_ = std::max(code_, workers_[reported_]->exitCode());
+    }
+  }
+
+  static constexpr const char* eraseLine = "\r\033[K";
+
+  const std::vector<Job>& jobs_;
+  int limit_;
+  bool showsProgress_;
+  ReportFolder folder_;
+  std::vector<std::unique_ptr<system::Worker>> workers_;
+  std::size_t reported_ = 0;
+  int code_ = exitOk;
+  bool stopping_ = false;
+};
+
 }  // namespace
 
 int runJobs(const std::vector<Job>& jobs, int limit, bool quiet) {
-  const ReportFolder folder;
-  std::vector<std::unique_ptr<system::Worker>> workers(jobs.size());
-  std::size_t started = 0;
-  std::size_t reported = 0;
-  int code = exitOk;
-  bool stopping = false;
-  const bool showProgress = !quiet && system::errorIsTerminal();
-  while (reported < started || (started < jobs.size() && !stopping)) {
-    const auto isRunning = [](const auto& worker) { return worker && !worker->ended(); };
-    while (!stopping && started < jobs.size() &&
-           std::count_if(workers.begin(), workers.end(), isRunning) < limit) {
-      try {
-        workers[started] = std::make_unique<system::Worker>(
-            jobs[started].arguments, folder.report(started, "out"), folder.report(started, "err"));
-      } catch (const std::system_error& failure) {
-        throw Failure(exitNotWritten,
-                      say(texts::workerFailed, {jobs[started].model, failure.what()}));
-      }
-      ++started;
-    }
-    if (system::interrupted() && !stopping) {
-      stopping = true;
-      for (const auto& worker : workers) {
-        if (isRunning(worker)) {
-          worker->interrupt();
-        }
-      }
-    }
-    if (showProgress) {
-      const auto running = std::count_if(workers.begin(), workers.end(), isRunning);
-      std::fputs(("\r\033[K" + say(texts::jobsProgress,
-                                   {numberText(static_cast<std::int64_t>(started) - running),
-                                    numberText(static_cast<std::int64_t>(jobs.size()))}))
-                     .c_str(),
-                 stderr);
-    }
-    while (reported < started && workers[reported]->ended()) {
-      if (showProgress) {
-        std::fputs("\r\033[K", stderr);
-      }
-      pass(folder.report(reported, "out"), stdout);
-      pass(folder.report(reported, "err"), stderr);
-      code = std::max(code, workers[reported]->exitCode());
-      ++reported;
-    }
-    constexpr int pause = 10;
-    system::sleepMilliseconds(pause);
-  }
-  if (stopping) {
-    reportError(say(texts::stoppedByUser));
-    return exitNotWritten;
-  }
-  return code;
+  return JobRun(jobs, limit, quiet).run();
 }
 
 }  // namespace exportifc::host

@@ -32,7 +32,7 @@ class CountingText {
   using reference = const char&;
 
   struct Position {
-    std::streambuf* text;
+    std::streambuf* text = nullptr;
     std::int64_t line = 1;
     std::int64_t column = 0;
     std::int64_t lineBefore = 1;  // without the last character

@@ -19,6 +19,8 @@ class OutputFile final : public ByteSink {
  public:
   /// Opens the output; a Failure names the reason when it cannot be created.
   explicit OutputFile(const std::string& target);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
   /// Removes what was not put in place.
   ~OutputFile() override;
 

@@ -58,7 +58,7 @@ class Worker {
   bool ended();
   int exitCode() const { return exitCode_; }
   /// Asks it to end.
-  void interrupt();
+  void interrupt() const;
 
  private:
 #ifdef _WIN32

@@ -155,7 +155,7 @@ bool Worker::ended() {
   return exitCode_ >= 0;
 }
 
-void Worker::interrupt() { kill(process_, SIGTERM); }
+void Worker::interrupt() const { kill(process_, SIGTERM); }
 
 void sleepMilliseconds(int milliseconds) {
   constexpr useconds_t microseconds = 1000;

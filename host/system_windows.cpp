@@ -212,7 +212,7 @@ bool Worker::ended() {
   return exitCode_ >= 0;
 }
 
-void Worker::interrupt() {}
+void Worker::interrupt() const {}
 
 void sleepMilliseconds(int milliseconds) { Sleep(static_cast<DWORD>(milliseconds)); }
 

@@ -175,6 +175,7 @@ def program_and_module_write_the_same_bytes():
         for sample in SAMPLES:
             source = ROOT / "samples" / sample
             mine, theirs = path / "mine.ifc", path / "theirs.ifc"
+            theirs.unlink(missing_ok=True)
             equal(run("export", f"{source}.txt", "-o", mine, "-q").returncode, 0, "batch, program")
             result = run(module(), f"{source}.txt", theirs, program=helper("run_host"))
             equal(result.returncode, 0, f"batch, module {result.stdout} {result.stderr}")
