@@ -33,6 +33,9 @@ test  | nlohmann-json3-dev           | package         | the JSON model
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
 test  | chromium                     | chromium        | shows the viewer in its tests
+bench | libbenchmark-dev             | package         | times the pieces of an export
+bench | libifcplusplus-dev           | package         | another writer, to compare with
+bench | valgrind                     | valgrind        | counts instructions
 bench | libbenchmark-dev             | package         | Google Benchmark
 bench | valgrind                     | valgrind        | counts instructions
 bench | libifcplusplus-dev           | package         | another writer, to compare with
