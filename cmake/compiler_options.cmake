@@ -44,7 +44,7 @@ endif()
 # has no checked copies.
 if(NOT MSVC AND NOT EXPORTIFC_SANITIZE)
   add_compile_options(-fstack-protector-strong
-    "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+    "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
   add_link_options(-fstack-protector-strong)  # mingw-w64: its run-time library, linked statically
   if(UNIX)
     add_link_options(-Wl,-z,relro -Wl,-z,now)
