@@ -333,11 +333,6 @@ TEST(ExportBars, ABuiltUpSectionGivesTwoElements) {
   }
 }
 
-TEST(ExportBars, HalvesOfASingleChannelFamilyKnowNoFlangeSide) {
-  const Exported file = exported({{.section = "][ 1", .dims = {200, 100, 10, 30}}});
-  EXPECT_EQ(file.lines[0], "#1= IFCCARTESIANPOINT((-65.00000, 0.0));");
-}
-
 TEST(ExportBars, WithoutTheBlankABuiltUpWordIsUnknown) {
   const Exported file = exported({{.section = "IENR200x50"}});
   EXPECT_EQ(file.elements().size(), 1U);

@@ -1,8 +1,10 @@
 #include "model/batch_source.h"
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,7 +22,7 @@ Lines header(const std::string& unit, const std::string& count) {
   return {"7", "8", "title", unit, count};
 }
 
-Lines bar(const std::string& section = "W 200 100") {
+Lines barLines(const std::string& section = "W 200 100") {
   return {"Bar", "1", "2", "3", "4", "5", "6", "0.5", section, "A36", "1", "group"};
 }
 
@@ -40,26 +42,26 @@ std::string text(const Lines& lines, std::string_view ending = "\r\n") {
 class BatchSourceTest : public testing::Test {
  protected:
   BatchSource& open(std::string_view bytes) {
-    test::writeFile(path_, bytes);
-    return source_.emplace(path_);
+    test::writeFile(path, bytes);
+    return source.emplace(path);
   }
   BatchSource& open(const Lines& lines) { return open(text(lines)); }
 
   /// The next bar, in a record whose old values must not survive.
   bool next() {
-    bar_.typeCode = 9.0F;
-    bar_.visible = 0;
-    bar_.angle = 9.0F;
-    bar_.start.fill(9.0F);
-    bar_.end.fill(9.0F);
-    bar_.dims.fill(9.0F);
-    return source_->next(0, bar_);
+    bar.typeCode = 9.0F;
+    bar.visible = 0;
+    bar.angle = 9.0F;
+    bar.start.fill(9.0F);
+    bar.end.fill(9.0F);
+    bar.dims.fill(9.0F);
+    return source->next(0, bar);
   }
 
-  SourceBar bar_;
-  test::TemporaryFolder folder_;
-  std::string path_ = folder_.file("model.txt");
-  std::optional<BatchSource> source_;
+  SourceBar bar;
+  test::TemporaryFolder folder;
+  std::string path = folder.file("model.txt");
+  std::optional<BatchSource> source;
 };
 
 // ---- Header ------------------------------------------------------------------------------------
@@ -91,7 +93,7 @@ TEST_F(BatchSourceTest, BarCountIsReadAsTheRuntimeDoes) {
 }
 
 TEST_F(BatchSourceTest, AMissingFileIsAModelWithoutBars) {
-  BatchSource source(folder_.file("missing.txt"));
+  BatchSource source(folder.file("missing.txt"));
   EXPECT_EQ(millimetresPer(source.unitCode()), 1.0);
   EXPECT_EQ(source.barCount(), 0);
   SourceBar none;
@@ -112,22 +114,22 @@ TEST_F(BatchSourceTest, ABarFromItsTwelveLines) {
     open(text(
         header("m", "2") +
             Lines{"", "1.5", "-2,5", "3e1", "4", "", "abc", "0,25", "I 200 100 5 8", "", "", ""} +
-            bar("L 50"),
+            barLines("L 50"),
         ending));
     ASSERT_TRUE(next());
-    EXPECT_EQ(bar_.start, (std::array<float, 3>{1.5F, -2.5F, 30.0F}));
-    EXPECT_EQ(bar_.end, (std::array<float, 3>{4.0F, 0.0F, 0.0F}));
-    EXPECT_EQ(bar_.angle, 0.25F);
-    EXPECT_EQ(bar_.typeCode, 0.0F);
-    EXPECT_EQ(bar_.visible, 1);
-    ASSERT_NE(bar_.record, nullptr);
-    EXPECT_STREQ(bar_.record->sectionName, "I 200 100 5 8");
-    EXPECT_EQ(bar_.record->quarterTurns, 0);
-    EXPECT_EQ(bar_.dims, (SectionDims{200, 100, 5, 8}));
+    EXPECT_EQ(bar.start, (std::array<float, 3>{1.5F, -2.5F, 30.0F}));
+    EXPECT_EQ(bar.end, (std::array<float, 3>{4.0F, 0.0F, 0.0F}));
+    EXPECT_EQ(bar.angle, 0.25F);
+    EXPECT_EQ(bar.typeCode, 0.0F);
+    EXPECT_EQ(bar.visible, 1);
+    ASSERT_NE(bar.record, nullptr);
+    EXPECT_STREQ(bar.record->sectionName, "I 200 100 5 8");
+    EXPECT_EQ(bar.record->quarterTurns, 0);
+    EXPECT_EQ(bar.dims, (SectionDims{200, 100, 5, 8}));
     ASSERT_TRUE(next());
-    EXPECT_STREQ(bar_.record->sectionName, "L 50");
-    EXPECT_EQ(bar_.start, (std::array<float, 3>{1.0F, 2.0F, 3.0F}));
-    EXPECT_EQ(bar_.end, (std::array<float, 3>{4.0F, 5.0F, 6.0F}));
+    EXPECT_STREQ(bar.record->sectionName, "L 50");
+    EXPECT_EQ(bar.start, (std::array<float, 3>{1.0F, 2.0F, 3.0F}));
+    EXPECT_EQ(bar.end, (std::array<float, 3>{4.0F, 5.0F, 6.0F}));
     EXPECT_FALSE(next());
   }
 }
@@ -135,11 +137,11 @@ TEST_F(BatchSourceTest, ABarFromItsTwelveLines) {
 TEST_F(BatchSourceTest, NumbersOfTheList) {
   // The texts that bad files are known to hold, as coordinates.
   const auto read = [&](const std::string& number) {
-    Lines lines = bar();
+    Lines lines = barLines();
     lines[1] = number;
     open(header("mm", "1") + lines);
     EXPECT_TRUE(next());
-    return bar_.start[0];
+    return bar.start[0];
   };
   EXPECT_EQ(read("1.5"), 1.5F);
   EXPECT_EQ(read("1,5"), 1.5F);
@@ -152,72 +154,72 @@ TEST_F(BatchSourceTest, NumbersOfTheList) {
 }
 
 TEST_F(BatchSourceTest, RecordsOutliveTheSource) {
-  open(header("mm", "2") + bar("W 1") + bar("W 2"));
+  open(header("mm", "2") + barLines("W 1") + barLines("W 2"));
   ASSERT_TRUE(next());
-  const BarRecord* const first = bar_.record;
+  const BarRecord* const first = bar.record;
   ASSERT_TRUE(next());
-  source_.reset();
+  source.reset();
   EXPECT_STREQ(first->sectionName, "W 1");
-  EXPECT_STREQ(bar_.record->sectionName, "W 2");
+  EXPECT_STREQ(bar.record->sectionName, "W 2");
 }
 
 TEST_F(BatchSourceTest, RecordsAreZeroButForTheName) {
-  open(header("mm", "1") + bar("W 1"));
+  open(header("mm", "1") + barLines("W 1"));
   ASSERT_TRUE(next());
   BarRecord expected{};
   expected.sectionName[0] = 'W';
   expected.sectionName[1] = ' ';
   expected.sectionName[2] = '1';
-  EXPECT_EQ(std::memcmp(bar_.record, &expected, sizeof(expected)), 0);
+  EXPECT_EQ(std::memcmp(bar.record, &expected, sizeof(expected)), 0);
 }
 
 TEST_F(BatchSourceTest, SectionTextsAtTheFieldsLimit) {
   const auto sectionOf = [](std::size_t length) {
     return std::string("W ").append(std::string(length - 2, '7'));
   };
-  open(header("mm", "5") + bar(sectionOf(47)) + bar(sectionOf(48)) + bar(sectionOf(500)) +
-       bar("W 9"));
+  open(header("mm", "5") + barLines(sectionOf(47)) + barLines(sectionOf(48)) +
+       barLines(sectionOf(500)) + barLines("W 9"));
   ASSERT_TRUE(next());
-  ASSERT_NE(bar_.record, nullptr);
-  EXPECT_EQ(bar_.record->sectionName, sectionOf(47));
+  ASSERT_NE(bar.record, nullptr);
+  EXPECT_EQ(bar.record->sectionName, sectionOf(47));
   ASSERT_TRUE(next());
-  EXPECT_EQ(bar_.record, nullptr) << "48 bytes leave no room for the terminator";
+  EXPECT_EQ(bar.record, nullptr) << "48 bytes leave no room for the terminator";
   ASSERT_TRUE(next());
-  EXPECT_EQ(bar_.record, nullptr);
+  EXPECT_EQ(bar.record, nullptr);
   ASSERT_TRUE(next()) << "the lines of the bars before were consumed";
-  ASSERT_NE(bar_.record, nullptr);
-  EXPECT_STREQ(bar_.record->sectionName, "W 9");
+  ASSERT_NE(bar.record, nullptr);
+  EXPECT_STREQ(bar.record->sectionName, "W 9");
 }
 
 TEST_F(BatchSourceTest, ASectionTextEndsAtItsFirstNul) {
   const std::string hidden = std::string("W 1\0", 4) + std::string(500, 'x');
-  open(header("mm", "1") + bar(hidden));
+  open(header("mm", "1") + barLines(hidden));
   ASSERT_TRUE(next());
-  ASSERT_NE(bar_.record, nullptr);
-  EXPECT_STREQ(bar_.record->sectionName, "W 1");
+  ASSERT_NE(bar.record, nullptr);
+  EXPECT_STREQ(bar.record->sectionName, "W 1");
 }
 
 TEST_F(BatchSourceTest, Byte1AEndsTheModel) {
-  open(text(header("mm", "2") + bar("W 1")) + "\x1A" + text(bar("W 2")));
+  open(text(header("mm", "2") + barLines("W 1")) + "\x1A" + text(barLines("W 2")));
   ASSERT_TRUE(next());
   EXPECT_FALSE(next());
 }
 
 TEST_F(BatchSourceTest, ABarIsThereOnceItsFirstLineIs) {
   // Cut after any line of the bar: what is missing reads as nothing.
-  const Lines whole = bar("W 1");
+  const Lines whole = barLines("W 1");
   for (std::size_t count = 1; count <= whole.size(); ++count) {
     const Lines cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(count));
     open(header("mm", "9") + cut);
     ASSERT_TRUE(next());
     for (std::size_t i = 0; i < 3; ++i) {
-      EXPECT_EQ(bar_.start[i], count > 1 + i ? static_cast<float>(1 + i) : 0.0F) << count;
-      EXPECT_EQ(bar_.end[i], count > 4 + i ? static_cast<float>(4 + i) : 0.0F) << count;
+      EXPECT_EQ(bar.start[i], count > 1 + i ? static_cast<float>(1 + i) : 0.0F) << count;
+      EXPECT_EQ(bar.end[i], count > 4 + i ? static_cast<float>(4 + i) : 0.0F) << count;
     }
-    EXPECT_EQ(bar_.angle, count > 7 ? 0.5F : 0.0F) << count;
-    ASSERT_NE(bar_.record, nullptr);
-    EXPECT_STREQ(bar_.record->sectionName, count > 8 ? "W 1" : "") << count;
-    EXPECT_EQ(bar_.visible, 1);
+    EXPECT_EQ(bar.angle, count > 7 ? 0.5F : 0.0F) << count;
+    ASSERT_NE(bar.record, nullptr);
+    EXPECT_STREQ(bar.record->sectionName, count > 8 ? "W 1" : "") << count;
+    EXPECT_EQ(bar.visible, 1);
     EXPECT_FALSE(next()) << count;
   }
 }
@@ -231,6 +233,28 @@ TEST_F(BatchSourceTest, AFileCutInItsHeaderHasNoBars) {
     EXPECT_EQ(source.unitCode(), count >= 4 ? 0 : -1) << count;
     EXPECT_FALSE(next()) << count;
   }
+}
+
+TEST(BatchReader, ReadsTextFromAStream) {
+  std::istringstream bytes(text(header("cm", "1") + barLines("W 1")));
+  BatchReader reader(bytes);
+  EXPECT_TRUE(reader.isOpen());
+  EXPECT_EQ(reader.title(), "title");
+  EXPECT_EQ(reader.unitCode(), 1);
+  EXPECT_EQ(reader.barCount(), 1);
+  BatchBar bar;
+  ASSERT_TRUE(reader.next(bar));
+  EXPECT_EQ(bar.start, (std::array<float, 3>{1, 2, 3}));
+  EXPECT_EQ(bar.end, (std::array<float, 3>{4, 5, 6}));
+  EXPECT_EQ(bar.angle, 0.5F);
+  EXPECT_EQ(bar.sectionText, "W 1");
+  EXPECT_FALSE(reader.next(bar));
+  EXPECT_EQ(bar.sectionText, "W 1") << "left alone at the end";
+}
+
+TEST(BatchReader, AMissingFileIsNotOpen) {
+  const test::TemporaryFolder folder;
+  EXPECT_FALSE(BatchReader(folder.file("missing.txt")).isOpen());
 }
 
 // ---- Dimensions in the section text ------------------------------------------------------------

@@ -258,13 +258,13 @@ INSTANTIATE_TEST_SUITE_P(Models, AnyFile, testing::Values(11U, 12U, 13U));
 class BrokenFileTest : public testing::Test {
  protected:
   Lines exported(std::string_view bytes) {
-    test::writeFile(path_, bytes);
-    user_.said.clear();
+    test::writeFile(path, bytes);
+    user.said.clear();
     const std::string file =
-        test::exportedFile([&] { return std::make_unique<BatchSource>(path_); }, user_);
+        test::exportedFile([&] { return std::make_unique<BatchSource>(path); }, user);
     EXPECT_TRUE(file.starts_with("ISO-10303-21;\r\n"));
     EXPECT_TRUE(file.ends_with("\r\n\r\nENDSEC;\r\nEND-ISO-10303-21;\r\n"));
-    EXPECT_EQ(test::readFile(path_), bytes) << "the reader wrote to the model";
+    EXPECT_EQ(test::readFile(path), bytes) << "the reader wrote to the model";
     return test::linesOf(file);
   }
 
@@ -272,9 +272,9 @@ class BrokenFileTest : public testing::Test {
     return test::linesWith(exported(bytes), "= IFCEXTRUDEDAREASOLID(").size();
   }
 
-  test::TemporaryFolder folder_;
-  std::string path_ = folder_.file("model.txt");
-  test::ScriptedUser user_;
+  test::TemporaryFolder folder;
+  std::string path = folder.file("model.txt");
+  test::ScriptedUser user;
 };
 
 std::string batchText(const Lines& lines, std::string_view ending) {
@@ -306,7 +306,7 @@ TEST_F(BrokenFileTest, EveryPrefixOfAFile) {
       const std::size_t bars = begun <= 5 ? 0 : begun <= 17 ? 1 : 2;
       ASSERT_EQ(elementsIn(prefix), bars) << size;
     }
-    EXPECT_TRUE(user_.said.empty()) << "the whole file is good";
+    EXPECT_TRUE(user.said.empty()) << "the whole file is good";
   }
 }
 
@@ -318,7 +318,7 @@ TEST_F(BrokenFileTest, CutAfterAnyLine) {
       ASSERT_EQ(elementsIn(batchText(cut, ending)), bars) << count;
       // A bar cut before its section text has an unknown section.
       const bool noSection = (count > 5 && count < 14) || (count > 17 && count < 26);
-      ASSERT_EQ(user_.said.size(), noSection ? 2U : 0U) << count;
+      ASSERT_EQ(user.said.size(), noSection ? 2U : 0U) << count;
     }
   }
 }
@@ -347,7 +347,7 @@ TEST_F(BrokenFileTest, SectionTextsThatDoNotFit) {
     const Lines file = exported(batchText(lines, "\r\n"));
     EXPECT_EQ(test::linesWith(file, "perfil: RED 5").size(), 1U) << "the next bar is in step";
     EXPECT_EQ(test::linesWith(file, "= IFCEXTRUDEDAREASOLID(").size(), length < 48 ? 2U : 1U);
-    return user_.said;
+    return user.said;
   };
   EXPECT_TRUE(saidAbout(47).empty());
   const std::vector<test::Said> problem = {

@@ -177,12 +177,15 @@ TEST(WriteParametricProfile, DimensionsAreNotChecked) {
 }
 
 TEST(WriteParametricProfile, OffsetsAreComputedInOrder) {
-  // a4 - 2 a2 is rounded, then a2 is added: 0.5 (a4 - a2) would give ...495.50000.
+  // The distance less a2 twice is rounded, then a2 is added: 0.5 (distance - a2) would give
+  // ...495.50000.
   const double large = 0x1p53;
-  EXPECT_EQ(written(Parametric::U4, {0, 1, 1.4, 1, large})[0],
-            "#1= IFCCARTESIANPOINT((4503599627370495.00000, 0.0));");
-  EXPECT_EQ(written(Parametric::U8, {0, 1, 1.4, 1, 1, large})[0],
-            "#1= IFCCARTESIANPOINT((4503599627370495.00000, 0.0));");
+  const std::string left = "#1= IFCCARTESIANPOINT((-4503599627370495.00000, 0.0));";
+  const std::string right = "#1= IFCCARTESIANPOINT((4503599627370495.00000, 0.0));";
+  EXPECT_EQ(written(Parametric::U3, {0, 1, 1.4, 1, large})[0], left);
+  EXPECT_EQ(written(Parametric::U4, {0, 1, 1.4, 1, large})[0], right);
+  EXPECT_EQ(written(Parametric::U7, {0, 1, 1.4, 1, 1, large})[0], left);
+  EXPECT_EQ(written(Parametric::U8, {0, 1, 1.4, 1, 1, large})[0], right);
 }
 
 TEST(WriteParametricProfile, NumbersGoOn) {

@@ -1,10 +1,16 @@
 #include "platform/platform.h"
 
+#include <array>
 #include <clocale>
 #include <filesystem>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#if !defined(_WIN32)
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 #include "runtime_locale.h"
 #include "support.h"
@@ -85,6 +91,29 @@ TEST(Platform, APathThatGrowsWhenNarrowed) {
 }
 
 #else
+
+TEST(Platform, AForkedProcessHasGuidsOfItsOwn) {
+  // Random bytes are fetched ahead; a child must not use those of its parent again.
+  (void)platform::newGuid();
+  std::array<int, 2> ends{};
+  ASSERT_EQ(::pipe(ends.data()), 0);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    const platform::Guid guid = platform::newGuid();
+    const bool sent = ::write(ends[1], &guid, sizeof(guid)) == sizeof(guid);
+    ::_exit(sent ? 0 : 1);
+  }
+  ASSERT_GT(child, 0);
+  platform::Guid other;
+  EXPECT_EQ(::read(ends[0], &other, sizeof(other)), static_cast<ssize_t>(sizeof(other)));
+  int status = -1;
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+  ::close(ends[0]);
+  ::close(ends[1]);
+  EXPECT_NE(other, platform::Guid{});
+  EXPECT_NE(other, platform::newGuid());
+}
 
 TEST(Platform, PathsAreBytes) {
   std::string every;

@@ -372,9 +372,29 @@ TEST(WriteProfile, EveryOutlineFamily) {
   }
 }
 
-TEST(WriteProfile, EveryFamilyOnce) {
-  // 79 rows, of which the second "CS" is never reached.
+TEST(FamilyTable, StandsInItsOrder) {
+  const std::vector<std::wstring_view> expected = {
+      L"ILAM",   L"CS",     L"][_1",   L"][_2",    L"[",      L"[]_1",   L"[]_2",   L"UENR",
+      L"UUE_1",  L"UUE_2",  L"IENR_1", L"IENR_2",  L"CA_1",   L"CA_2",   L"BOX",    L"L",
+      L"LLM",    L"LLM_EN", L"LFF",    L"LLAM_EN", L"2L_1",   L"2L_2",   L"LL_1",   L"LL_2",
+      L"><_1",   L"><_2",   L"<>_1",   L"<>_2",    L"LX_1",   L"LX_2",   L"LZ_1",   L"LZ_2",
+      L"CART",   L"ICAR_1", L"ICAR_2", L"TUBO",    L"Z",      L"ZS",     L"ZI",     L"ZSI",
+      L"LLAM",   L"2LLM_1", L"2LLM_2", L"LLLM_1",  L"LLLM_2", L"VVLM_1", L"VVLM_2", L"LVLM_1",
+      L"LVLM_2", L"LXLM_1", L"LXLM_2", L"LZLM_1",  L"LZLM_2", L"ULAM",   L"UAP",    L"UULM_1",
+      L"UULM_2", L"2ULM_1", L"2ULM_2", L"TEE",     L"RED",    L"FRED",   L"W",      L"HP",
+      L"PS",     L"CS",     L"VS",     L"VSE",     L"CSE",    L"CVS",    L"TW",     L"TS",
+      L"WT",     L"PC",     L"HE",     L"IPE",     L"PSA",    L"EC",     L"RET"};
+  ASSERT_EQ(expected.size(), 79U);
+  std::vector<std::wstring_view> families;
+  for (const FamilyRow& row : familyTable()) {
+    families.push_back(row.family);
+  }
+  EXPECT_EQ(families, expected);
+  // The second "CS" is never reached; the tests above know every other row.
+  EXPECT_EQ(findFamily(L"CS"), &familyTable()[1]);
   EXPECT_EQ(parametricRows().size() + outlineRows().size(), 78U);
+  EXPECT_EQ(findFamily(L"XPTO"), nullptr);
+  EXPECT_EQ(findFamily(L""), nullptr);
 }
 
 TEST(WriteProfile, TheFlangeSideReachesOnlyTheSingleChannels) {

@@ -84,7 +84,7 @@ std::wstring units(const char* bytes) {
 void printText(const std::wstring& text, std::ostream& stream) {
   stream << '"';
   for (const wchar_t unit : text) {
-    const auto value = static_cast<std::uint32_t>(unit);
+    const auto value = std::char_traits<wchar_t>::to_int_type(unit);
     if (value >= 0x20 && value < 0x7F) {
       stream << static_cast<char>(value);
     } else {

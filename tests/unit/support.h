@@ -85,6 +85,8 @@ class MemorySink final : public ByteSink {
 
   explicit MemorySink(Received& received, std::size_t room = endless)
       : received_(received), room_(room) {}
+  MemorySink(const MemorySink&) = delete;
+  MemorySink& operator=(const MemorySink&) = delete;
   ~MemorySink() override { received_.closed = true; }
 
   bool write(const char* bytes, std::size_t size) override;
