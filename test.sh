@@ -22,12 +22,21 @@ unit-clang     | full  | clang         | scripts/run_gtest.sh build/clang/tests/
 unit-windows   | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/unit/unit_tests.exe
 module-linux   | quick | linux         | scripts/run_gtest.sh build/linux/tests/module/module_tests
 module-windows | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/module/module_tests.exe
+careless-asan  | quick | asan          | scripts/run_gtest.sh build/asan/tests/reliability/reliability_tests
+careless-linux | quick | linux         | scripts/run_gtest.sh build/linux/tests/reliability/reliability_tests
+careless-windows | quick | windows wine | scripts/run_gtest.sh build/windows/tests/reliability/reliability_tests.exe
+faults-module  | full  | linux         | tests/reliability/module_faults.py build/linux
+faults-windows | full  | windows wine  | tests/reliability/module_faults.py build/windows
+faults-program | full  | linux         | tests/reliability/program_faults.py
+other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
 cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc
 readers        | full  | linux         | tests/readers/run.sh
 viewer         | full  | page linux    | viewer/test.sh build/linux
 writes         | quick | linux         | bench/write_count.sh build/linux
+coverage       | full  |               | scripts/coverage.sh
+samples        | quick |               | scripts/checks/samples.sh
 fuzz           | full  |               | fuzz/short.sh
 binary         | quick | windows linux | scripts/checks/binary.sh
 reproducible   | full  | windows       | scripts/checks/reproducible.sh
