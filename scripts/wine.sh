@@ -13,6 +13,7 @@
 #   TIMEOUT      limit in seconds for PROGRAM, 600 if unset
 #   WINE_HOME    folder of prefix, locks and logs, build/wine of this checkout if unset
 #   WINE_DISPLAY a display to use instead of the invisible one, to watch the boxes: WINE_DISPLAY=:0
+# shellcheck disable=SC2317  # it takes the functions that the trap reaches for unreachable
 set -uo pipefail
 
 usage() { sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"; }
@@ -78,17 +79,24 @@ set_in_registry() {
     8>&- 9>&- </dev/null >>"$home/prefix.log" 2>&1 || die "cannot set up the Wine prefix"
 }
 
+registry() {  # KEY NAME TEXT
+  timeout -k 5 60 "$wine" reg add "$1" /v "$2" /d "$3" /f 8>&- 9>&- </dev/null \
+    >>"$home/prefix.log" 2>&1 || die "cannot set up the Wine prefix"
+}
+
 create_prefix() {
-  local stamp=$home/prefix.ready
+  local stamp=$home/prefix.ready.2  # with a new number the prefix is made anew
   [[ -e $stamp ]] && return
+  # Not under the feet of programs that run with an older one.
+  [[ -d $WINEPREFIX ]] && ! flock -n -x 9 && return
   rm -rf "$WINEPREFIX"
   timeout -k 5 120 "$wine" wineboot -i 8>&- 9>&- </dev/null >"$home/prefix.log" 2>&1 \
     || die "cannot create the Wine prefix: $(tail -n 3 "$home/prefix.log")"
   # A crashing program ends at once with the low byte of the exception code. Wine's own debugger
   # would wait in a dialog, and end the program with code 0.
-  set_in_registry 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' Debugger none
-  # No window manager runs on the invisible screen: Wine would wait 2 s for it at each closed dialog.
-  set_in_registry 'HKCU\Software\Wine\X11 Driver' Managed N
+  registry 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\AeDebug' Debugger none
+  # The screen has no window manager: Wine would wait 2 s for its answer each time a box closes.
+  registry 'HKCU\Software\Wine\X11 Driver' Managed N
   timeout -k 5 60 "$wineserver" -w 8>&- 9>&-  # until the registry is on disk
   # The user's folders become folders of the prefix, not links into the home folder.
   local link
@@ -107,7 +115,6 @@ join() {
   flock -u 8
 }
 
-# shellcheck disable=SC2317  # the trap below calls it
 leave() {
   lock_start
   flock -u 9
