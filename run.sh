@@ -17,7 +17,7 @@ set -euo pipefail
 die() { echo "run.sh: $2" >&2; exit "$1"; }
 
 case "${1-}" in
-  -h | --help) sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"; exit 0 ;;
+  -h | --help) sed -n '2,/^set/s/^# \{0,1\}//p' "$0"; exit 0 ;;
   -*) die 2 "unknown option '$1' (see ./run.sh --help)" ;;
 esac
 (($# <= 2)) || die 2 "at most two arguments: MODEL.txt OUT.ifc (see ./run.sh --help)"

@@ -49,7 +49,7 @@ clang-tidy     | full  | clang         | scripts/checks/clang_tidy.sh
 stage_limit=1200  # seconds
 shown_lines=80    # of the log of a failing stage
 
-usage() { sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"; }
+usage() { sed -n '2,/^set/s/^# \{0,1\}//p' "$0"; }
 
 now() { echo "${EPOCHREALTIME/[.,]/}"; }  # microseconds
 

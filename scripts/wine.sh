@@ -13,10 +13,11 @@
 #   TIMEOUT      limit in seconds for PROGRAM, 600 if unset
 #   WINE_HOME    folder of prefix, locks and logs, build/wine of this checkout if unset
 #   WINE_DISPLAY a display to use instead of the invisible one, to watch the boxes: WINE_DISPLAY=:0
+
 # shellcheck disable=SC2317  # it takes the functions that the trap reaches for unreachable
 set -uo pipefail
 
-usage() { sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"; }
+usage() { sed -n '2,/^$/s/^# \{0,1\}//p' "$0"; }
 die() { echo "wine.sh: $*" >&2; exit 125; }
 
 session=
