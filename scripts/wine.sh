@@ -75,11 +75,6 @@ start_screen() {
   DISPLAY=:$(cat "$home/display")
 }
 
-set_in_registry() {
-  timeout -k 5 60 "$wine" reg add "$1" /v "$2" /d "$3" /f \
-    8>&- 9>&- </dev/null >>"$home/prefix.log" 2>&1 || die "cannot set up the Wine prefix"
-}
-
 registry() {  # KEY NAME TEXT
   timeout -k 5 60 "$wine" reg add "$1" /v "$2" /d "$3" /f 8>&- 9>&- </dev/null \
     >>"$home/prefix.log" 2>&1 || die "cannot set up the Wine prefix"
