@@ -72,7 +72,8 @@ AllocationLimit::AllocationLimit(const LoadedModule& module, std::size_t largest
 
 // The module uses the operators of the program that loads it, as every shared library does.
 
-// NOLINTBEGIN(misc-new-delete-overloads)
+// These are the operators that manage memory by hand.
+// NOLINTBEGIN(misc-new-delete-overloads, cppcoreguidelines-no-malloc)
 void* operator new(std::size_t size) {
   void* const memory = size > largestAllocation ? nullptr : std::malloc(size);
   if (memory == nullptr) {
@@ -85,7 +86,7 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 void operator delete[](void* memory) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
 void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-// NOLINTEND(misc-new-delete-overloads)
+// NOLINTEND(misc-new-delete-overloads, cppcoreguidelines-no-malloc)
 
 namespace exportifc::module_tests {
 

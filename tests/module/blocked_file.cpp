@@ -1,6 +1,7 @@
 #include "tests/module/blocked_file.h"
 
 #include <stdexcept>
+#include <utility>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -12,12 +13,13 @@ namespace fs = std::filesystem;
 
 #ifdef _WIN32
 
-BlockedFile::BlockedFile(const fs::path& path, Block block)
-    : path_(path),
-      holder_(CreateFileW(path.c_str(), GENERIC_READ, block == Block::writing ? FILE_SHARE_READ : 0,
-                          nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr)) {
+BlockedFile::BlockedFile(fs::path path, Block block)
+    : path_(std::move(path)),
+      holder_(CreateFileW(path_.c_str(), GENERIC_READ,
+                          block == Block::writing ? FILE_SHARE_READ : 0, nullptr, OPEN_ALWAYS,
+                          FILE_ATTRIBUTE_NORMAL, nullptr)) {
   if (holder_ == INVALID_HANDLE_VALUE) {
-    throw std::runtime_error("cannot hold " + path.string());
+    throw std::runtime_error("cannot hold " + path_.string());
   }
 }
 
@@ -29,7 +31,7 @@ BlockedFile::~BlockedFile() {
 
 #else
 
-BlockedFile::BlockedFile(const fs::path& path, Block block) : path_(path) {
+BlockedFile::BlockedFile(fs::path path, Block block) : path_(std::move(path)) {
   fs::remove(path_);
   // Nobody may write to a program that runs.
   fs::create_symlink(block == Block::writing ? fs::read_symlink("/proc/self/exe")

@@ -13,7 +13,7 @@ class BlockedFile {
  public:
   enum class Block { writing, everything };
 
-  BlockedFile(const std::filesystem::path& path, Block block);
+  BlockedFile(std::filesystem::path path, Block block);
   BlockedFile(const BlockedFile&) = delete;
   BlockedFile& operator=(const BlockedFile&) = delete;
   ~BlockedFile();

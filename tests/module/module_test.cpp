@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <clocale>
+#include <random>
 #include <sstream>
 
 namespace exportifc::module_tests {
@@ -15,9 +16,7 @@ std::string utf8(const fs::path& path) {
   return {text.begin(), text.end()};
 }
 
-fs::path fromUtf8(const std::string& name) {
-  return fs::path(std::u8string(name.begin(), name.end()));
-}
+fs::path fromUtf8(const std::string& name) { return {std::u8string(name.begin(), name.end())}; }
 
 }  // namespace
 
@@ -37,8 +36,9 @@ fs::path& modulePath() {
 void ModuleTest::SetUp() {
   const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
   std::ostringstream name;
-  // An object's address tells test processes apart that run side by side.
-  name << "exportifc-" << test->test_suite_name() << "-" << test->name() << "-" << this;
+  // The number tells test processes apart that run side by side, or that left a folder behind.
+  name << "exportifc-" << test->test_suite_name() << "-" << test->name() << "-"
+       << std::random_device()();
   folder_ = fs::temp_directory_path() / name.str();
   fs::create_directories(folder_);
   std::setlocale(LC_ALL, "C");

@@ -1,5 +1,6 @@
 // A person at a terminal: standard input is a pseudo terminal, standard error a pipe that this
 // person reads, byte by byte as the script says, before typing.
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -247,11 +248,10 @@ void attend(const std::vector<Dialog>& script, const std::function<void()>& acti
 }
 
 int runProgram(const std::vector<std::string>& command, Answers /*answers*/) {
-  std::vector<char*> arguments;
-  for (const std::string& argument : command) {
-    arguments.push_back(const_cast<char*>(argument.c_str()));
-  }
-  arguments.push_back(nullptr);
+  std::vector<std::string> words = command;
+  std::vector<char*> arguments(words.size() + 1);  // the last stays null
+  std::transform(words.begin(), words.end(), arguments.begin(),
+                 [](std::string& word) { return word.data(); });
   const pid_t child = checked(::fork(), "fork");
   if (child == 0) {
     ::execv(arguments[0], arguments.data());

@@ -99,6 +99,9 @@ std::string looksOf(HWND dialog) {
       return;
     }
     looks += "; " + classOf(child) + " " + std::to_string(id);
+    if (classOf(child) == "Static" && ask(child, STM_GETICON) != 0) {
+      looks += " with an icon";
+    }
     if (classOf(child) == "Button") {
       const auto style = static_cast<unsigned>(GetWindowLongW(child, GWL_STYLE));
       looks += " " + quoted(textOf(child)) + " style " + std::to_string(style & BS_TYPEMASK);
