@@ -52,7 +52,7 @@ struct NumberPattern {
 /// Where the next character goes. `cut` marks the first character that the file cannot hold
 /// (above U+00FF): the output ends there.
 struct LineCursor {
-  char* at;
+  char* at = nullptr;
   char* cut = nullptr;
 };
 

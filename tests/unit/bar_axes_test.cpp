@@ -125,7 +125,7 @@ TEST(BarAxes, AreOrthonormalAndAlongTheBar) {
     const double dx = difference();
     const double dy = difference();
     const double dz = difference();
-    const double angle = double{random.number(-10, 10)};
+    const double angle = random.number(-10, 10);
     const Matrix3 m = axes(angle, dx, dy, dz);
     for (std::size_t i = 0; i < 3; ++i) {
       for (std::size_t j = i; j < 3; ++j) {

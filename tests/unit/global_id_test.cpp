@@ -24,9 +24,9 @@ Guid expandGuid(std::string_view text) {
   for (const char digit : text) {
     // bytes = bytes * 64 + digit
     auto carry = static_cast<unsigned>(alphabet.find(digit));
-    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
-      carry += *byte * 64U;
-      *byte = static_cast<std::uint8_t>(carry & 0xFFU);
+    for (std::size_t i = bytes.size(); i-- > 0;) {
+      carry += bytes[i] * 64U;
+      bytes[i] = static_cast<std::uint8_t>(carry & 0xFFU);
       carry >>= 8;
     }
   }

@@ -1,5 +1,7 @@
 #pragma once
 
+// NOLINTBEGIN(modernize-*): a header for C.
+
 #include <exportifc/plugin.h>
 #include <stddef.h>
 
@@ -33,3 +35,5 @@ PlugInModule* callFromC(GetPlugInModuleFunction getModule);
 #ifdef __cplusplus
 }
 #endif
+
+// NOLINTEND(modernize-*)

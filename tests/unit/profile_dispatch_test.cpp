@@ -357,17 +357,18 @@ TEST(WriteProfile, EveryOutlineFamily) {
   ASSERT_EQ(outlineRows().size(), 9U);
   for (const OutlineRow& row : outlineRows()) {
     Lines expected;
+    const auto expect = [&](const std::string& body) {
+      std::string reference = "#" + std::to_string(expected.size() + 1);
+      expected.emplace_back(reference).append("= ").append(body).append(";");
+      return reference;
+    };
     std::string references;
-    int number = 0;
     for (const char* const point : row.points) {
-      const std::string reference = "#" + std::to_string(++number);
-      expected.push_back(reference + "= IFCCARTESIANPOINT(" + point + ");");
-      references.append(references.empty() ? "" : ", ").append(reference);
+      references.append(references.empty() ? "" : ", ");
+      references.append(expect(std::string("IFCCARTESIANPOINT(").append(point).append(")")));
     }
-    const std::string polyline = "#" + std::to_string(++number);
-    expected.push_back(polyline + "= IFCPOLYLINE((" + references + "));");
-    expected.push_back("#" + std::to_string(++number) + "= IFCARBITRARYCLOSEDPROFILEDEF(.AREA., '" +
-                       narrow(row.name) + "', " + polyline + ");");
+    const std::string polyline = expect("IFCPOLYLINE((" + references + "))");
+    expect("IFCARBITRARYCLOSEDPROFILEDEF(.AREA., '" + narrow(row.name) + "', " + polyline + ")");
     EXPECT_EQ(written(row.name, row.flangeSide), expected);
   }
 }

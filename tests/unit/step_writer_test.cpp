@@ -102,6 +102,8 @@ TEST(StepWriter, NumbersGoOnAfterTheFileHasFailed) {
 TEST(StepWriter, ClosesTheFileAfterItsEntitiesAreGone) {
   struct Watched final : IfcEntity {
     explicit Watched(test::Received& file) : received(file) {}
+    Watched(const Watched&) = delete;
+    Watched& operator=(const Watched&) = delete;
     ~Watched() override { EXPECT_FALSE(received.closed); }
     test::Received& received;
   };
