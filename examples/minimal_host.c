@@ -2,7 +2,7 @@
  *
  *   minimal_host MODULE     exports interactively: the module asks for the file
  */
-#define _GNU_SOURCE /* MAP_32BIT, MAP_ANONYMOUS */
+#define _GNU_SOURCE /* MAP_32BIT, MAP_ANONYMOUS; NOLINT(bugprone-reserved-identifier) */
 #include <stdio.h>
 #include <string.h>
 
@@ -78,25 +78,21 @@ static int32_t answer(uint64_t hostHandle, int32_t index, int32_t code, void* ou
 
 int main(int argc, char** argv) {
   void* library = argc == 2 ? load(argv[1]) : NULL;
-  GetPlugInModuleFunction getModule;
-  PlugInModule* module;
-  int i;
-
   if (library == NULL) {
     fprintf(stderr, "usage: minimal_host MODULE (exportIFC.dll or ./libexportIFC.so)\n");
     return 2;
   }
-  getModule = (GetPlugInModuleFunction)find(library, "GetPlugInModule");
+  GetPlugInModuleFunction getModule = (GetPlugInModuleFunction)find(library, "GetPlugInModule");
   records = allocateLow(barCount * sizeof(BarRecord)); /* zero-filled by the system */
   if (getModule == NULL || records == NULL) {
     fprintf(stderr, "minimal_host: %s\n", records == NULL ? "no memory" : "not such a module");
     return 2;
   }
-  for (i = 0; i < barCount; ++i) {
-    strcpy(records[i].sectionName, bars[i].section);
+  for (int i = 0; i < barCount; ++i) {
+    snprintf(records[i].sectionName, sizeof records[i].sectionName, "%s", bars[i].section);
   }
 
-  module = getModule();
+  PlugInModule* module = getModule();
   module->hostQuery = answer;
   if (module->execute() != 1) {
     printf("%s: no file was chosen\n", module->caption);

@@ -92,46 +92,55 @@ double scaledByLibrary(std::string_view digits, std::int64_t power, std::int64_t
   return value;
 }
 
+/// The digits of a number, with one comma among them.
+struct Digits {
+  std::int64_t integer = 0;     // the first `exactDigits` of them, without the comma
+  std::size_t significant = 0;  // how many, without leading zeros
+  std::int64_t power = 0;       // of ten, for the digits behind the comma
+  bool any = false;
+};
+
+Digits takeDigits(Cursor& cursor, bool pointIsComma) {
+  Digits digits;
+  bool afterComma = false;
+  for (;; cursor.advance()) {
+    const char c = cursor.peek();
+    if (isDigit(c)) {
+      if (digits.significant < exactDigits) {
+        digits.integer = digits.integer * 10 + (c - '0');
+      }
+      digits.significant += digits.integer != 0 ? 1 : 0;
+      digits.power -= afterComma ? 1 : 0;
+      digits.any = true;
+    } else if (!afterComma && (c == ',' || (pointIsComma && c == '.'))) {
+      afterComma = true;
+    } else {
+      return digits;
+    }
+  }
+}
+
 double parseDecimal(std::string_view text, bool pointIsComma) {
   Cursor cursor(text);
   cursor.skipBlanks();
   const bool minus = cursor.takeMinus();
   const std::size_t start = cursor.position();
-  // The digits as one integer, and the power of ten it is to be scaled with.
-  std::int64_t integer = 0;
-  std::size_t significant = 0;
-  std::int64_t power = 0;
-  bool anyDigit = false;
-  bool afterComma = false;
-  for (;; cursor.advance()) {
-    const char c = cursor.peek();
-    if (isDigit(c)) {
-      if (significant < exactDigits) {
-        integer = integer * 10 + (c - '0');
-      }
-      significant += integer != 0 ? 1 : 0;
-      power -= afterComma ? 1 : 0;
-      anyDigit = true;
-    } else if (!afterComma && (c == ',' || (pointIsComma && c == '.'))) {
-      afterComma = true;
-    } else {
-      break;
-    }
-  }
-  if (!anyDigit) {
+  const Digits digits = takeDigits(cursor, pointIsComma);
+  if (!digits.any) {
     return 0.0;
   }
-  const std::string_view digits = text.substr(start, cursor.position() - start);
-  power += takeExponent(cursor);
-  double value = 0.0;
+  const std::string_view digitText = text.substr(start, cursor.position() - start);
+  const std::int64_t power = digits.power + takeExponent(cursor);
   const auto shift = static_cast<std::uint64_t>(power < 0 ? -power : power);
-  if (significant == 0) {
+  double value = 0.0;
+  if (digits.significant == 0) {
     // zero, whatever the exponent
-  } else if (significant <= exactDigits && shift < exactPowers.size()) {
-    value = static_cast<double>(integer);
+  } else if (digits.significant <= exactDigits && shift < exactPowers.size()) {
+    value = static_cast<double>(digits.integer);
     value = power < 0 ? value / exactPowers[shift] : value * exactPowers[shift];
   } else {
-    value = scaledByLibrary(digits, power, static_cast<std::int64_t>(significant) + power);
+    const auto magnitude = static_cast<std::int64_t>(digits.significant) + power;
+    value = scaledByLibrary(digitText, power, magnitude);
   }
   return minus ? -value : value;
 }

@@ -1,5 +1,7 @@
 #include "step/line_pieces.h"
 
+#include <type_traits>
+
 namespace exportifc {
 
 void put(LineCursor& line, RefList list) {
@@ -17,7 +19,7 @@ void put(LineCursor& line, RefList list) {
 void put(LineCursor& line, std::wstring_view text) {
   char* at = line.at;  // a copy: the compiler must think that a character could change the cursor
   for (const wchar_t unit : text) {
-    const auto code = static_cast<std::uint32_t>(unit);
+    const auto code = std::uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(unit)};
     if (code - 0x20U > 0xFFU - 0x20U) {  // a control character, or above U+00FF
       if (code > 0xFFU) {
         if (line.cut == nullptr) {
