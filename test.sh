@@ -47,7 +47,7 @@ cppcheck       | full  | clang         | scripts/checks/cppcheck.sh
 clang-tidy     | full  | clang         | scripts/checks/clang_tidy.sh
 '
 stage_limit=1200  # seconds
-shown_lines=80    # of the log of a failing stage
+shown_lines=80    # the last ones of the log of a failing stage
 
 usage() { sed -n '2,/^set/s/^# \{0,1\}//p' "$0"; }
 
@@ -59,7 +59,7 @@ quick='' chosen=()
 for argument in "$@"; do
   case $argument in
     -h | --help) usage; exit 0 ;;
-    --list) rows | awk -F'|' '{ printf "%-15s %-6s %-24s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
+    --list) rows | awk -F'|' '{ printf "%-16s %-6s %-24s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
     --quick) quick=1 ;;
     -*) echo "test.sh: unknown option '$argument'" >&2; exit 2 ;;
     *)
@@ -81,8 +81,10 @@ report() {
   printf '%-16s %5d.%d s   %d passed, %d failed\n' \
     "$name" $((micros / 1000000)) $((micros / 100000 % 10)) "$passed" "$failed"
   if ((failed)); then
-    echo "---- $log, last $shown_lines lines"
-    tail -n "$shown_lines" "$log" | sed 's/^/  | /'
+    echo "---- from $log"
+    # The messages of a compiler fill pages: of a build, the errors alone.
+    { { [[ $name == build-* ]] && grep -am 20 -E 'error:|Error ' "$log"; } \
+      || tail -n "$shown_lines" "$log"; } | sed 's/^/  | /'
     echo "----"
   fi
   ((total_passed += passed, total_failed += failed))
