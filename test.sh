@@ -21,7 +21,9 @@ unit-linux     | quick | linux         | scripts/run_gtest.sh build/linux/tests/
 unit-clang     | full  | clang         | scripts/run_gtest.sh build/clang/tests/unit/unit_tests
 unit-windows   | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/unit/unit_tests.exe
 module-linux   | quick | linux         | scripts/run_gtest.sh build/linux/tests/module/module_tests
+module-asan    | quick | asan          | scripts/run_gtest.sh build/asan/tests/module/module_tests
 module-windows | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/module/module_tests.exe
+same-bytes     | quick | linux windows wine | tests/module/same_bytes.sh build/linux build/windows
 careless-asan  | quick | asan          | scripts/run_gtest.sh build/asan/tests/reliability/reliability_tests
 careless-linux | quick | linux         | scripts/run_gtest.sh build/linux/tests/reliability/reliability_tests
 careless-windows | quick | windows wine | scripts/run_gtest.sh build/windows/tests/reliability/reliability_tests.exe

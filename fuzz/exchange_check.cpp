@@ -144,12 +144,12 @@ class Reader {
     skip();
     const std::string_view name = keyword();
     expect(name.starts_with("IFC"), "not an IFC entity");
-    const std::size_t list_start = at_;
+    const std::size_t listStart = at_;
     list();
     need(';');
     if (isRooted(name)) {
-      expect(file_.substr(list_start, 2) == "('" && file_[list_start + 24] == '\'', "no GlobalId");
-      const std::string_view id = file_.substr(list_start + 2, 22);
+      expect(file_.substr(listStart, 2) == "('" && file_[listStart + 24] == '\'', "no GlobalId");
+      const std::string_view id = file_.substr(listStart + 2, 22);
       expect(isGlobalId(id), "malformed GlobalId");
       expect(globalIds_.insert(id).second, "GlobalId given twice");
     }

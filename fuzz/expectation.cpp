@@ -275,9 +275,9 @@ class Expectation {
       anyLine();
       return number;
     }
-    std::vector<int> points;
-    for (int i = 0; i < entities - 2; ++i) {
-      points.push_back(anyEntity("IFCCARTESIANPOINT(("));
+    std::vector<int> points(static_cast<std::size_t>(entities - 2));
+    for (int& point : points) {
+      point = anyEntity("IFCCARTESIANPOINT((");
     }
     const int polyline = entity("IFCPOLYLINE((" + refs(points) + "))");
     const int number = begin("IFCARBITRARYCLOSEDPROFILEDEF(.AREA., '");

@@ -40,8 +40,32 @@ void printFamily(const Family& family) {
 /// Code in a table cell: "|" cannot occur, backticks keep brackets and arrows as they are.
 std::string code(const std::string& text) { return "`" + text + "`"; }
 
+constexpr int mostDimensions = 7;
+
+/// The row of a family: its word, what each dimension means, the entity written.
+std::string markdownRow(const Family& family) {
+  const bool known = !family.parts.empty();
+  const std::string word = code(family.word);
+  std::string row = "| " + (known ? "[" + word + "](profiles/" + drawingName(family) + ")" : word);
+  row += " |";
+  for (int i = 0; i < mostDimensions; ++i) {
+    std::string cell;
+    for (const DimensionUse& use : family.dimensions) {
+      if (use.index == i) {
+        cell = meaningText(use.meaning) + (family.secondSideAnywhere && i == 3 ? " ¹" : "");
+      }
+    }
+    row += " " + cell + (cell.empty() ? "|" : " |");
+  }
+  std::string entity = say(texts::profilesNoProfile);
+  if (known) {
+    entity = profileEntity(family);
+    entity += family.parts.size() != 1 ? say(texts::profilesTwoHalves) : "";
+  }
+  return row + " " + entity + " |";
+}
+
 void printMarkdown() {
-  constexpr int mostDimensions = 7;
   printLine(say(texts::profilesPage));
   std::string header = "| " + std::string(say(texts::profilesFamily)) + " |";
   std::string rule = "|---|";
@@ -51,25 +75,7 @@ void printMarkdown() {
   }
   printLine(header + " IFC2X3 |\n" + rule + "---|");
   for (const Family& family : families()) {
-    std::string row = "| " + (family.parts.empty() ? code(family.word)
-                                                   : "[" + code(family.word) + "](profiles/" +
-                                                         drawingName(family) + ")");
-    row += " |";
-    for (int i = 0; i < mostDimensions; ++i) {
-      std::string cell;
-      for (const DimensionUse& use : family.dimensions) {
-        if (use.index == i) {
-          cell = meaningText(use.meaning) + (family.secondSideAnywhere && i == 3 ? " ¹" : "");
-        }
-      }
-      row += " " + cell + (cell.empty() ? "|" : " |");
-    }
-    const bool halves = family.parts.size() != 1;
-    printLine(row + " " +
-              (family.parts.empty() ? say(texts::profilesNoProfile)
-                                    : std::string(profileEntity(family)) +
-                                          (halves ? say(texts::profilesTwoHalves) : "")) +
-              " |");
+    printLine(markdownRow(family));
   }
   printLine(say(texts::profilesFootnote));
   for (const Family& family : families()) {
