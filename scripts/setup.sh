@@ -26,16 +26,13 @@ test  | clang-tidy                   | run-clang-tidy  | static check
 test  | cppcheck                     | cppcheck        | static check
 test  | shellcheck                   | shellcheck      | static check of the scripts
 test  | python3                      | python3         | test helpers, generators of the samples
+test  | python3-jsonschema           | package         | checks the samples against the schema
 test  | strace                       | strace          | counts the write calls of an export
-test  | gcovr                        | gcovr           | coverage report
 test  | libcli11-dev                 | package         | arguments of the command-line program
 test  | nlohmann-json3-dev           | package         | the JSON model
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
 test  | chromium                     | chromium        | shows the viewer in its tests
-bench | libbenchmark-dev             | package         | times the pieces of an export
-bench | libifcplusplus-dev           | package         | another writer, to compare with
-bench | valgrind                     | valgrind        | counts instructions
 bench | libbenchmark-dev             | package         | Google Benchmark
 bench | valgrind                     | valgrind        | counts instructions
 bench | libifcplusplus-dev           | package         | another writer, to compare with
