@@ -4,7 +4,8 @@
 #   cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
 
 set(package_documents
-  docs/guia.md docs/known-limits.md docs/model-format.md docs/model.schema.json docs/profiles.md)
+  docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
+  docs/profiles.md docs/reliability.md)
 
 if(WIN32)
   set(module_folder bin)
@@ -17,8 +18,9 @@ install(FILES
   samples/README.md samples/familias.json samples/familias.txt samples/galpao.json samples/galpao.txt
   DESTINATION samples)
 install(FILES ${package_documents} DESTINATION docs)
-install(DIRECTORY docs/profiles DESTINATION docs)
-install(FILES README.md LICENSE DESTINATION . OPTIONAL)
+install(DIRECTORY docs/profiles docs/pictures DESTINATION docs)
+install(FILES examples/minimal_host.c DESTINATION examples)
+install(FILES README.md SECURITY.md DESTINATION .)
 if(EXPORTIFC_PROGRAM)
   install(TARGETS exportifc_program RUNTIME DESTINATION bin)
   install(FILES viewer/dist/viewer.html DESTINATION bin OPTIONAL)
