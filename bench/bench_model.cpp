@@ -39,16 +39,22 @@ std::string moved(const std::string& x, double by) {
 
 void writeModel(const std::string& sample, Mix mix, std::size_t bars, const std::string& path) {
   LineReader reader(sample);
+  const auto nextLine = [&](std::string& line) {
+    std::string_view text;
+    const bool any = reader.next(text);
+    line = text;
+    return any;
+  };
   std::array<std::string, 5> header;
   for (std::string& line : header) {
-    reader.next(line);
+    nextLine(line);
   }
   header[4] = std::to_string(bars);
   std::vector<BarLines> sampleBars;
   BarLines bar;
-  while (reader.next(bar[0])) {
+  while (nextLine(bar[0])) {
     for (std::size_t i = 1; i < bar.size(); ++i) {
-      reader.next(bar[i]);
+      nextLine(bar[i]);
     }
     if (belongs(bar, mix)) {
       sampleBars.push_back(bar);

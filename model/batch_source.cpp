@@ -79,7 +79,7 @@ void BatchReader::readHeader() {
   line();
   line();
   title_ = line();
-  const std::string& unit = line();
+  const std::string_view unit = line();
   if (unit == "m") {
     unitCode_ = 0;
   } else if (unit == "cm") {
@@ -91,7 +91,8 @@ void BatchReader::readHeader() {
 }
 
 bool BatchReader::next(BatchBar& bar) {
-  if (!reader_.next(line_)) {
+  std::string_view name;
+  if (!reader_.next(name)) {
     return false;
   }
   for (float& coordinate : bar.start) {
@@ -108,9 +109,10 @@ bool BatchReader::next(BatchBar& bar) {
   return true;
 }
 
-const std::string& BatchReader::line() {
-  reader_.next(line_);
-  return line_;
+std::string_view BatchReader::line() {
+  std::string_view text;
+  reader_.next(text);
+  return text;
 }
 
 float BatchReader::number() { return parseHostNumber(line()); }

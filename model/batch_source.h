@@ -40,11 +40,10 @@ class BatchReader {
 
  private:
   void readHeader();
-  const std::string& line();
+  std::string_view line();
   float number();
 
   LineReader reader_;
-  std::string line_;
   std::string title_;
   std::int32_t unitCode_ = -1;  // an unknown unit: no conversion
   std::int32_t barCount_ = 0;

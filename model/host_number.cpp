@@ -19,12 +19,12 @@ bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 /// Reads the characters of a text one after the other; '\0' stands for the end.
 class Cursor {
  public:
-  explicit Cursor(std::string_view text) : text_(text) {}
+  explicit Cursor(std::string_view text) : at_(text.data()), end_(at_ + text.size()) {}
 
-  char peek() const { return at_ < text_.size() ? text_[at_] : '\0'; }
+  char peek() const { return at_ != end_ ? *at_ : '\0'; }
   void advance() { ++at_; }
-  std::size_t position() const { return at_; }
-  void moveTo(std::size_t position) { at_ = position; }
+  const char* position() const { return at_; }
+  void moveTo(const char* position) { at_ = position; }
 
   void skipBlanks() {
     while (isBlank(peek())) {
@@ -42,8 +42,8 @@ class Cursor {
   }
 
  private:
-  std::string_view text_;
-  std::size_t at_ = 0;
+  const char* at_;
+  const char* end_;
 };
 
 // Beyond any exponent that matters, however many digits stand before it.
@@ -51,7 +51,7 @@ constexpr std::int64_t largestExponent = 1000000000;
 
 /// The exponent behind an e or E, or 0 (and nothing consumed) when no digits follow.
 std::int64_t takeExponent(Cursor& cursor) {
-  const std::size_t before = cursor.position();
+  const char* const before = cursor.position();
   if (cursor.peek() != 'e' && cursor.peek() != 'E') {
     return 0;
   }
@@ -77,11 +77,15 @@ constexpr std::array exactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e
                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                     1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
-/// Any number: `digits` with whatever stands between them, times a power of ten. `magnitude` tells
-/// how many digits the number has before the comma.
-double scaledByLibrary(std::string_view digits, std::int64_t power, std::int64_t magnitude) {
+/// Any number: `digits` with whatever stands between them, times a power of ten.
+double scaledByLibrary(std::string_view digits, std::int64_t power) {
   std::string text;
+  digits.remove_prefix(std::min(digits.find_first_of("123456789"), digits.size()));
   std::copy_if(digits.begin(), digits.end(), std::back_inserter(text), isDigit);
+  if (text.empty()) {
+    return 0.0;  // whatever the exponent
+  }
+  const std::int64_t magnitude = static_cast<std::int64_t>(text.size()) + power;
   text += 'e';
   text += std::to_string(power);
   double value = 0.0;
@@ -94,53 +98,48 @@ double scaledByLibrary(std::string_view digits, std::int64_t power, std::int64_t
 
 /// The digits of a number, with one comma among them.
 struct Digits {
-  std::int64_t integer = 0;     // the first `exactDigits` of them, without the comma
-  std::size_t significant = 0;  // how many, without leading zeros
-  std::int64_t power = 0;       // of ten, for the digits behind the comma
-  bool any = false;
+  std::uint64_t integer = 0;  // without the comma; means nothing when there are too many
+  std::size_t count = 0;
+  std::int64_t power = 0;  // of ten, for the digits behind the comma
 };
 
 Digits takeDigits(Cursor& cursor, bool pointIsComma) {
   Digits digits;
-  bool afterComma = false;
-  for (;; cursor.advance()) {
-    const char c = cursor.peek();
-    if (isDigit(c)) {
-      if (digits.significant < exactDigits) {
-        digits.integer = digits.integer * 10 + (c - '0');
-      }
-      digits.significant += digits.integer != 0 ? 1 : 0;
-      digits.power -= afterComma ? 1 : 0;
-      digits.any = true;
-    } else if (!afterComma && (c == ',' || (pointIsComma && c == '.'))) {
-      afterComma = true;
-    } else {
-      return digits;
+  const auto takeRun = [&] {
+    const char* const start = cursor.position();
+    for (; isDigit(cursor.peek()); cursor.advance()) {
+      digits.integer = digits.integer * 10 + static_cast<std::uint64_t>(cursor.peek() - '0');
     }
+    return static_cast<std::size_t>(cursor.position() - start);
+  };
+  digits.count = takeRun();
+  if (cursor.peek() == ',' || (pointIsComma && cursor.peek() == '.')) {
+    cursor.advance();
+    const std::size_t decimals = takeRun();
+    digits.count += decimals;
+    digits.power = -static_cast<std::int64_t>(decimals);
   }
+  return digits;
 }
 
 double parseDecimal(std::string_view text, bool pointIsComma) {
   Cursor cursor(text);
   cursor.skipBlanks();
   const bool minus = cursor.takeMinus();
-  const std::size_t start = cursor.position();
+  const char* const start = cursor.position();
   const Digits digits = takeDigits(cursor, pointIsComma);
-  if (!digits.any) {
+  if (digits.count == 0) {
     return 0.0;
   }
-  const std::string_view digitText = text.substr(start, cursor.position() - start);
+  const std::string_view digitText(start, cursor.position());
   const std::int64_t power = digits.power + takeExponent(cursor);
   const auto shift = static_cast<std::uint64_t>(power < 0 ? -power : power);
   double value = 0.0;
-  if (digits.significant == 0) {
-    // zero, whatever the exponent
-  } else if (digits.significant <= exactDigits && shift < exactPowers.size()) {
+  if (digits.count <= exactDigits && shift < exactPowers.size()) {
     value = static_cast<double>(digits.integer);
     value = power < 0 ? value / exactPowers[shift] : value * exactPowers[shift];
   } else {
-    const auto magnitude = static_cast<std::int64_t>(digits.significant) + power;
-    value = scaledByLibrary(digitText, power, magnitude);
+    value = scaledByLibrary(digitText, power);
   }
   return minus ? -value : value;
 }

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <istream>
 #include <string>
+#include <string_view>
 
 namespace exportifc {
 
@@ -21,17 +22,20 @@ class LineReader {
 
   bool isOpen() const { return text_ != &file_ || file_.is_open(); }
 
-  /// Reads the next line, without its end, into `line`. False, with `line` empty, when there is
-  /// none; the last line need not end with a line feed.
-  bool next(std::string& line);
+  /// Reads the next line, without its end; `line` holds until the next call. False, with `line`
+  /// empty, when there is none; the last line need not end with a line feed.
+  bool next(std::string_view& line);
 
  private:
-  /// Makes at least one more character readable; false at the end of the text.
+  /// Takes what stands before the next line feed in the buffer; false when there is none.
+  bool takeToFeed(std::string_view& text);
+  /// Drops what is in the buffer and reads more; false at the end of the text.
   bool fill();
 
   std::ifstream file_;
   std::istream* text_;
   std::array<char, 65536> buffer_{};
+  std::string pieces_;  // of a line that lies in two buffers or more
   const char* at_ = buffer_.data();
   const char* end_ = buffer_.data();
   bool ended_ = false;

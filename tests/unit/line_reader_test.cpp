@@ -21,9 +21,9 @@ class LineReaderTest : public testing::Test {
     LineReader reader(path);
     EXPECT_TRUE(reader.isOpen());
     Lines lines;
-    std::string line = "old";
+    std::string_view line = "old";
     while (reader.next(line)) {
-      lines.push_back(line);
+      lines.emplace_back(line);
       line = "old";
     }
     EXPECT_EQ(line, "");
@@ -70,7 +70,7 @@ TEST_F(LineReaderTest, AFileThatIsNotThereHasNoLines) {
   const test::TemporaryFolder folder;
   LineReader reader(folder.file("missing.txt"));
   EXPECT_FALSE(reader.isOpen());
-  std::string line = "old";
+  std::string_view line = "old";
   EXPECT_FALSE(reader.next(line));
   EXPECT_EQ(line, "");
 }
