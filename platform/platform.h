@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -24,6 +25,13 @@ struct Guid {
 
 /// A new random (version 4) GUID; all zero when the system gives none.
 Guid newGuid();
+
+/// The size, in bytes, that a large page has where there are any.
+inline constexpr std::size_t largePage = std::size_t{1} << 21;
+
+/// Asks the system to back memory that will be filled from its start with large pages, which cost
+/// less to touch first. Windows gives them to privileged accounts only: nothing is asked there.
+void preferLargePages(void* memory, std::size_t size);
 
 /// Creates or truncates the file at `path`, unbuffered. Null when it cannot be opened.
 std::unique_ptr<ByteSink> openForWriting(const std::wstring& path);

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include <sys/mman.h>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <fcntl.h>
@@ -187,6 +188,12 @@ Guid newGuid() {
   guid.data3 = static_cast<std::uint16_t>((guid.data3 & 0x0FFF) | 0x4000);
   guid.data4[0] = static_cast<std::uint8_t>((guid.data4[0] & 0x3F) | 0x80);
   return guid;
+}
+
+void preferLargePages(void* memory, std::size_t size) {
+  if (size >= largePage) {
+    (void)::madvise(memory, size, MADV_HUGEPAGE);  // refused: pages as usual
+  }
 }
 
 std::unique_ptr<ByteSink> openForWriting(const std::wstring& path) {

@@ -96,6 +96,8 @@ Guid newGuid() {
   return guid;
 }
 
+void preferLargePages(void* /*memory*/, std::size_t /*size*/) {}
+
 std::unique_ptr<ByteSink> openForWriting(const std::wstring& path) {
   HANDLE file = open(path, GENERIC_WRITE, CREATE_ALWAYS);
   return file == INVALID_HANDLE_VALUE ? nullptr : std::make_unique<FileSink>(file);

@@ -5,14 +5,16 @@
 namespace exportifc {
 
 void put(LineCursor& line, RefList list) {
-  bool first = true;
-  for (const std::int32_t number : list.numbers) {
-    if (!first) {
-      put(line, ", ");
-    }
-    first = false;
-    *line.at++ = '#';
-    line.at = putInteger(line.at, number);
+  if (list.numbers.empty()) {
+    return;
+  }
+  ReadyInteger reference(list.numbers.front());
+  put(line, Ref{reference});
+  for (const std::int32_t number : list.numbers.subspan(1)) {
+    const ReadyInteger next = reference.next();  // the points of a polyline follow each other
+    reference = number == next.value() ? next : ReadyInteger(number);
+    put(line, ", ");
+    put(line, Ref{reference});
   }
 }
 

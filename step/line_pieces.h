@@ -20,6 +20,7 @@ namespace exportifc {
 class Ref {
  public:
   explicit Ref(std::int32_t number) : number_(number) {}
+  explicit Ref(const ReadyInteger& number) : number_(number) {}
 
   operator std::int32_t() const { return number_.value(); }
   char* put(char* at) const {

@@ -1,5 +1,6 @@
 #include "step/number_format.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::int32_t eightDigitLimit = 100000000;
 constexpr int wordDigits = 8;
+constexpr std::uint64_t zeros = 0x3030303030303030U;  // that many, as characters
 
 /// The eight decimal digits of `value`, which has no more, one a byte (0 to 9), the first digit in
 /// the lowest byte. Each step splits all parts at once: 8 digits, 2 x 4, 4 x 2, 8 x 1.
@@ -28,16 +30,15 @@ std::uint64_t eightDigits(std::uint32_t value) {
 /// needed.
 char* putDigits(char* at, std::uint64_t digits, int skipped) {
   static_assert(std::endian::native == std::endian::little, "the lowest byte comes first");
-  constexpr std::uint64_t zeros = 0x3030303030303030U;  // as characters
   const std::uint64_t text = (digits | zeros) >> (8 * skipped);
   std::memcpy(at, &text, sizeof(text));
   return at + (wordDigits - skipped);
 }
 
-/// Writes the digits without leading zeros.
-char* putNumber(char* at, std::uint64_t digits) {
-  constexpr std::uint64_t lastDigit = 1ULL << 56;  // always written
-  return putDigits(at, digits, std::countr_zero(digits | lastDigit) / 8);
+/// How many of the digits are leading zeros; the last digit is none.
+int leadingZeros(std::uint64_t digits) {
+  constexpr std::uint64_t lastDigit = 1ULL << 56;
+  return std::countr_zero(digits | lastDigit) / 8;
 }
 
 char* putUnsigned(char* at, std::uint32_t value) {
@@ -48,7 +49,8 @@ char* putUnsigned(char* at, std::uint32_t value) {
   if (value >= std::uint32_t{eightDigitLimit}) {
     return std::to_chars(at, at + integerCapacity, value).ptr;
   }
-  return putNumber(at, eightDigits(value));
+  const std::uint64_t digits = eightDigits(value);
+  return putDigits(at, digits, leadingZeros(digits));
 }
 
 char* putText(char* at, const char* text, std::size_t size) {
@@ -63,13 +65,10 @@ char* putMinus(char* at, double value) {
   return at + (std::signbit(value) ? 1 : 0);
 }
 
-/// Whether an integer has digits that can be kept; no model has others.
-bool isReady(std::int32_t value) { return value >= 0 && value < eightDigitLimit; }
-
 constexpr std::int32_t tooClose = -1;
 
-/// A number from 0 to 1e6 rounded to the nearest integer, or `tooClose` to a tie to be sure: the
-/// number is a rounded product, off by 1e-10 at most.
+/// A number from 0 to 1e8 rounded to the nearest integer, or `tooClose` to a tie to be sure: the
+/// number is a rounded product, off by 1e-8 at most.
 std::int32_t nearest(double scaled) {
   constexpr double unsure = 1e-6;
   const auto whole = static_cast<std::int32_t>(scaled);
@@ -84,26 +83,27 @@ std::int32_t nearest(double scaled) {
 /// tie or would round up to 1e6.
 char* putSixDigits(char* at, double magnitude) {
   constexpr std::array<double, 6> powers = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5};
-  std::size_t wholeDigits = 1;
-  while (wholeDigits < powers.size() && magnitude >= powers[wholeDigits]) {
-    ++wholeDigits;
+  int wholeDigits = 0;
+  for (const double power : powers) {  // all of them: a loop that ends early is mispredicted
+    wholeDigits += magnitude >= power ? 1 : 0;
   }
-  const std::int32_t rounded = nearest(magnitude * powers[6 - wholeDigits]);
+  const std::int32_t rounded =
+      nearest(magnitude * powers[powers.size() - static_cast<std::size_t>(wholeDigits)]);
   if (rounded == tooClose || rounded == 1000000) {
     return nullptr;
   }
-  std::array<char, wordDigits> digits{};
-  putDigits(digits.data(), eightDigits(static_cast<std::uint32_t>(rounded)), wordDigits - 6);
-  std::size_t size = 6;
-  while (size > wholeDigits && digits[size - 1] == '0') {
-    --size;
-  }
-  at = putText(at, digits.data(), wholeDigits);
-  if (size == wholeDigits) {
+  const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(rounded));
+  constexpr int unused = wordDigits - 6;
+  putDigits(at, digits, unused);
+  at += wholeDigits;
+  const int zerosBehind = std::countl_zero(digits) / 8;
+  const int decimals = 6 - wholeDigits - zerosBehind;
+  if (decimals <= 0) {
     return at;
   }
-  *at++ = '.';
-  return putText(at, digits.data() + wholeDigits, size - wholeDigits);
+  *at = '.';
+  putDigits(at + 1, digits, unused + wholeDigits);
+  return at + 1 + decimals;
 }
 
 }  // namespace
@@ -111,7 +111,20 @@ char* putSixDigits(char* at, double magnitude) {
 char* putFixed5(char* at, double value) {
   constexpr std::int32_t scale = 100000;  // five decimals
   constexpr int decimalDigits = 5;
+  constexpr int wholeDigits = wordDigits - decimalDigits;
   const double magnitude = std::fabs(value);
+  if (magnitude < 999.5) {
+    // Eight digits in all: converted at once.
+    const std::int32_t scaled = nearest(magnitude * scale);
+    if (scaled != tooClose) {
+      const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(scaled));
+      at = putMinus(at, value);
+      at = putDigits(at, digits, std::min(leadingZeros(digits), wholeDigits - 1));
+      at -= decimalDigits;
+      *at = '.';
+      return putDigits(at + 1, digits, wholeDigits);
+    }
+  }
   if (magnitude < eightDigitLimit - 1) {
     auto whole = static_cast<std::uint32_t>(magnitude);
     if (magnitude == whole) {
@@ -162,11 +175,13 @@ char* putInteger(char* at, std::int32_t value) {
   return putUnsigned(at, static_cast<std::uint32_t>(value));
 }
 
-ReadyInteger::ReadyInteger(std::int32_t value)
-    : digits_(isReady(value) ? eightDigits(static_cast<std::uint32_t>(value)) : 0), value_(value) {}
-
-char* ReadyInteger::put(char* at) const {
-  return isReady(value_) ? putNumber(at, digits_) : putInteger(at, value_);
+ReadyInteger::ReadyInteger(std::int32_t value) : value_(value) {
+  if (value >= 0 && value < eightDigitLimit) {  // no model has others
+    const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(value));
+    const int skipped = leadingZeros(digits);
+    text_ = (digits | zeros) >> (bitsPerCharacter * skipped);
+    size_ = wordDigits - skipped;
+  }
 }
 
 }  // namespace exportifc

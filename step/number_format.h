@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace exportifc {
 
@@ -27,17 +28,40 @@ char* putGeneral6(char* at, double value);
 /// Writes `value` in plain decimal; room for `integerCapacity`.
 char* putInteger(char* at, std::int32_t value);
 
-/// An integer that is written more than once: its digits are kept ready.
+/// An integer that is written more than once: its text is kept ready.
 class ReadyInteger {
  public:
   explicit ReadyInteger(std::int32_t value);
 
   std::int32_t value() const { return value_; }
+
+  /// The integer that follows, not asked of the largest. Nine times in ten only the last character
+  /// changes.
+  ReadyInteger next() const {
+    const int last = bitsPerCharacter * (size_ - 1);
+    if (size_ == 0 || (text_ >> last) == '9') {
+      return ReadyInteger(value_ + 1);
+    }
+    return {text_ + (std::uint64_t{1} << last), size_, value_ + 1};
+  }
+
   /// As `putInteger`.
-  char* put(char* at) const;
+  char* put(char* at) const {
+    if (size_ == 0) {
+      return putInteger(at, value_);
+    }
+    std::memcpy(at, &text_, sizeof(text_));
+    return at + size_;
+  }
 
  private:
-  std::uint64_t digits_;
+  static constexpr int bitsPerCharacter = 8;
+
+  ReadyInteger(std::uint64_t text, std::int32_t size, std::int32_t value)
+      : text_(text), size_(size), value_(value) {}
+
+  std::uint64_t text_ = 0;  // its characters, the first in the lowest byte
+  std::int32_t size_ = 0;   // how many; 0: more than fit, or a sign
   std::int32_t value_;
 };
 

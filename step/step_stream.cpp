@@ -12,6 +12,8 @@ constexpr std::size_t usualLine = 4096;
 StepStream::StepStream(std::unique_ptr<ByteSink> sink)
     : sink_(std::move(sink)), buffer_(usualLine), failed_(sink_ == nullptr) {}
 
+void StepStream::grow(std::size_t size) { buffer_.resize(size); }
+
 void StepStream::finish(const LineCursor& cursor) {
   char* end = cursor.at;
   if (cursor.cut != nullptr) {

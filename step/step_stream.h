@@ -35,14 +35,16 @@ class StepStream {
   }
 
  private:
+  static constexpr std::size_t lineEnd = 2;
+
   /// A buffer for `size` characters and the line end.
   char* reserve(std::size_t size) {
-    constexpr std::size_t lineEnd = 2;
     if (buffer_.size() < size + lineEnd) {
-      buffer_.resize(size + lineEnd);
+      grow(size + lineEnd);
     }
     return buffer_.data();
   }
+  void grow(std::size_t size);
   void finish(const LineCursor& cursor);
 
   std::unique_ptr<ByteSink> sink_;

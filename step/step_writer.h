@@ -35,7 +35,8 @@ class StepWriter {
   /// entity's text (line_pieces.h).
   template <class... Pieces>
   Ref writeEntity(const Pieces&... pieces) {
-    const Ref entity(entities.addPlain());
+    entities.addPlain();
+    const Ref entity(entities.last());
     stream.line(entity, "= ", pieces..., ";");
     return entity;
   }

@@ -1,5 +1,6 @@
 #include "step/entity_registry.h"
 
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -22,11 +23,12 @@ TEST(EntityRegistry, StartsEmpty) {
 }
 
 TEST(EntityRegistry, TheEntityAtPositionPHasNumberPPlusOne) {
-  // Both kinds in random order, over more than two blocks.
+  // Both kinds in random order, into the third block, the first with large pages.
+  constexpr std::int32_t count = 80000;
   test::Random random(1);
   EntityRegistry registry;
   std::vector<std::shared_ptr<IfcEntity>> given;  // null for a plain one
-  for (int i = 0; i < 10000; ++i) {
+  for (std::int32_t i = 0; i < count; ++i) {
     if (random.integer(0, 9) == 0) {
       given.push_back(std::make_shared<IfcEntity>());
       given.back()->id = registry.add(given.back());
@@ -36,7 +38,7 @@ TEST(EntityRegistry, TheEntityAtPositionPHasNumberPPlusOne) {
     }
     ASSERT_EQ(registry.size(), i + 1);
   }
-  for (int i = 0; i < 10000; ++i) {
+  for (std::int32_t i = 0; i < count; ++i) {
     const auto entity = registry.at(i + 1);
     ASSERT_NE(entity, nullptr);
     ASSERT_EQ(entity->id, i + 1);
@@ -45,7 +47,7 @@ TEST(EntityRegistry, TheEntityAtPositionPHasNumberPPlusOne) {
     }
     ASSERT_EQ(registry.at(i + 1), entity) << "the same entity at every call";
   }
-  EXPECT_THROW((void)registry.at(10001), std::out_of_range);
+  EXPECT_THROW((void)registry.at(count + 1), std::out_of_range);
 }
 
 TEST(EntityRegistry, SharesKeepAnEntityAlive) {

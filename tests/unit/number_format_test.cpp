@@ -257,6 +257,20 @@ std::string ready(std::int32_t value) {
   return once;
 }
 
+TEST(ReadyInteger, CountsOn) {
+  // Every number of digits, and beyond those that are kept.
+  for (const std::int32_t first : {0, 90, 990, 9990, 99990, 999990, 9999990, 99999990, 999999990,
+                                   -30, std::numeric_limits<std::int32_t>::max() - 20}) {
+    ReadyInteger number(first);
+    for (std::int32_t i = 1; i <= 20; ++i) {
+      number = number.next();
+      ASSERT_EQ(number.value(), first + i);
+      Field<integerCapacity> field;
+      ASSERT_EQ(field.upTo(number.put(field.bytes.data())), std::to_string(first + i));
+    }
+  }
+}
+
 TEST(ReadyInteger, IsPlainDecimal) {
   for (const std::int32_t value :
        {0, 1, 9, 10, 99, 100, 5006, 9999999, 10000000, 99999999, 100000000, 999999999, 1000000000,
