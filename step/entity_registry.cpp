@@ -25,8 +25,7 @@ std::shared_ptr<IfcEntity[]> newBlock(std::size_t size) {
   void* const room = ::operator new(bytes, alignment);
   platform::preferLargePages(room, bytes);
   // Plain entities own nothing: their room goes without a look at each of them.
-  return {static_cast<IfcEntity*>(room),
-          [=](void* block) { ::operator delete(block, bytes, alignment); }};
+  return {static_cast<IfcEntity*>(room), [=](void* block) { ::operator delete(block, alignment); }};
 }
 
 }  // namespace
