@@ -533,6 +533,21 @@ def schema_and_program_agree():
 
 
 @native_only
+def faults_are_placed_however_long_the_model_is():
+    # The program reads 16 KiB at a time; characters of two bytes and line ends lie across that, too.
+    with folder() as path:
+        for size in [*range(16378, 16390), *range(32764, 32772), 60000]:
+            lines = (" " * 40 + "\n") * (size // 41)
+            for before in ["{" + lines + " " * (size % 41), "{" + "\n" * size,
+                           " " * (size % 2) + '{"title": "' + "ç" * (size // 2) + '"']:
+                (path / "long.json").write_text(before + "!", encoding="utf-8")
+                place = f"long.json:{before.count(chr(10)) + 1}:{len(before) - before.rfind(chr(10))}: "
+                result = run("check", "long.json", cwd=path)
+                said = text(result.stdout + result.stderr)
+                check(place in said, f"{place} is not in: {said}")
+
+
+@native_only
 def the_model_of_the_documentation_is_exported():
     page = (ROOT / "docs/model-format.md").read_text()
     with folder() as path:
