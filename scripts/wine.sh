@@ -111,7 +111,24 @@ join() {
   flock -u 8
 }
 
+# One program that waits for its input to end keeps the Wine server, the services and the desktop up.
+# Without it the programs that find none start them, and wait for them to close their output.
+hold_wine() {
+  session_log=$home/session.$$.log
+  exec 7> >(exec "$wine" cmd 8>&- 9>&- >"$session_log" 2>&1)
+  echo 'rundll32 user32,GetDesktopWindow & echo up' >&7
+  for _ in {1..600}; do
+    grep -qs '>up' "$session_log" && return
+    sleep 0.1
+  done
+  die "Wine does not start: $(tail -n 3 "$session_log")"
+}
+
 leave() {
+  if [[ -n $session ]]; then
+    exec 7>&-
+    rm -f "$session_log"
+  fi
   lock_start
   flock -u 9
   if flock -n -x 9; then  # nobody else is left
@@ -134,9 +151,10 @@ trap leave EXIT
 trap 'exit 129' HUP
 trap 'exit 130' INT
 trap 'exit 143' TERM
+[[ -z $session ]] || hold_wine
 
 # In the background, so that a signal reaches this shell at once; standard input is kept.
-(exec "$@" 8>&- 9>&-) <&0 &
+(exec "$@" 7>&- 8>&- 9>&-) <&0 &
 child=$!
 trap 'kill "$child" 2>/dev/null; exit 143' TERM
 trap 'kill "$child" 2>/dev/null; exit 130' INT
