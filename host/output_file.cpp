@@ -137,7 +137,7 @@ void OutputFile::commit() {
   std::error_code renamed;
   if (!failed() && !temporaryPath_.empty()) {
     fs::rename(temporaryPath_, finalPath_, renamed);
-    error_ = renamed ? renamed.default_error_condition().value() : 0;
+    error_ = renamed ? system::errorNumber(renamed) : 0;
   }
   if (failed()) {
     throw Failure(exitNotWritten, failureText());

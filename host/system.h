@@ -1,9 +1,11 @@
 // What the program needs of the operating system beyond the core's platform layer.
 #pragma once
 
+#include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "host/messages.h"
@@ -34,6 +36,12 @@ int terminalColumns();
 std::filesystem::path programPath();
 
 int processId();
+
+/// The `errno` of an error; EIO for one of the system's own that has none.
+inline int errorNumber(const std::error_code& error) {
+  const std::error_condition condition = error.default_error_condition();
+  return condition.category() == std::generic_category() ? condition.value() : EIO;
+}
 
 // Files by descriptor; -1 or false, with errno set, when the system refuses.
 int createFile(const std::filesystem::path& path);      ///< fails when it exists

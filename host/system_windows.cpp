@@ -150,15 +150,18 @@ int openForWriting(const std::filesystem::path& path) {
 int standardOutput() { return _fileno(stdout); }
 
 bool writeAll(int file, const char* bytes, std::size_t size) {
+  // Not by _write: of a disk that takes only a part it may tell another error.
+  void* const handle = reinterpret_cast<void*>(_get_osfhandle(file));
   constexpr std::size_t largestPiece = 1U << 20;
   while (size > 0) {
-    const auto piece = static_cast<unsigned>(size < largestPiece ? size : largestPiece);
-    const int written = _write(file, bytes, piece);
-    if (written <= 0) {
+    const auto piece = static_cast<DWORD>(size < largestPiece ? size : largestPiece);
+    DWORD written = 0;
+    if (WriteFile(handle, bytes, piece, &written, nullptr) == 0 || written == 0) {
+      errno = errorNumber({static_cast<int>(GetLastError()), std::system_category()});
       return false;
     }
     bytes += written;
-    size -= static_cast<std::size_t>(written);
+    size -= written;
   }
   return true;
 }
