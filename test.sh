@@ -30,6 +30,7 @@ careless-windows | quick | windows wine | scripts/run_gtest.sh build/windows/tes
 faults-module  | full  | linux         | tests/reliability/module_faults.py build/linux
 faults-windows | full  | windows wine  | tests/reliability/module_faults.py build/windows
 faults-program | full  | linux         | tests/reliability/program_faults.py
+faults-program-windows | full | windows wine | tests/reliability/program_faults.py build/windows/exportifc.exe
 other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
@@ -61,7 +62,7 @@ quick='' chosen=()
 for argument in "$@"; do
   case $argument in
     -h | --help) usage; exit 0 ;;
-    --list) rows | awk -F'|' '{ printf "%-16s %-6s %-24s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
+    --list) rows | awk -F'|' '{ printf "%-22s %-6s %-24s %s\n", $1, $2, $3, $4 }'; exit 0 ;;
     --quick) quick=1 ;;
     -*) echo "test.sh: unknown option '$argument'" >&2; exit 2 ;;
     *)
@@ -80,7 +81,7 @@ declare -A build_state=()
 # report NAME START LOG PASSED FAILED: prints the line of a stage and adds to the totals.
 report() {
   local name=$1 micros=$(($(now) - $2)) log=$3 passed=$4 failed=$5
-  printf '%-16s %5d.%d s   %d passed, %d failed\n' \
+  printf '%-22s %5d.%d s   %d passed, %d failed\n' \
     "$name" $((micros / 1000000)) $((micros / 100000 % 10)) "$passed" "$failed"
   if ((failed)); then
     echo "---- from $log"

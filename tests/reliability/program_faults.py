@@ -1,123 +1,181 @@
 #!/usr/bin/env python3
 """The command-line program on disks that fill, in folders it may not write to, with odd names.
 
-  tests/reliability/program_faults.py [PROGRAM]     default build/linux/exportifc
+  tests/reliability/program_faults.py [PROGRAM]     default build/linux/exportifc; an .exe runs under Wine
 
-Whatever goes wrong, the program says so with exit code 4 and leaves the folder as it was, the old
-output included. Ends with "N passed, N failed".
+Whatever goes wrong, the program names the file and the reason, ends with exit code 4 and leaves the
+folder as it was, the old output included. Ends with "N passed, N failed".
 """
+import errno
 import os
 import pathlib
-import resource
 import shutil
-import signal
 import subprocess
 import sys
-import tempfile
 
-root = pathlib.Path(__file__).resolve().parents[2]
+import faults
+from faults import COMPLETE, YESTERDAY, as_nobody, check, contents, root
+
 program = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else root / "build/linux/exportifc").resolve()
-model = root / "samples/familias.json"
-in_memory = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
-NOT_WRITTEN = 4
-COMPLETE = b"END-ISO-10303-21;\r\n"
+windows = program.suffix == ".exe"
+probe = program.parent / "tests/reliability/module_probe.exe"
+runner = [str(root / "scripts/wine.sh")] if windows else []
+see = faults.windows_path if windows else str
+slash = "\\" if windows else "/"
 
-passed = failed = 0
+SMALL = (root / "tests/cli/models/one.json").read_bytes()
+LARGE = (root / "samples/familias.json").read_bytes()
+NOT_READ, NOT_WRITTEN = 3, 4
 
-
-def check(name, holds, details=""):
-    global passed, failed
-    if holds:
-        passed += 1
-    else:
-        failed += 1
-        print(f"not as it should be: {name} {details}")
-
-
-def contents(folder):
-    return {str(p.relative_to(folder)): "folder" if p.is_dir() else p.read_bytes() for p in folder.rglob("*")}
-
-
-def export(output, cwd, largest_file=None, prefix=(), binary=program):
-    def limit():
-        if largest_file is not None:
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (largest_file, resource.RLIM_INFINITY))
-    return subprocess.run([*prefix, str(binary), "export", str(cwd / "model.json"), "-o", str(output)], cwd=cwd,
-                          preexec_fn=limit, stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
+NO_SPACE = "no space left on the disk"
+TOO_BIG = "the file would be larger than allowed"
+NO_FOLDER = "the file or its folder does not exist"
+NOT_A_FOLDER = "part of the path is not a folder"
+A_FOLDER = "it is a folder"
+NOT_ALLOWED = "permission denied (read-only file or folder?)"
+READ_ONLY_DISK = "the disk is read-only"
+# Wine has no Windows error for a file that grows beyond the limit of its process.
+AT_THE_LIMIT = os.strerror(errno.EIO) if windows else TOO_BIG
 
 
-class Folder:
-    def __enter__(self):
-        self.path = pathlib.Path(tempfile.mkdtemp(prefix="exportifc ", dir=in_memory))
-        self.path.chmod(0o755)
-        shutil.copy(model, self.path / "model.json")
-        (self.path / "out.ifc").write_bytes(b"the file of yesterday")
-        return self.path
-
-    def __exit__(self, *_):
-        shutil.rmtree(self.path)
+def new_folder(model=SMALL):
+    return faults.new_folder({"model.json": model, "out.ifc": YESTERDAY})
 
 
-def refused(name, folder, result, before):
-    check(f"{name}: exit code and message", result.returncode == NOT_WRITTEN and result.stderr, result)
+def export(output, cwd, room=None, prefix=(), binary=program):
+    return subprocess.run([*prefix, *runner, str(binary), "export", "model.json", "-o", output], cwd=cwd,
+                          preexec_fn=faults.size_limit(room), stdin=subprocess.DEVNULL, capture_output=True,
+                          env={**os.environ, "EXPORTIFC_LANG": "C"}, timeout=120)
+
+
+def refused(name, folder, output, reason, **how):
+    before = contents(folder)
+    result = export(output, folder, **how)
+    said = result.stderr.decode("utf-8").strip()
+    check(f"{name}: exit code and message", result.returncode == NOT_WRITTEN and not result.stdout
+          and said.startswith("exportifc: error: ") and said.endswith(f"cannot write {output}: {reason}")
+          and "\n" not in said, result)
     check(f"{name}: nothing is touched", contents(folder) == before, list(contents(folder)))
 
 
-with Folder() as folder:
-    result = export("out.ifc", folder)
-    complete = (folder / "out.ifc").read_bytes()
-    check("an export", result.returncode == 0 and complete.endswith(COMPLETE), result)
-size = len(complete)
-
-# Header, bars, trailer, and the edges of the program's buffers.
-buffer = 1 << 16
-rooms = sorted({*range(0, size, size // 60), 1, 8, 500, buffer - 1, buffer, buffer + 1, size - 20, size - 2, size - 1})
-for room in (r for r in rooms if r < size):
-    with Folder() as folder:
-        before = contents(folder)
-        refused(f"room for {room} bytes", folder, export("out.ifc", folder, largest_file=room), before)
-
-with Folder() as folder:
+def written(name, folder, output, file):
+    """An export that goes well and touches nothing but its file."""
     before = contents(folder)
-    refused("/dev/full", folder, export("/dev/full", folder), before)
-    refused("no such folder", folder, export("nowhere/out.ifc", folder), before)
-    refused("a folder that is a file", folder, export("out.ifc/out.ifc", folder), before)
+    result = export(output, folder)
+    after = contents(folder)
+    made = after.get(file, b"")
+    check(name, result.returncode == 0 and made.endswith(COMPLETE)
+          and {**before, file: made} == after, result)
+    return made
+
+
+# ---- the disk is full
+
+def rooms(size, every):
+    """Sizes of the disk: all, or header, bars, trailer and the edges of the program's buffers."""
+    if every:
+        return range(size)
+    buffer = 1 << 16
+    edges = {1, 8, 500, buffer - 1, buffer, buffer + 1, size - 20, size - 2, size - 1}
+    return sorted(room for room in {*range(0, size, size // 60), *edges} if room < size)
+
+
+# A process a size, and Wine's take their time.
+for model, every in ((SMALL, not windows), (LARGE, False)):
+    with new_folder(model) as folder:
+        size = len(written("an export", folder, "out.ifc", "out.ifc"))
+        (folder / "out.ifc").write_bytes(YESTERDAY)
+        sizes = rooms(size, every)
+        for room in sizes:
+            refused(f"room for {room} of {size} bytes", folder, "out.ifc", AT_THE_LIMIT, room=room)
+        print(f"{len(sizes)} sizes of the disk, from 0 to {size - 1} bytes")
+
+if not windows:
+    with new_folder() as folder:
+        refused("/dev/full", folder, "/dev/full", NO_SPACE)
+
+for model, size in ((SMALL, "4k"), (LARGE, "12k"), (LARGE, "100k")):
+    with new_folder(model) as folder, faults.disk(folder / "disk", size) as disk:
+        if disk:
+            refused(f"a disk of {size}", folder, f"disk{slash}out.ifc", NO_SPACE)
+            # The old file takes its part.
+            (disk / "out.ifc").write_bytes(YESTERDAY)
+            refused(f"a disk of {size} with an old file", folder, f"disk{slash}out.ifc", NO_SPACE)
+
+# ---- no file can be created or replaced
+
+with new_folder() as folder:
+    refused("no such folder", folder, f"nowhere{slash}out.ifc", NO_FOLDER)
+    refused("a folder that is a file", folder, f"out.ifc{slash}out.ifc", NO_FOLDER if windows else NOT_A_FOLDER)
     (folder / "taken").mkdir()
-    before = contents(folder)
-    refused("a folder has the name", folder, export("taken", folder), before)
+    refused("a folder has the name", folder, "taken", A_FOLDER)
 
-with Folder() as folder:
+with new_folder() as folder, faults.disk(folder / "disk", "1m") as disk:
+    if disk:
+        (disk / "out.ifc").write_bytes(YESTERDAY)
+        faults.make_read_only(disk)
+        for name in ("new.ifc", "out.ifc"):
+            refused(f"a read-only disk, {name}", folder, f"disk{slash}{name}",
+                    NOT_ALLOWED if windows or name == "out.ifc" else READ_ONLY_DISK)
+
+# Wine's server opens the files, and it is root as well: under Wine the read-only disk stands for this.
+if not windows or os.geteuid() != 0:
+    with new_folder() as folder:
+        how = {} if windows else {"prefix": as_nobody, "binary": folder / "program"}
+        shutil.copy(program, folder / "program")
+        closed = folder / "closed"
+        closed.mkdir()
+        (closed / "out.ifc").write_bytes(YESTERDAY)
+        closed.chmod(0o555)
+        for name in ("new.ifc", "out.ifc"):
+            refused(f"a read-only folder, {name}", folder, f"closed{slash}{name}", NOT_ALLOWED, **how)
+
+with new_folder() as folder:
+    folder.chmod(0o777)
+    (folder / "out.ifc").chmod(0o444)
+    how = {} if windows else {"prefix": as_nobody, "binary": folder / "program"}
     shutil.copy(program, folder / "program")
-    closed = folder / "closed"
-    closed.mkdir()
-    (closed / "out.ifc").write_bytes(b"the file of yesterday")
-    closed.chmod(0o555)
-    before = contents(folder)
-    as_nobody = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else []
-    refused("a read-only folder", folder,
-            export("closed/new.ifc", folder, prefix=as_nobody, binary=folder / "program"), before)
-    refused("an old file in a read-only folder", folder,
-            export("closed/out.ifc", folder, prefix=as_nobody, binary=folder / "program"), before)
+    refused("a read-only file", folder, "out.ifc", NOT_ALLOWED, **how)
+    check("a read-only file: it stays so", (folder / "out.ifc").stat().st_mode & 0o777 == 0o444)
 
-for name in ("açúcar e çã.ifc", "a  b .ifc", "x" * 231 + ".ifc", "x" * 251 + ".ifc"):
-    with Folder() as folder:
+if windows:
+    def held(name, folder):
+        """Another process that keeps a file open for itself alone."""
+        holder = subprocess.Popen([*runner, str(probe), "-", "hold", name, "120"], cwd=folder,
+                                  stdin=subprocess.DEVNULL, stdout=subprocess.PIPE)
+        check(f"{name} is held", holder.stdout.readline().strip() == b"held")
+        return holder
+
+    def let_go(holder):
+        holder.terminate()
+        holder.wait()
+        holder.stdout.close()
+
+    with new_folder() as folder:
+        holder = held("out.ifc", folder)
+        refused("another process holds the output", folder, "out.ifc", NOT_ALLOWED)
+        let_go(holder)
+    with new_folder() as folder:
+        holder = held("model.json", folder)
         before = contents(folder)
-        result = export(name, folder)
-        after = contents(folder)
-        check(f"the name {name[:20]!r}, {len(name)} characters", result.returncode == 0
-              and after.get(name, b"").endswith(COMPLETE) and {**before, name: after.get(name)} == after, result)
+        result = export("out.ifc", folder)
+        check("another process holds the model", result.returncode == NOT_READ and b"model.json" in result.stderr
+              and contents(folder) == before, result)
+        let_go(holder)
 
-for length in (259, 1019):
-    with Folder() as folder:
-        path = folder
-        while length - len(str(path)) > 230:
-            path = path / ("d" * 200)
-        path.mkdir(parents=True, exist_ok=True)
-        path = path / ("n" * (length - len(str(path)) - 5) + ".ifc")
-        result = export(path, folder)
-        check(f"a path of {length} characters", len(str(path)) == length and result.returncode == 0
-              and path.read_bytes().endswith(COMPLETE), result)
+# ---- names
 
-print(f"{passed} passed, {failed} failed")
-sys.exit(failed != 0)
+for name in ("açúcar e çã.ifc", "a  b .ifc", "日本 Ω.ifc", "sem extensão", "x" * 231 + ".ifc", "x" * 251 + ".ifc"):
+    with new_folder() as folder:
+        written(f"the name {name[:20]!r}, {len(name)} characters", folder, name, name)
+    with new_folder() as folder:
+        refused(f"no room for the name {name[:20]!r}", folder, name, AT_THE_LIMIT, room=1000)
+
+for length in (255, 259, 1019):
+    with new_folder() as folder:
+        path = faults.path_of_length(folder, length, ".ifc", see)
+        written(f"a path of {length} characters", folder, see(path), str(path.relative_to(folder)))
+        path.write_bytes(YESTERDAY)
+        refused(f"no room for a path of {length} characters", folder, see(path), AT_THE_LIMIT, room=1000)
+
+faults.end()
