@@ -60,6 +60,8 @@ def new_folder(files):
             (path / name).write_bytes(content)
         yield path
     finally:
+        for closed in (p for p in path.rglob("*") if p.is_dir()):
+            closed.chmod(0o755)
         shutil.rmtree(path)
 
 

@@ -118,11 +118,18 @@ with new_folder() as folder, faults.disk(folder / "disk", "1m") as disk:
             refused(f"a read-only disk, {name}", folder, f"disk{slash}{name}",
                     NOT_ALLOWED if windows or name == "out.ifc" else READ_ONLY_DISK)
 
+def without_rights(folder):
+    """How the program runs so that permissions count; Wine has its own read-only files, also for root."""
+    if windows:
+        return {}
+    shutil.copy(program, folder / "program")
+    return {"prefix": as_nobody, "binary": folder / "program"}
+
+
 # Wine's server opens the files, and it is root as well: under Wine the read-only disk stands for this.
 if not windows or os.geteuid() != 0:
     with new_folder() as folder:
-        how = {} if windows else {"prefix": as_nobody, "binary": folder / "program"}
-        shutil.copy(program, folder / "program")
+        how = without_rights(folder)
         closed = folder / "closed"
         closed.mkdir()
         (closed / "out.ifc").write_bytes(YESTERDAY)
@@ -133,9 +140,7 @@ if not windows or os.geteuid() != 0:
 with new_folder() as folder:
     folder.chmod(0o777)
     (folder / "out.ifc").chmod(0o444)
-    how = {} if windows else {"prefix": as_nobody, "binary": folder / "program"}
-    shutil.copy(program, folder / "program")
-    refused("a read-only file", folder, "out.ifc", NOT_ALLOWED, **how)
+    refused("a read-only file", folder, "out.ifc", NOT_ALLOWED, **without_rights(folder))
     check("a read-only file: it stays so", (folder / "out.ifc").stat().st_mode & 0o777 == 0o444)
 
 if windows:
