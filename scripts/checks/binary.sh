@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# The built modules: what they export, what they need, and how the DLL is protected.
+# The built modules: what they export, what they need, how they are protected, what the DLL says of
+# itself.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 
@@ -22,7 +23,7 @@ same() {
 holds() {
   local name=$1
   shift
-  if "$@" >/dev/null; then ((++passed)); else ((++failed)); echo "$name: does not hold"; fi
+  if "$@"; then ((++passed)); else ((++failed)); echo "$name: does not hold"; fi
 }
 
 for file in "$dll" "$so"; do
@@ -51,6 +52,20 @@ holds "the DLL can be moved: it has relocations" grep -q '\.reloc' <(x86_64-w64-
 # A date would make each build another one; the linker writes zero.
 holds "the DLL carries no date" grep -qE '^Time/Date[[:space:]]+(Thu Jan  1 00:00:00 1970|0+)$' <<<"$headers"
 holds "the DLL names no folder of this machine" test -z "$(strings -a "$dll" | grep -F "$PWD")"
+holds "the DLL has the version resource of plugin/version.rc" \
+  "$lists/version_resource.py" "$dll" plugin/version.rc CMakeLists.txt
+
+# Some 45 functions of each module keep arrays on the stack; without the option none is checked.
+least_protected=20
+protected_dll=$("$lists/protector_calls.py" "$dll" "$dll.map")
+holds "functions of the DLL check their stack (found: $protected_dll)" \
+  test "${protected_dll:-0}" -ge "$least_protected"
+protected_so=$(objdump -d --no-show-raw-insn "$so" | grep -cE 'call +[0-9a-f]+ <__stack_chk_fail@plt>')
+holds "functions of the library check their stack (found: $protected_so)" \
+  test "$protected_so" -ge "$least_protected"
+holds "the library makes checked copies" \
+  grep -qE '^__(w?mem|w?str|vs?w?n?printf|v?sw?n?printf).*_chk(@|$)' \
+  <(nm -D --undefined-only --format=just-symbols "$so")
 
 echo "$passed passed, $failed failed"
 ((failed == 0))
