@@ -75,9 +75,10 @@ Seconds median(std::vector<Seconds> times) {
 }
 
 struct Comparison {
-  Seconds first;   // median
-  Seconds second;  // median
-  double ratio;    // median of first / second, pair by pair
+  Seconds first;               // median
+  Seconds second;              // median
+  double ratio;                // median of first / second, pair by pair
+  double lowRatio, highRatio;  // a quarter of the pairs lies below, a quarter above
 };
 
 /// Runs two actions in turn, each first every other time.
@@ -96,7 +97,12 @@ Comparison compare(int rounds, const First& first, const Second& second) {
     }
     ratios.push_back(firstTimes.back() / secondTimes.back());
   }
-  return {median(firstTimes), median(secondTimes), median(ratios)};
+  std::sort(ratios.begin(), ratios.end());
+  return {.first = median(firstTimes),
+          .second = median(secondTimes),
+          .ratio = ratios[ratios.size() / 2],
+          .lowRatio = ratios[ratios.size() / 4],
+          .highRatio = ratios[ratios.size() * 3 / 4]};
 }
 
 void print(const char* name, double value) {
@@ -202,6 +208,8 @@ void floor(const std::string& model, int rounds) {
   std::filesystem::remove(copied);
   const auto perLine = [&](Seconds time) { return time * 1e9 / static_cast<double>(lines.size()); };
   print("floor_ratio", result.ratio);
+  print("floor_ratio_low_quarter", result.lowRatio);
+  print("floor_ratio_high_quarter", result.highRatio);
   print("floor_ratio_by_processor_time", byProcessor.ratio);
   print("export_ns_per_line", perLine(result.first));
   print("floor_ns_per_line", perLine(result.second));

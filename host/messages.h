@@ -38,8 +38,8 @@ inline constexpr Text standardOutput{"standard output", "saída padrão"};
 inline constexpr Text standardInput{"standard input", "entrada padrão"};
 inline constexpr Text cannotWrite{"cannot write {0}: {1}", "não foi possível gravar {0}: {1}"};
 inline constexpr Text errorNoSpace{"no space left on the disk", "não há espaço no disco"};
-inline constexpr Text errorNotAllowed{"permission denied (read-only file or folder?)",
-                                      "sem permissão (arquivo ou pasta só de leitura?)"};
+inline constexpr Text errorNotAllowed{"permission denied (read-only, or open in another program?)",
+                                      "sem permissão (só de leitura ou aberto em outro programa?)"};
 inline constexpr Text errorNoFolder{"the file or its folder does not exist",
                                     "o arquivo ou a pasta não existe"};
 inline constexpr Text errorNotAFolder{"part of the path is not a folder",

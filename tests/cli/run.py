@@ -373,12 +373,12 @@ def read_only_places():
         result = run("export", "one.json", "-o", "new.ifc", cwd=path, **user)
         if user:
             equal((result.returncode, text(result.stderr)), (4, "exportifc: error: cannot write new.ifc: permission "
-                  "denied (read-only file or folder?)\n"), "read-only folder")
+                  "denied (read-only, or open in another program?)\n"), "read-only folder")
         (path / "one.ifc").chmod(0o444)
         path.chmod(0o777)
         result = run("export", "one.json", cwd=path, **user)
         equal((result.returncode, text(result.stderr)), (4, "exportifc: error: cannot write one.ifc: permission denied "
-              "(read-only file or folder?)\n"), "read-only file")
+              "(read-only, or open in another program?)\n"), "read-only file")
         equal((path / "one.ifc").read_text(), "old", "the old file")
         equal(sorted(p for p in written(path)), ["one.ifc"], "files")
 

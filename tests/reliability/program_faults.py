@@ -32,7 +32,7 @@ TOO_BIG = "the file would be larger than allowed"
 NO_FOLDER = "the file or its folder does not exist"
 NOT_A_FOLDER = "part of the path is not a folder"
 A_FOLDER = "it is a folder"
-NOT_ALLOWED = "permission denied (read-only file or folder?)"
+NOT_ALLOWED = "permission denied (read-only, or open in another program?)"
 READ_ONLY_DISK = "the disk is read-only"
 # Wine has no Windows error for a file that grows beyond the limit of its process.
 AT_THE_LIMIT = os.strerror(errno.EIO) if windows else TOO_BIG
