@@ -151,7 +151,7 @@ TEST(WriteBar, TwelveSectionNamesReverseTheBar) {
 
 TEST(WriteBar, OnlyTheWholeSectionNameReverses) {
   for (const std::wstring name : {L"LX_1 50 5", L"lx_1", L"LX_1 ", L" LX_1", L"2L_1", L"2LLM_1",
-                                  L"LX", L"ZS 1", L"Z", L"ZSI", L"L"}) {
+                                  L"LX", L"ZS 1", L"Z", L"ZSI", L"L", L""}) {
     BarGeometry bar = beam();
     bar.sectionName = name;
     bar.sectionLabel = L"LX_1";  // where the halves' names stand
