@@ -97,6 +97,17 @@ TEST(ParseHostNumber, RoundsThroughDoublePrecision) {
   EXPECT_EQ(parseHostNumber("0,1"), 0.1F);
 }
 
+TEST(ParseHostNumber, TheEndOfTheTextEndsTheNumber) {
+  // Views of a longer text: what stands behind them is not theirs.
+  const std::string_view text = "12,345e67";
+  EXPECT_EQ(parseHostNumber(text.substr(0, 5)), 12.34F);
+  EXPECT_EQ(parseHostNumber(text.substr(0, 6)), 12.345F);
+  EXPECT_EQ(parseHostNumber(text.substr(0, 7)), 12.345F);
+  EXPECT_EQ(parseCommaDecimal(text.substr(0, 2)), 12.0);
+  EXPECT_EQ(parseHostInteger(text.substr(0, 1)), 1);
+  EXPECT_EQ(parseHostInteger(text.substr(0, 0)), 0);
+}
+
 TEST(ParseHostNumber, ANulEndsTheNumber) {
   EXPECT_EQ(parseHostNumber(std::string_view("12\0003", 4)), 12.0F);
 }
