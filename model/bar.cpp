@@ -6,7 +6,7 @@
 namespace exportifc {
 
 void widenSectionName(const BarRecord& record, std::wstring& name) {
-  std::array<wchar_t, sizeof(record.sectionName)> units;
+  std::array<wchar_t, sizeof(record.sectionName)> units{};
   std::size_t size = 0;
   for (const char c : record.sectionName) {
     if (c == '\0') {
