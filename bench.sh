@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Builds the benchmarks, runs them and prints the table of goals: goal, measured, verdict.
 #
-#   ./bench.sh          all of it, about five minutes
-#   ./bench.sh quick    smaller models, a minute: a look, no verdict to quote
+#   ./bench.sh          all of it, about eight minutes
+#   ./bench.sh quick    smaller models, some minutes: a look, no verdict to quote
 #
 # bench/README.md says which data, which command, what each ratio means. The numbers of all
 # measurements stay in $BENCH_WORK/results.
