@@ -15,15 +15,21 @@ constexpr std::int32_t eightDigitLimit = 100000000;
 constexpr int wordDigits = 8;
 constexpr std::uint64_t zeros = 0x3030303030303030U;  // that many, as characters
 
+/// Splits each part of `parts` in two: its quotient by `divisor`, which stays, and its remainder,
+/// `bits` above it. The quotients are given.
+constexpr std::uint64_t split(std::uint64_t parts, std::uint64_t quotients, std::uint64_t divisor,
+                              int bits) {
+  // quotients + ((parts - divisor * quotients) << bits), in fewer steps
+  return (parts << bits) - quotients * ((divisor << bits) - 1);
+}
+
 /// The eight decimal digits of `value`, which has no more, one a byte (0 to 9), the first digit in
 /// the lowest byte. Each step splits all parts at once: 8 digits, 2 x 4, 4 x 2, 8 x 1.
 std::uint64_t eightDigits(std::uint32_t value) {
-  const std::uint64_t fours = (value / 10000) | std::uint64_t{value % 10000} << 32;
+  const std::uint64_t fours = split(value, value / 10000, 10000, 32);
   // 5243 / 2^19 is 1/100 for numbers of four digits, 103 / 2^10 is 1/10 for numbers of two.
-  const std::uint64_t hundreds = ((fours * 5243) >> 19) & 0x0000007F0000007FU;
-  const std::uint64_t twos = hundreds | (fours - 100 * hundreds) << 16;
-  const std::uint64_t tens = ((twos * 103) >> 10) & 0x000F000F000F000FU;
-  return tens | (twos - 10 * tens) << 8;
+  const std::uint64_t twos = split(fours, ((fours * 5243) >> 19) & 0x0000007F0000007FU, 100, 16);
+  return split(twos, ((twos * 103) >> 10) & 0x000F000F000F000FU, 10, 8);
 }
 
 /// Writes the digits of `eightDigits` but for the first `skipped`. Eight characters of room are
@@ -70,13 +76,13 @@ constexpr std::int32_t tooClose = -1;
 /// A number from 0 to 1e8 rounded to the nearest integer, or `tooClose` to a tie to be sure: the
 /// number is a rounded product, off by 1e-8 at most.
 std::int32_t nearest(double scaled) {
-  constexpr double unsure = 1e-6;
-  const auto whole = static_cast<std::int32_t>(scaled);
-  const double pastTie = scaled - whole - 0.5;
-  if (std::fabs(pastTie) < unsure) {
+  constexpr double sure = 0.5 - 1e-6;
+  constexpr double integers = 0x1.8p52;  // a sum this large has no bits left for fractions
+  const double shifted = scaled + integers;
+  if (std::fabs(scaled - (shifted - integers)) > sure) {  // in any rounding mode
     return tooClose;
   }
-  return pastTie > 0.0 ? whole + 1 : whole;
+  return static_cast<std::int32_t>(std::bit_cast<std::uint64_t>(shifted));
 }
 
 /// The digits of `putGeneral6` for a magnitude from 1 to below 1e6; null when it is too close to a
@@ -118,28 +124,25 @@ char* putFixed5(char* at, double value) {
     const std::int32_t scaled = nearest(magnitude * scale);
     if (scaled != tooClose) {
       const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(scaled));
-      at = putMinus(at, value);
-      at = putDigits(at, digits, std::min(leadingZeros(digits), wholeDigits - 1));
-      at -= decimalDigits;
+      // Not from the digits, which take longer: where the next piece goes should not wait for them.
+      const int zerosBefore = -((scaled - 10 * scale) >> 31) - ((scaled - 100 * scale) >> 31);
+      at = putDigits(putMinus(at, value), digits, zerosBefore) - decimalDigits;
       *at = '.';
       return putDigits(at + 1, digits, wholeDigits);
     }
   }
   if (magnitude < eightDigitLimit - 1) {
     auto whole = static_cast<std::uint32_t>(magnitude);
-    if (magnitude == whole) {
-      return putText(putUnsigned(putMinus(at, value), whole), ".00000", 6);
-    }
     std::int32_t decimals = nearest((magnitude - whole) * scale);
     if (decimals != tooClose) {
       if (decimals == scale) {
         decimals = 0;
         ++whole;
       }
-      at = putUnsigned(putMinus(at, value), whole);
+      const std::uint64_t digits = eightDigits(whole);
+      at = putDigits(putMinus(at, value), digits, leadingZeros(digits));
       *at = '.';
-      return putDigits(at + 1, eightDigits(static_cast<std::uint32_t>(decimals)),
-                       wordDigits - decimalDigits);
+      return putDigits(at + 1, eightDigits(static_cast<std::uint32_t>(decimals)), wholeDigits);
     }
   }
   if (std::isnan(value)) {
@@ -175,13 +178,12 @@ char* putInteger(char* at, std::int32_t value) {
   return putUnsigned(at, static_cast<std::uint32_t>(value));
 }
 
-ReadyInteger::ReadyInteger(std::int32_t value) : value_(value) {
-  if (value >= 0 && value < eightDigitLimit) {  // no model has others
-    const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(value));
-    const int skipped = leadingZeros(digits);
-    text_ = (digits | zeros) >> (bitsPerCharacter * skipped);
-    size_ = wordDigits - skipped;
+std::uint64_t ReadyInteger::textOf(std::int32_t value) {
+  if (value < 0 || value >= eightDigitLimit) {  // no model has such numbers
+    return 0;
   }
+  const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(value));
+  return (digits | zeros) >> (8 * leadingZeros(digits));
 }
 
 }  // namespace exportifc

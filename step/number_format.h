@@ -1,6 +1,7 @@
 // Numbers as the exchange file writes them, straight into a buffer.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -31,37 +32,40 @@ char* putInteger(char* at, std::int32_t value);
 /// An integer that is written more than once: its text is kept ready.
 class ReadyInteger {
  public:
-  explicit ReadyInteger(std::int32_t value);
+  explicit ReadyInteger(std::int32_t value) : text_(textOf(value)), value_(value) {}
 
   std::int32_t value() const { return value_; }
 
   /// The integer that follows, not asked of the largest. Nine times in ten only the last character
   /// changes.
   ReadyInteger next() const {
-    const int last = bitsPerCharacter * (size_ - 1);
-    if (size_ == 0 || (text_ >> last) == '9') {
+    if (text_ == 0 || (text_ >> (8 * lastIndex())) == '9') [[unlikely]] {
       return ReadyInteger(value_ + 1);
     }
-    return {text_ + (std::uint64_t{1} << last), size_, value_ + 1};
+    return {text_ + (std::uint64_t{1} << (8 * lastIndex())), value_ + 1};
   }
 
   /// As `putInteger`.
   char* put(char* at) const {
-    if (size_ == 0) {
+    if (text_ == 0) [[unlikely]] {
       return putInteger(at, value_);
     }
     std::memcpy(at, &text_, sizeof(text_));
-    return at + size_;
+    return at + lastIndex() + 1;
   }
 
  private:
-  static constexpr int bitsPerCharacter = 8;
+  ReadyInteger(std::uint64_t text, std::int32_t value) : text_(text), value_(value) {}
 
-  ReadyInteger(std::uint64_t text, std::int32_t size, std::int32_t value)
-      : text_(text), size_(size), value_(value) {}
+  /// The `text_` of a value.
+  static std::uint64_t textOf(std::int32_t value);
 
-  std::uint64_t text_ = 0;  // its characters, the first in the lowest byte
-  std::int32_t size_ = 0;   // how many; 0: more than fit, or a sign
+  /// Where the last character of `text_` is, which has one.
+  std::size_t lastIndex() const {
+    return (static_cast<std::size_t>(std::bit_width(text_)) - 1) / 8;
+  }
+
+  std::uint64_t text_;  // its characters, the first in the lowest byte; 0: it has no room
   std::int32_t value_;
 };
 

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <cfenv>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -234,6 +235,26 @@ TEST(PutGeneral6, EqualsAStreamAsItIsByDefault) {
     stream.imbue(std::locale::classic());
     stream << value;
     ASSERT_EQ(general6(value), stream.str()) << std::hexfloat << value;
+  }
+}
+
+TEST(Reals, NoRoundingModeShows) {
+  // A host may have set one.
+  const int before = std::fegetround();
+  test::Random random(12);
+  for (int round = 0; round < test::rounds(100000); ++round) {
+    const double value = static_cast<double>(random.integer(-1000000000, 1000000000)) *
+                         std::pow(10.0, static_cast<double>(random.integer(-12, -1)));
+    const std::string fixed = fixed5(value);
+    const std::string general = general6(value);
+    for (const int mode : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+      std::fesetround(mode);
+      const std::string otherFixed = fixed5(value);
+      const std::string otherGeneral = general6(value);
+      std::fesetround(before);
+      ASSERT_EQ(otherFixed, fixed) << value;
+      ASSERT_EQ(otherGeneral, general) << value;
+    }
   }
 }
 
