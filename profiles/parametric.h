@@ -59,9 +59,9 @@ using ProfileArguments = std::array<double, 8>;
 struct ParametricRow {
   Parametric variant;
   std::string_view keyword;
-  std::string_view point;       // as written; "x" stands for the value of `offset`
+  PatternText point;            // as written; "x" stands for the value of `offset`
   std::string_view direction;   // of the profile's local X axis
-  std::string_view attributes;  // as written; "a2" stands for argument 2, "h1" for half of 1
+  PatternText attributes;       // as written; "a2" stands for argument 2, "h1" for half of 1
   double (*offset)(const ProfileArguments& a);
 };
 

@@ -19,10 +19,8 @@ struct GlobalId {
 
 constexpr std::size_t maxLength(const GlobalId&) { return 22; }
 
-inline void put(LineCursor& line, const GlobalId& id) {
-  if (id.guid != platform::Guid{}) {
-    line.at = compressGuid(line.at, id.guid);
-  }
+inline LineCursor put(LineCursor line, const GlobalId& id) {
+  return {id.guid == platform::Guid{} ? line.at : compressGuid(line.at, id.guid), line.cut};
 }
 
 /// A fresh identifier; an empty one when the system gives no GUID.

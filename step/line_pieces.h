@@ -42,16 +42,36 @@ struct General {
   double value;
 };
 
+/// The text of a `NumberPattern`; a literal. The numbers stand in front, so that what follows them
+/// is one copy.
+struct PatternText {
+  std::string_view text;
+  std::size_t numbersEnd;  // behind the last number
+
+  constexpr PatternText(const char* pattern) : text(pattern), numbersEnd(text.size()) {
+    while (numbersEnd > 0 && !isNumber(numbersEnd - 1)) {
+      --numbersEnd;
+    }
+  }
+  constexpr operator std::string_view() const { return text; }
+
+ private:
+  constexpr bool isNumber(std::size_t last) const {
+    return text[last] == 'x' || (last > 0 && (text[last - 1] == 'a' || text[last - 1] == 'h'));
+  }
+};
+
 /// Text in which "a1" to "a9" stand for the numbers values[1] to values[9], "h1" to "h9" for their
 /// halves and "x" for the number `x`; every other character stands for itself.
 struct NumberPattern {
-  std::string_view text;
+  PatternText text;
   std::span<const double> values;
   double x = 0.0;
 };
 
 /// Where the next character goes. `cut` marks the first character that the file cannot hold
-/// (above U+00FF): the output ends there.
+/// (above U+00FF): the output ends there. Handed on by value, so that it stays in registers:
+/// through a reference each piece would wait for the one before it to reach the memory.
 struct LineCursor {
   char* at = nullptr;
   char* cut = nullptr;
@@ -71,28 +91,35 @@ constexpr std::size_t maxLength(RefList list) {
   return list.numbers.size() * (integerCapacity + 3);
 }
 constexpr std::size_t maxLength(const NumberPattern& pattern) {
-  return pattern.text.size() * fixed5Capacity;
+  return pattern.text.text.size() * fixed5Capacity;
 }
+
+// Each writes its piece and returns where the next one goes.
 
 /// A literal: its length is known when this is compiled, which makes it a few moves.
 template <std::size_t Size>
-inline void put(LineCursor& line, const char (&literal)[Size]) {
+inline LineCursor put(LineCursor line, const char (&literal)[Size]) {
   std::memcpy(line.at, literal, Size - 1);
-  line.at += Size - 1;
+  return {line.at + (Size - 1), line.cut};
 }
 
-inline void put(LineCursor& line, std::string_view text) {
+inline LineCursor put(LineCursor line, std::string_view text) {
   std::memcpy(line.at, text.data(), text.size());
-  line.at += text.size();
+  return {line.at + text.size(), line.cut};
 }
 
-inline void put(LineCursor& line, double value) { line.at = putFixed5(line.at, value); }
-inline void put(LineCursor& line, General real) { line.at = putGeneral6(line.at, real.value); }
+inline LineCursor put(LineCursor line, double value) {
+  return {putFixed5(line.at, value), line.cut};
+}
+inline LineCursor put(LineCursor line, General real) {
+  return {putGeneral6(line.at, real.value), line.cut};
+}
+inline LineCursor put(LineCursor line, const Ref& reference) {
+  return {reference.put(line.at), line.cut};
+}
 
-inline void put(LineCursor& line, const Ref& reference) { line.at = reference.put(line.at); }
-
-void put(LineCursor& line, RefList list);
-void put(LineCursor& line, std::wstring_view text);
-void put(LineCursor& line, const NumberPattern& pattern);
+LineCursor put(LineCursor line, RefList list);
+LineCursor put(LineCursor line, std::wstring_view text);
+LineCursor put(LineCursor line, const NumberPattern& pattern);
 
 }  // namespace exportifc

@@ -14,10 +14,10 @@ StepStream::StepStream(std::unique_ptr<ByteSink> sink)
 
 void StepStream::grow(std::size_t size) { buffer_.resize(size); }
 
-void StepStream::finish(const LineCursor& cursor) {
-  char* end = cursor.at;
-  if (cursor.cut != nullptr) {
-    end = cursor.cut;
+void StepStream::finish(LineCursor line) {
+  char* end = line.at;
+  if (line.cut != nullptr) {
+    end = line.cut;
     failed_ = true;
   } else {
     *end++ = '\r';

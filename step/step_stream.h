@@ -30,7 +30,7 @@ class StepStream {
       return;
     }
     LineCursor cursor{.at = reserve((std::size_t{0} + ... + maxLength(pieces)))};
-    (put(cursor, pieces), ...);
+    ((cursor = put(cursor, pieces)), ...);
     finish(cursor);
   }
 
@@ -45,7 +45,7 @@ class StepStream {
     return buffer_.data();
   }
   void grow(std::size_t size);
-  void finish(const LineCursor& cursor);
+  void finish(LineCursor line);
 
   std::unique_ptr<ByteSink> sink_;
   std::vector<char> buffer_;

@@ -112,8 +112,7 @@ TEST(CreateGlobalId, IsAFreshVersion4Guid) {
 
 TEST(GlobalId, WithoutAGuidItIsEmpty) {
   std::string text(maxLength(GlobalId{}), '?');
-  LineCursor line{.at = text.data()};
-  put(line, GlobalId{});
+  const LineCursor line = put(LineCursor{.at = text.data()}, GlobalId{});
   EXPECT_EQ(line.at, text.data());
 }
 
