@@ -31,10 +31,20 @@ std::shared_ptr<IfcEntity[]> newBlock(std::size_t size) {
 }  // namespace
 
 std::int32_t EntityRegistry::add(std::shared_ptr<IfcEntity> entity) {
-  const ReadyInteger number = last_.next();
-  added_.push_back({.number = number.value(), .entity = std::move(entity)});
-  last_ = number;
-  return number.value();
+  const std::int32_t number = next_.value();
+  added_.push_back({.number = number, .entity = std::move(entity)});
+  next_ = next_.next();
+  return number;
+}
+
+ReadyInteger EntityRegistry::addPlain() {
+  if (nextPlain_ == plainEnd_) {
+    addBlock();
+  }
+  const ReadyInteger number = next_;
+  next_ = number.next();
+  std::construct_at(nextPlain_++)->id = number.value();
+  return number;
 }
 
 void EntityRegistry::addBlock() {

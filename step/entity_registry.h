@@ -23,20 +23,10 @@ class EntityRegistry {
   std::int32_t add(std::shared_ptr<IfcIo::IfcEntity> entity);
 
   /// Creates a plain entity, registers it, stores the number in it and returns the number.
-  std::int32_t addPlain() {
-    if (nextPlain_ == plainEnd_) {
-      addBlock();
-    }
-    last_ = last_.next();
-    std::construct_at(nextPlain_++)->id = last_.value();
-    return last_.value();
-  }
+  ReadyInteger addPlain();
 
   /// Number of registered entities.
-  std::int32_t size() const { return last_.value(); }
-
-  /// The number handed out last, ready to be written.
-  const ReadyInteger& last() const { return last_; }
+  std::int32_t size() const { return next_.value() - 1; }
 
   /// A share of the entity with the given number, from 1 to `size()`.
   std::shared_ptr<IfcIo::IfcEntity> at(std::int32_t number) const;
@@ -54,7 +44,7 @@ class EntityRegistry {
 
   void addBlock();
 
-  ReadyInteger last_{0};
+  ReadyInteger next_{1};
   std::vector<Numbered> added_;  // by `add`, in order of number
   std::vector<Block> plainBlocks_;
   IfcIo::IfcEntity* nextPlain_ = nullptr;  // in the last block

@@ -35,8 +35,7 @@ class StepWriter {
   /// entity's text (line_pieces.h).
   template <class... Pieces>
   Ref writeEntity(const Pieces&... pieces) {
-    entities.addPlain();
-    const Ref entity(entities.last());
+    const Ref entity(entities.addPlain());
     stream.line(entity, "= ", pieces..., ";");
     return entity;
   }

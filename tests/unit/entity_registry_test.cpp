@@ -34,7 +34,7 @@ TEST(EntityRegistry, TheEntityAtPositionPHasNumberPPlusOne) {
       given.back()->id = registry.add(given.back());
     } else {
       given.push_back(nullptr);
-      EXPECT_EQ(registry.addPlain(), i + 1);
+      EXPECT_EQ(registry.addPlain().value(), i + 1);
     }
     ASSERT_EQ(registry.size(), i + 1);
   }
