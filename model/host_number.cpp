@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <charconv>
 #include <cstddef>
+#include <cstring>
 #include <iterator>
 #include <limits>
+#include <optional>
 #include <string>
 
 namespace exportifc {
@@ -144,11 +147,74 @@ double parseDecimal(std::string_view text, bool pointIsComma) {
   return minus ? -value : value;
 }
 
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+
+constexpr std::uint64_t inEachByte(std::uint64_t byte) { return 0x0101010101010101U * byte; }
+
+/// The characters of `text`, one to eight, the first in the lowest byte; zeros above.
+std::uint64_t wordOf(std::string_view text) {
+  static_assert(std::endian::native == std::endian::little, "the lowest byte comes first");
+  const char* const at = text.data();
+  const std::size_t size = text.size();
+  if (size >= wordSize / 2) {
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;  // the same ones in part
+    std::memcpy(&first, at, sizeof(first));
+    std::memcpy(&last, at + size - sizeof(last), sizeof(last));
+    return first | std::uint64_t{last} << (8 * (size - sizeof(last)));
+  }
+  const auto byte = [&](std::size_t i) {
+    return std::uint64_t{static_cast<unsigned char>(at[i])} << (8 * i);
+  };
+  return byte(0) | byte(size / 2) | byte(size - 1);
+}
+
+/// The integer that eight bytes (0 to 9) are the digits of, the first in the lowest byte: pairs,
+/// fours, all.
+std::uint64_t ofEightDigits(std::uint64_t digits) {
+  const std::uint64_t pairs = digits * 10 + (digits >> 8);
+  const std::uint64_t firstPairs = pairs & 0x000000FF000000FFU;           // first and third
+  const std::uint64_t secondPairs = (pairs >> 16) & 0x000000FF000000FFU;  // second and fourth
+  return (firstPairs * (100 + (std::uint64_t{1000000} << 32)) +
+          secondPairs * (1 + (std::uint64_t{10000} << 32))) >>
+         32;
+}
+
+/// A number of up to eight characters, digits with a comma or point among them, as nearly all are;
+/// nothing when it is another. All characters at once: where loops end, which differs from number
+/// to number, is what a processor guesses wrong.
+std::optional<double> shortNumber(std::string_view text) {
+  if (text.empty() || text.size() > wordSize) {
+    return {};
+  }
+  const std::uint64_t word = wordOf(text);
+  // A byte of `others` is 0 where a comma or point stands; they differ in one bit.
+  const std::uint64_t others = (word | inEachByte(',' ^ '.')) ^ inEachByte('.');
+  const std::uint64_t separator = (others - inEachByte(1)) & ~others & inEachByte(0x80);
+  const std::size_t whole =
+      separator == 0 ? text.size() : static_cast<std::size_t>(std::countr_zero(separator)) / 8;
+  const std::size_t count = text.size() - (separator == 0 ? 0 : 1);
+  if (count == 0) {
+    return {};
+  }
+  const std::uint64_t behind = whole == wordSize ? 0 : ~std::uint64_t{0} << (8 * whole);
+  const std::uint64_t characters = (word & ~behind) | ((word >> 8) & behind);
+  const std::uint64_t digits = (characters ^ inEachByte('0')) << (8 * (wordSize - count));
+  if (((digits + inEachByte(0x7F - 9)) | digits) & inEachByte(0x80)) {
+    return {};  // not all are digits
+  }
+  return static_cast<double>(ofEightDigits(digits)) / exactPowers[count - whole];
+}
+
 }  // namespace
 
 double parseCommaDecimal(std::string_view text) { return parseDecimal(text, false); }
 
 float parseHostNumber(std::string_view text) {
+  const bool minus = text.starts_with('-');
+  if (const auto value = shortNumber(text.substr(minus ? 1 : 0))) {
+    return static_cast<float>(minus ? -*value : *value);
+  }
   return static_cast<float>(parseDecimal(text, true));
 }
 

@@ -11,34 +11,17 @@ constexpr char endOfText = '\x1A';
 
 }  // namespace
 
-bool LineReader::next(std::string_view& line) {
-  if (!takeToFeed(line)) {
-    // The line goes on in the next buffer, or the text ends.
-    pieces_.clear();
-    do {
-      pieces_.append(at_, end_);
-      if (!fill()) {
-        line = pieces_;
-        return !line.empty();
-      }
-    } while (!takeToFeed(line));
-    line = pieces_.append(line);
-  }
-  if (line.ends_with('\r')) {
-    line.remove_suffix(1);
-  }
-  return true;
-}
-
-bool LineReader::takeToFeed(std::string_view& text) {
-  const auto left = static_cast<std::size_t>(end_ - at_);
-  const auto* const feed = static_cast<const char*>(std::memchr(at_, '\n', left));
-  if (feed == nullptr) {
-    return false;
-  }
-  text = {at_, feed};
-  at_ = feed + 1;
-  return true;
+bool LineReader::nextOfPieces(std::string_view& line) {
+  pieces_.clear();
+  do {
+    pieces_.append(at_, end_);
+    if (!fill()) {
+      line = pieces_;
+      return !line.empty();
+    }
+  } while (!takeToFeed(line));
+  line = pieces_.append(line);
+  return dropReturn(line);
 }
 
 bool LineReader::fill() {

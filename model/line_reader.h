@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <cstring>
 #include <fstream>
 #include <istream>
 #include <string>
@@ -24,18 +26,39 @@ class LineReader {
 
   /// Reads the next line, without its end; `line` holds until the next call. False, with `line`
   /// empty, when there is none; the last line need not end with a line feed.
-  bool next(std::string_view& line);
+  bool next(std::string_view& line) {
+    return takeToFeed(line) ? dropReturn(line) : nextOfPieces(line);
+  }
 
  private:
   /// Takes what stands before the next line feed in the buffer; false when there is none.
-  bool takeToFeed(std::string_view& text);
+  bool takeToFeed(std::string_view& text) {
+    const auto left = static_cast<std::size_t>(end_ - at_);
+    const auto* const feed = static_cast<const char*>(std::memchr(at_, '\n', left));
+    if (feed == nullptr) {
+      return false;
+    }
+    text = {at_, feed};
+    at_ = feed + 1;
+    return true;
+  }
+
+  static bool dropReturn(std::string_view& line) {
+    if (line.ends_with('\r')) {
+      line.remove_suffix(1);
+    }
+    return true;
+  }
+
+  /// As `next`, for a line that goes on in the next buffer, or the end of the text.
+  bool nextOfPieces(std::string_view& line);
   /// Drops what is in the buffer and reads more; false at the end of the text.
   bool fill();
 
   std::ifstream file_;
   std::istream* text_;
-  std::array<char, 65536> buffer_{};
-  std::string pieces_;  // of a line that lies in two buffers or more
+  std::array<char, 16384> buffer_{};  // with what a bar touches in the nearest cache
+  std::string pieces_;                // of a line that lies in two buffers or more
   const char* at_ = buffer_.data();
   const char* end_ = buffer_.data();
   bool ended_ = false;

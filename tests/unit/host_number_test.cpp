@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -222,6 +223,54 @@ TEST_F(AgainstTheRuntime, NumbersAreTheSame) {
     std::replace(commas.begin(), commas.end(), '.', ',');
     ASSERT_EQ(parseHostNumber(text), static_cast<float>(runtimeNumber(commas)))
         << '"' << text << '"';
+  }
+}
+
+/// As `parseHostNumber` is defined: every point is a comma.
+float runtimeHostNumber(std::string text) {
+  std::replace(text.begin(), text.end(), '.', ',');
+  return static_cast<float>(runtimeNumber(text));
+}
+
+void expectTheRuntimes(const std::string& text) {
+  const float ours = parseHostNumber(text);
+  const float theirs = runtimeHostNumber(text);
+  ASSERT_EQ(ours, theirs) << '"' << text << '"';
+  ASSERT_EQ(std::signbit(ours), std::signbit(theirs)) << '"' << text << '"';
+}
+
+TEST_F(AgainstTheRuntime, AllShortTexts) {
+  constexpr std::string_view characters = "019.,-+e :/";  // the last two stand beside the digits
+  std::vector<std::string> texts = {""};
+  for (std::size_t length = 1, first = 0; length <= 4; ++length) {
+    const std::size_t end = texts.size();
+    for (; first < end; ++first) {
+      for (const char c : characters) {
+        texts.push_back(texts[first] + c);
+        ASSERT_NO_FATAL_FAILURE(expectTheRuntimes(texts.back()));
+      }
+    }
+  }
+}
+
+TEST_F(AgainstTheRuntime, DigitsWithASeparatorAnywhere) {
+  test::Random random(4);
+  for (int round = 0; round < test::rounds(200000); ++round) {
+    std::string text = random.integer(0, 3) == 0 ? "-" : "";
+    for (auto left = random.integer(1, 10); left > 0; --left) {
+      text += static_cast<char>('0' + random.integer(0, 9));
+    }
+    if (random.integer(0, 4) != 0) {
+      const auto digits = static_cast<std::int64_t>(text.find_first_not_of('-'));
+      text[static_cast<std::size_t>(
+          random.integer(digits, static_cast<std::int64_t>(text.size()) - 1))] =
+          random.integer(0, 1) == 0 ? '.' : ',';
+    }
+    ASSERT_NO_FATAL_FAILURE(expectTheRuntimes(text));
+    // One byte that is no digit, of all that there are.
+    text[static_cast<std::size_t>(random.integer(0, static_cast<std::int64_t>(text.size()) - 1))] =
+        static_cast<char>(random.integer(128, 255));
+    ASSERT_NO_FATAL_FAILURE(expectTheRuntimes(text));
   }
 }
 
