@@ -84,10 +84,9 @@ std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t p
 std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
                              const Direction& refDirection, std::int32_t profileId,
                              const Vec3& first, const Vec3& second, const BarGeometry& bar) {
-  const std::wstring_view description =
-      bar.sectionName.size() < 2 ? std::wstring_view(L" ") : std::wstring_view(bar.sectionName);
-  const std::wstring_view name =
-      bar.sectionLabel.empty() ? description : std::wstring_view(bar.sectionLabel);
+  static const HostText blank(L" ");
+  const HostText& description = bar.sectionName.size() < 2 ? blank : bar.sectionName;
+  const HostText& name = bar.sectionLabel.empty() ? description : bar.sectionLabel;
   const Ref owner{writer.ownerHistoryId};
 
   const Ref zAxis{writer.writeEntity("IFCDIRECTION((", double{axis[0]}, ", ", double{axis[1]}, ", ",

@@ -112,12 +112,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // As the loop widens it.
   BarRecord record{};
   std::memcpy(record.sectionName, name.data(), std::min(name.size(), sizeof(record.sectionName)));
-  widenSectionName(record, bar.sectionName);
-  require(bar.sectionName.size() <= sizeof(record.sectionName), "a name longer than its field");
+  std::wstring wide;
+  widenSectionName(record, wide);
+  require(wide.size() <= sizeof(record.sectionName), "a name longer than its field");
+  bar.sectionName = wide;
 
-  const std::wstring_view family = profileFamilyOf(bar.sectionName);
+  const std::wstring_view family = profileFamilyOf(wide);
   require(family.find(L' ') == std::wstring_view::npos, "a blank in a family word");
-  require(bar.sectionName.starts_with(family), "a family word that is not the beginning");
+  require(wide.starts_with(family), "a family word that is not the beginning");
   std::wstring firstHalf;
   std::wstring secondHalf;
   const bool builtUp = splitBuiltUpProfile(family, firstHalf, secondHalf);
@@ -141,17 +143,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(element == profile + 11, "the element is the eleventh of fourteen entities");
     require(writer.entities.size() == profile + 14, "fourteen entities a bar");
     bool cut = false;
-    for (const wchar_t unit : bar.sectionName) {
+    for (const wchar_t unit : wide) {
       cut = cut || static_cast<std::uint32_t>(unit) > 0xFFU;
     }
     require(cut == writer.stream.failed(), "the output ends at a character it cannot hold");
     require(cut || text.ends_with(";\r\n"), "the last line is complete");
   }
-  const bool plain = bar.sectionName.find_first_of(L"\n;") == std::wstring::npos &&
-                     std::all_of(bar.sectionName.begin(), bar.sectionName.end(),
-                                 [](wchar_t unit) { return unit < 0x80; });
+  const bool plain =
+      wide.find_first_of(L"\n;") == std::wstring::npos &&
+      std::all_of(wide.begin(), wide.end(), [](wchar_t unit) { return unit < 0x80; });
   if (plain) {
-    writeWhole(bar.sectionName, arguments, dims.data());
+    writeWhole(wide, arguments, dims.data());
   }
   return 0;
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "exportifc/plugin.h"
+#include "step/host_text.h"
 
 namespace exportifc {
 
@@ -28,8 +29,8 @@ inline constexpr std::int32_t columnKind = 3;
 struct BarGeometry {
   Vec3 start;
   Vec3 end;
-  std::wstring sectionName;      ///< the bar's whole section text
-  std::wstring sectionLabel;     ///< family word, or the half's name
+  HostText sectionName;          ///< the bar's whole section text
+  HostText sectionLabel;         ///< family word, or the half's name
   double rotation = 0.0;         ///< of the section about the bar, degrees
   std::int32_t elementKind = 0;  ///< `columnKind` or 0
 };

@@ -9,9 +9,9 @@
 #include "elements/bar_element.h"
 #include "model/bar.h"
 #include "platform/user_interface.h"
+#include "plugin/known_sections.h"
 #include "plugin/texts.h"
 #include "profiles/profile_dispatch.h"
-#include "profiles/section_name.h"
 
 namespace exportifc {
 
@@ -81,9 +81,7 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
   const std::int32_t barCount = model.barCount();
   Groups groups;
   SourceBar bar;
-  BarGeometry geometry;
-  std::wstring firstHalf;
-  std::wstring secondHalf;
+  KnownSections sections;
 
   for (std::int32_t index = 0; index < barCount && model.next(index, bar); ++index) {
     if (bar.record == nullptr) {
@@ -95,25 +93,15 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
     if (type == neverExportedType || hidden) {
       continue;
     }
-    geometry.start = millimetres(bar.start, factor);
-    geometry.end = millimetres(bar.end, factor);
-    geometry.rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
-    geometry.elementKind = elementKindOf(type);
-    widenSectionName(*bar.record, geometry.sectionName);
-
-    EntityNumbers& elements = groups.of(type);
-    const auto write = [&](std::wstring_view profileName, std::wstring_view label, int flangeSide) {
+    for (SectionPart& part : sections.partsOf(*bar.record)) {
       const std::int32_t profile =
-          writeProfile(writer, profileName, bar.dims.data(), flangeSide, ui);
-      geometry.sectionLabel = label;
-      keep(elements, writeBar(writer, geometry, profile));
-    };
-    const std::wstring_view family = profileFamilyOf(geometry.sectionName);
-    if (splitBuiltUpProfile(family, firstHalf, secondHalf)) {
-      write(firstHalf, firstHalf, halfFlangeSide);
-      write(secondHalf, secondHalf, halfFlangeSide);
-    } else {
-      write(geometry.sectionName, family, simpleFlangeSide);
+          writeProfile(writer, part.row, part.profileName(), bar.dims.data(),
+                       part.isHalf ? halfFlangeSide : simpleFlangeSide, ui);
+      part.bar.start = millimetres(bar.start, factor);
+      part.bar.end = millimetres(bar.end, factor);
+      part.bar.rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
+      part.bar.elementKind = elementKindOf(type);
+      keep(groups.of(type), writeBar(writer, part.bar, profile));
     }
   }
 

@@ -176,7 +176,7 @@ Points hatHalf(const ProfileArguments& a, double angle, double side) {
 constexpr double quarterTurn = 1.5707963267948966;
 constexpr double threeQuarterTurns = 4.71238898038469;
 
-std::int32_t writeClosedProfile(StepWriter& writer, std::wstring_view name, const Points& points) {
+std::int32_t writeClosedProfile(StepWriter& writer, const HostText& name, const Points& points) {
   const Ref polyline{writePolyline(writer, points)};
   return writer.writeEntity("IFCARBITRARYCLOSEDPROFILEDEF(.AREA., '", name, "', ", polyline, ")");
 }
@@ -198,13 +198,13 @@ std::vector<OutlinePoint> outlinePoints(Outline outline, const ProfileArguments&
   return {};
 }
 
-std::int32_t writeOutlineProfile(StepWriter& writer, Outline outline, std::wstring_view name,
+std::int32_t writeOutlineProfile(StepWriter& writer, Outline outline, const HostText& name,
                                  const ProfileArguments& arguments) {
   return writeClosedProfile(writer, name, outlinePoints(outline, arguments));
 }
 
-std::int32_t writeUnknownProfile(StepWriter& writer, std::wstring_view name, UserInterface& ui) {
-  ui.printLine(std::wstring(L"AVISO! Perfil desconhecido: ").append(name));
+std::int32_t writeUnknownProfile(StepWriter& writer, const HostText& name, UserInterface& ui) {
+  ui.printLine(std::wstring(L"AVISO! Perfil desconhecido: ").append(std::wstring_view(name)));
   static const Points square = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}, {-2, -2}};
   return writeClosedProfile(writer, L"UnknownProfile", square);
 }

@@ -8,6 +8,7 @@
 #include "elements/polyline.h"
 #include "platform/user_interface.h"
 #include "profiles/parametric.h"
+#include "step/host_text.h"
 #include "step/step_writer.h"
 
 namespace exportifc {
@@ -20,11 +21,11 @@ std::vector<OutlinePoint> outlinePoints(Outline outline, const ProfileArguments&
 
 /// Writes the outline's points, polyline and profile definition; returns the number of the profile
 /// definition. Dimensions are not checked.
-std::int32_t writeOutlineProfile(StepWriter& writer, Outline outline, std::wstring_view name,
+std::int32_t writeOutlineProfile(StepWriter& writer, Outline outline, const HostText& name,
                                  const ProfileArguments& arguments);
 
 /// The stand-in for a section nobody knows: prints a warning with its name and writes a square of
 /// side 4 mm under the name 'UnknownProfile'; returns the number of the profile definition.
-std::int32_t writeUnknownProfile(StepWriter& writer, std::wstring_view name, UserInterface& ui);
+std::int32_t writeUnknownProfile(StepWriter& writer, const HostText& name, UserInterface& ui);
 
 }  // namespace exportifc

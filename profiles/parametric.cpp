@@ -100,7 +100,7 @@ const ParametricRow& parametricRow(Parametric variant) {
   return table[static_cast<std::size_t>(variant)];
 }
 
-std::int32_t writeParametricProfile(StepWriter& writer, Parametric variant, std::wstring_view name,
+std::int32_t writeParametricProfile(StepWriter& writer, Parametric variant, const HostText& name,
                                     const ProfileArguments& arguments) {
   const ParametricRow& row = parametricRow(variant);
   const double offset = row.offset == nullptr ? 0.0 : row.offset(arguments);

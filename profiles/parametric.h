@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "step/host_text.h"
 #include "step/step_writer.h"
 
 namespace exportifc {
@@ -69,7 +70,7 @@ const ParametricRow& parametricRow(Parametric variant);
 
 /// Writes the four entities of a parametric profile (point, direction, placement, profile
 /// definition) and returns the number of the profile definition. Dimensions are not checked.
-std::int32_t writeParametricProfile(StepWriter& writer, Parametric variant, std::wstring_view name,
+std::int32_t writeParametricProfile(StepWriter& writer, Parametric variant, const HostText& name,
                                     const ProfileArguments& arguments);
 
 }  // namespace exportifc

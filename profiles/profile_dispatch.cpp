@@ -141,9 +141,13 @@ ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims
   return arguments;
 }
 
-std::int32_t writeProfile(StepWriter& writer, std::wstring_view name, const float* sectionDims,
+std::int32_t writeProfile(StepWriter& writer, const HostText& name, const float* sectionDims,
                           int flangeSide, UserInterface& ui) {
-  const FamilyRow* const row = findFamily(profileFamilyOf(name));
+  return writeProfile(writer, findFamily(profileFamilyOf(name)), name, sectionDims, flangeSide, ui);
+}
+
+std::int32_t writeProfile(StepWriter& writer, const FamilyRow* row, const HostText& name,
+                          const float* sectionDims, int flangeSide, UserInterface& ui) {
   if (row == nullptr) {
     ui.show(L"Perfil Desconhecido", L"Aviso");
     return writeUnknownProfile(writer, name, ui);

@@ -10,6 +10,7 @@
 #include "platform/user_interface.h"
 #include "profiles/outlines.h"
 #include "profiles/parametric.h"
+#include "step/host_text.h"
 #include "step/step_writer.h"
 
 namespace exportifc {
@@ -51,7 +52,11 @@ ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims
 /// Writes the profile definition of the section called `name` (a whole section text, or the name
 /// of a half) and returns its number. `sectionDims` are the bar's dimensions d0 to d6. A family
 /// that nobody knows is shown to the user and becomes `writeUnknownProfile`.
-std::int32_t writeProfile(StepWriter& writer, std::wstring_view name, const float* sectionDims,
+std::int32_t writeProfile(StepWriter& writer, const HostText& name, const float* sectionDims,
                           int flangeSide, UserInterface& ui);
+
+/// The same when the row of the name's family is known; null: nobody knows the family.
+std::int32_t writeProfile(StepWriter& writer, const FamilyRow* row, const HostText& name,
+                          const float* sectionDims, int flangeSide, UserInterface& ui);
 
 }  // namespace exportifc

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <limits>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -65,6 +66,18 @@ Exported exported(BarSource& model, int exportInvisible = 1) {
 Exported exported(std::vector<ScriptedBar> bars, std::int32_t unit = 2, int exportInvisible = 1) {
   ListSource model(std::move(bars), unit);
   return exported(model, exportInvisible);
+}
+
+/// The lines up to the assemblies, with "#" for each instance number.
+std::string withoutNumbers(const Exported& file) {
+  static const std::regex numbers("#[0-9]+");
+  std::string text;
+  for (const std::string& line : file.lines) {
+    if (line.find("= IFCRELCONTAINEDINSPATIALSTRUCTURE(") == std::string::npos) {
+      text.append(std::regex_replace(test::maskGlobalIds(line), numbers, "#")).append("\n");
+    }
+  }
+  return text;
 }
 
 Exported exportedType(float type) { return exported({{.section = "W 1", .type = type}}); }
@@ -387,6 +400,48 @@ TEST(ExportBars, AnAccentedUnknownSectionEndsTheFileInItsComment) {
   ASSERT_EQ(user.said.size(), 2U);
   EXPECT_EQ(user.said[1].text,
             std::wstring(L"AVISO! Perfil desconhecido: Perfil") + static_cast<wchar_t>(0xFFE7));
+}
+
+/// What the bars write, each in an export of its own, one behind the other: numbers left out.
+std::string oneByOne(const std::vector<ScriptedBar>& bars) {
+  std::string text;
+  for (const ScriptedBar& bar : bars) {
+    text += withoutNumbers(exported({bar}));
+  }
+  return text;
+}
+
+TEST(ExportBars, ASectionMeansTheSameForEachOfItsBars) {
+  // Placement, dimensions and type are the bar's own, whatever bar of the section came before.
+  const std::vector<ScriptedBar> bars = {
+      {.section = "2L 50x5", .end = {0, 0, 3000}, .dims = {50, 0, 0, 5, 10}, .quarterTurns = 1},
+      {.section = "W 1", .angle = 0.5F},
+      {.section = "2L 50x5", .start = {1, 2, 3}, .dims = {60, 0, 0, 6, 12}},
+      {.section = "ZS 1", .end = {500, 0, 0}},
+      {.section = "W 1", .start = {0, 7, 0}, .dims = {300, 150, 12, 8}},
+      {.section = "XPTO"},
+      {.section = "W 2"},
+      {.section = "ZS 1", .start = {-500, 0, 0}},
+      {.section = "XPTO", .end = {0, 0, 1}},
+  };
+  EXPECT_EQ(withoutNumbers(exported(bars)), oneByOne(bars));
+}
+
+TEST(ExportBars, AnyNumberOfSections) {
+  // More than are kept, then the first ones again.
+  std::vector<ScriptedBar> bars;
+  for (int i = 0; i < 9000; ++i) {
+    bars.push_back({.section = "W " + std::to_string(i % 5000)});
+  }
+  const Exported file = exported(bars);
+  const Lines names = test::linesWith(file.lines, "perfil: ");
+  ASSERT_EQ(names.size(), bars.size());
+  const Lines profiles = test::linesWith(file.lines, "IFCISHAPEPROFILEDEF");
+  ASSERT_EQ(profiles.size(), bars.size());
+  for (std::size_t i = 0; i < bars.size(); ++i) {
+    ASSERT_EQ(names[i], "angulo: 0, perfil: " + bars[i].section);
+    ASSERT_NE(profiles[i].find(".AREA., '" + bars[i].section + "', #"), std::string::npos);
+  }
 }
 
 // ---- The loop ----------------------------------------------------------------------------------
