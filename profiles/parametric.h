@@ -60,9 +60,9 @@ using ProfileArguments = std::array<double, 8>;
 struct ParametricRow {
   Parametric variant;
   std::string_view keyword;
-  PatternText point;            // as written; "x" stands for the value of `offset`
-  std::string_view direction;   // of the profile's local X axis
-  PatternText attributes;       // as written; "a2" stands for argument 2, "h1" for half of 1
+  PatternText point;           // as written; "x" stands for the value of `offset`
+  std::string_view direction;  // of the profile's local X axis
+  PatternText attributes;      // as written; "a2" stands for argument 2, "h1" for half of 1
   double (*offset)(const ProfileArguments& a);
 };
 

@@ -38,21 +38,11 @@ LineCursor put(LineCursor line, std::wstring_view text) {
 }
 
 LineCursor put(LineCursor line, const NumberPattern& pattern) {
-  const auto [text, numbersEnd] = pattern.text;
-  for (std::size_t i = 0; i < numbersEnd; ++i) {
-    switch (const char c = text[i]) {
-      case 'a':
-      case 'h': {
-        ++i;
-        const double value = pattern.values[static_cast<std::size_t>(text[i] - '0')];
-        line = put(line, c == 'a' ? value : 0.5 * value);
-        break;
-      }
-      case 'x': line = put(line, pattern.x); break;
-      default: *line.at++ = c;
-    }
+  for (const PatternText::Number& number : pattern.text.numbers()) {
+    const double value = number.source == 0 ? pattern.x : pattern.values[number.source];
+    line = put(put(line, number.before), number.factor * value);
   }
-  return put(line, text.substr(numbersEnd));
+  return put(line, pattern.text.rest());
 }
 
 }  // namespace exportifc

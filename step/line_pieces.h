@@ -6,6 +6,7 @@
 // the host gave) becomes one byte per character.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -42,23 +43,36 @@ struct General {
   double value;
 };
 
-/// The text of a `NumberPattern`; a literal. The numbers stand in front, so that what follows them
-/// is one copy.
-struct PatternText {
-  std::string_view text;
-  std::size_t numbersEnd;  // behind the last number
+/// The text of a `NumberPattern`, taken apart when it is compiled.
+class PatternText {
+ public:
+  /// A number and the text before it.
+  struct Number {
+    std::string_view before;
+    std::size_t source = 0;  // of the values; 0: `x`
+    double factor = 1.0;
+  };
 
-  constexpr PatternText(const char* pattern) : text(pattern), numbersEnd(text.size()) {
-    while (numbersEnd > 0 && !isNumber(numbersEnd - 1)) {
-      --numbersEnd;
+  constexpr PatternText(const char* pattern) : text_(pattern), rest_(pattern) {
+    std::size_t end = 0;
+    while ((end = rest_.find_first_of("ahx")) != std::string_view::npos) {
+      const bool isX = rest_[end] == 'x';
+      numbers_[count_++] = {.before = rest_.substr(0, end),
+                            .source = isX ? 0 : static_cast<std::size_t>(rest_[end + 1] - '0'),
+                            .factor = rest_[end] == 'h' ? 0.5 : 1.0};
+      rest_.remove_prefix(end + (isX ? 1 : 2));
     }
   }
-  constexpr operator std::string_view() const { return text; }
+
+  constexpr operator std::string_view() const { return text_; }
+  constexpr std::span<const Number> numbers() const { return {numbers_.data(), count_}; }
+  constexpr std::string_view rest() const { return rest_; }
 
  private:
-  constexpr bool isNumber(std::size_t last) const {
-    return text[last] == 'x' || (last > 0 && (text[last - 1] == 'a' || text[last - 1] == 'h'));
-  }
+  std::string_view text_;
+  std::array<Number, 4> numbers_{};
+  std::size_t count_ = 0;
+  std::string_view rest_;  // behind the last number
 };
 
 /// Text in which "a1" to "a9" stand for the numbers values[1] to values[9], "h1" to "h9" for their
@@ -91,7 +105,7 @@ constexpr std::size_t maxLength(RefList list) {
   return list.numbers.size() * (integerCapacity + 3);
 }
 constexpr std::size_t maxLength(const NumberPattern& pattern) {
-  return pattern.text.text.size() * fixed5Capacity;
+  return std::string_view(pattern.text).size() * fixed5Capacity;
 }
 
 // Each writes its piece and returns where the next one goes.
