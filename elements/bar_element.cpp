@@ -58,12 +58,29 @@ double distance(const Vec3& first, const Vec3& second) {
 
 }  // namespace
 
-std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t profileId) {
+BarPlacement placementOf(const BarGeometry& bar) {
   Vec3 first = bar.start;
   Vec3 second = bar.end;
   if (isReversed(bar.sectionName)) {
     std::swap(first, second);
   }
+  const double angle = single(bar.rotation * std::numbers::pi / 180.0);
+  Matrix3 axes{};
+  barAxesMatrix(angle, single(second.x - first.x), single(second.y - first.y),
+                single(second.z - first.z), axesTolerance, axes);
+  return {.first = first,
+          .second = second,
+          .axis = direction(axes[0]),
+          .refDirection = direction(axes[1])};
+}
+
+std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t profileId) {
+  return writeBar(writer, bar, placementOf(bar), profileId);
+}
+
+std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, const BarPlacement& placement,
+                      std::int32_t profileId) {
+  const auto& [first, second, axis, refDirection] = placement;
 
   // "IfcBeam" for every bar: the comment names the bar, not the element type chosen below.
   writer.stream.line();
@@ -73,12 +90,7 @@ std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t p
   writer.stream.line("angulo: ", General{bar.rotation}, ", perfil: ", bar.sectionName);
   writer.stream.line(" */");
 
-  const double angle = single(bar.rotation * std::numbers::pi / 180.0);
-  Matrix3 axes{};
-  barAxesMatrix(angle, single(second.x - first.x), single(second.y - first.y),
-                single(second.z - first.z), axesTolerance, axes);
-  return writeBarElement(writer, direction(axes[0]), direction(axes[1]), profileId, first, second,
-                         bar);
+  return writeBarElement(writer, axis, refDirection, profileId, first, second, bar);
 }
 
 std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,

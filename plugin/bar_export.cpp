@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -93,15 +94,19 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
     if (type == neverExportedType || hidden) {
       continue;
     }
+    std::optional<BarPlacement> placement;
     for (SectionPart& part : sections.partsOf(*bar.record)) {
-      const std::int32_t profile =
-          writeProfile(writer, part.row, part.profileName(), bar.dims.data(),
-                       part.isHalf ? halfFlangeSide : simpleFlangeSide, ui);
       part.bar.start = millimetres(bar.start, factor);
       part.bar.end = millimetres(bar.end, factor);
       part.bar.rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
       part.bar.elementKind = elementKindOf(type);
-      keep(groups.of(type), writeBar(writer, part.bar, profile));
+      if (!placement) {  // the second half lies where the first does
+        placement = placementOf(part.bar);
+      }
+      const std::int32_t profile =
+          writeProfile(writer, part.row, part.profileName(), bar.dims.data(),
+                       part.isHalf ? halfFlangeSide : simpleFlangeSide, ui);
+      keep(groups.of(type), writeBar(writer, part.bar, *placement, profile));
     }
   }
 
