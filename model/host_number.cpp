@@ -17,7 +17,8 @@ namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+/// The host's runtime counts the no-break space of Windows-1252 among them.
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r') || c == '\xA0'; }
 
 /// Reads the characters of a text one after the other; '\0' stands for the end.
 class Cursor {

@@ -75,7 +75,9 @@ TEST(ParseHostNumber, ManyDigitsBalanceTheExponent) {
 }
 
 TEST(ParseHostNumber, SkipsBlanksInFrontOnly) {
-  EXPECT_EQ(parseHostNumber(" \t\n\v\f\r7"), 7.0F);
+  EXPECT_EQ(parseHostNumber(" \t\n\v\f\r\xA0"
+                            "7"),
+            7.0F);
   EXPECT_EQ(parseHostNumber("7 8"), 7.0F);
   EXPECT_EQ(parseHostNumber("- 7"), 0.0F);
 }
@@ -124,7 +126,9 @@ TEST(ParseHostInteger, ReadsWhatTheRuntimeReads) {
   EXPECT_EQ(parseHostInteger("12"), 12);
   EXPECT_EQ(parseHostInteger("-3"), -3);
   EXPECT_EQ(parseHostInteger("+3"), 3);
-  EXPECT_EQ(parseHostInteger(" \t\n\v\f\r4 5"), 4);
+  EXPECT_EQ(parseHostInteger(" \t\n\v\f\r\xA0"
+                             "4 5"),
+            4);
   EXPECT_EQ(parseHostInteger("5.9"), 5);
   EXPECT_EQ(parseHostInteger("6e3"), 6);
   for (const std::string text : {"", "abc", "-", "+-1", "- 1", ".5", "x"}) {
@@ -180,9 +184,10 @@ double runtimeNumber(const std::string& text) { return std::atof(text.c_str()); 
 
 #else
 
-/// The classic locale's conversion, with the comma turned into the point it takes and the point,
-/// which ends a number here, into something else.
+/// The classic locale's conversion, with the comma turned into the point it takes, the point, which
+/// ends a number here, into something else and the no-break space into a blank.
 double runtimeNumber(std::string text) {
+  std::replace(text.begin(), text.end(), '\xA0', ' ');
   std::replace(text.begin(), text.end(), '.', ';');
   std::replace(text.begin(), text.end(), ',', '.');
   return std::strtod(text.c_str(), nullptr);
@@ -240,7 +245,7 @@ void expectTheRuntimes(const std::string& text) {
 }
 
 TEST_F(AgainstTheRuntime, AllShortTexts) {
-  constexpr std::string_view characters = "019.,-+e :/";  // the last two stand beside the digits
+  constexpr std::string_view characters = "019.,-+e :/\xA0";  // ":" and "/" stand beside the digits
   std::vector<std::string> texts = {""};
   for (std::size_t length = 1, first = 0; length <= 4; ++length) {
     const std::size_t end = texts.size();
