@@ -27,21 +27,26 @@ class FileSink final : public ByteSink {
   ~FileSink() override { ::close(descriptor_); }
 
   bool write(const char* bytes, std::size_t size) override {
-    while (size > 0) {
-      const ssize_t written = ::write(descriptor_, bytes, size);
-      if (written < 0 && errno == EINTR) {
-        continue;
-      }
-      if (written <= 0) {
-        return false;
-      }
-      bytes += written;
-      size -= static_cast<std::size_t>(written);
-    }
-    return true;
+    const ssize_t written = ::write(descriptor_, bytes, size);
+    return written == static_cast<ssize_t>(size) || writeRest(bytes, size, written);
   }
 
  private:
+  /// Goes on after a call that wrote less than all: interrupted by a signal, or a full disk.
+  bool writeRest(const char* bytes, std::size_t size, ssize_t written) {
+    while (written > 0 || (written < 0 && errno == EINTR)) {
+      if (written > 0) {
+        bytes += written;
+        size -= static_cast<std::size_t>(written);
+      }
+      if (size == 0) {
+        return true;
+      }
+      written = ::write(descriptor_, bytes, size);
+    }
+    return false;
+  }
+
   int descriptor_;
 };
 
