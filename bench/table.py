@@ -13,6 +13,7 @@ GOALS = [
     ("whole export over the floor, native", "floor_ratio", 1.15, "x"),
     ("  the same by processor time", "floor_ratio_by_processor_time", 1.15, "x"),
     ("  the same with ten times as many bars", "large_floor_ratio", 1.15, "x"),
+    ("  the same with a hundred times as many", "largest_floor_ratio", 1.15, "x"),
     ("formatting alone", "format_ns_per_line", 40, "ns/line"),
     ("  the same by processor time", "format_ns_per_line_by_processor_time", 40, "ns/line"),
     ("whole export over the floor, Windows code under Wine", "windows_floor_ratio", 1.3, "x"),
@@ -25,7 +26,7 @@ GOALS = [
     ("peak memory, large model of built-up sections", "peak_mb_built_up", 700, "MB"),
     ("time per bar, large model over 10,000 bars", "linear_ratio", 1.10, "x"),
     ("  the floor, the same", "linear_floor_ratio", None, "x"),
-    ("  the export's over the floor's", "linear_over_floor_ratio", 1.10, "x"),
+    ("  over the floor, large model over 10,000 bars", "linear_over_floor_ratio", 1.10, "x"),
     ("  formatting alone", "linear_format_ratio", None, "x"),
     ("entities over IfcPlusPlus, no file", "ahead_of_ifcplusplus_kept", -1, "x"),
     ("  a file, flushed line by line", "ahead_of_ifcplusplus_flushed", -1, "x"),
@@ -36,7 +37,8 @@ GOALS = [
 # What stands below the table.
 DETAILS = [
     "export_ns_per_line", "floor_ns_per_line", "floor_ratio_low_quarter", "floor_ratio_high_quarter",
-    "large_floor_ratio_low_quarter", "large_floor_ratio_high_quarter", "guid_ns",
+    "large_floor_ratio_low_quarter", "large_floor_ratio_high_quarter",
+    "largest_export_ns_per_line", "largest_floor_ns_per_line", "guid_ns",
     "windows_export_ns_per_line", "windows_floor_ns_per_line", "windows_guid_ns",
     "instructions_all", "instructions_simple", "instructions_built_up",
     "json_mb_per_s", "json_library_mb_per_s",
@@ -56,7 +58,7 @@ def derived(values):
         if over in values and under in values:
             values[name] = values[over] / values[under]
 
-    ratio("linear_over_floor_ratio", "linear_ratio", "linear_floor_ratio")
+    ratio("linear_over_floor_ratio", "largest_floor_ratio", "floor_ratio")
     ratio("ahead_of_ifcplusplus_kept", "ours_kept_per_s", "ifcplusplus_kept_per_s")
     ratio("ahead_of_ifcplusplus_flushed", "ours_flushed_per_s", "ifcplusplus_flushed_per_s")
     ratio("ahead_of_webifc_kept", "ours_kept_per_s", "webifc_kept_per_s")
