@@ -8,7 +8,14 @@
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
+#include <algorithm>
+#include <csignal>
+#include <thread>
+
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <fcntl.h>
+#include <pthread.h>
 #include <unistd.h>
 #endif
 
@@ -48,6 +55,48 @@ TEST(Platform, WhatCannotBeOpenedIsNull) {
   }
   EXPECT_EQ(platform::openForWriting(L""), nullptr);
 }
+
+#if !defined(_WIN32)
+
+TEST(Platform, ASignalInTheMiddleOfAWriteLosesNothing) {
+  // Calls into a full pipe are interrupted again and again, some before anything is written.
+  const test::TemporaryFolder folder;
+  const std::string path = folder.file("pipe");
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  struct sigaction ignore {};
+  struct sigaction before {};
+  ignore.sa_handler = [](int) {};  // without SA_RESTART: the call returns
+  ASSERT_EQ(::sigaction(SIGUSR1, &ignore, &before), 0);
+  std::string content;
+  for (int i = 0; content.size() < 1000000; ++i) {
+    content += std::to_string(i);
+  }
+
+  std::string received;
+  const pthread_t writer = ::pthread_self();
+  std::thread reader([&] {
+    const int pipe = ::open(path.c_str(), O_RDONLY);
+    std::array<char, 5000> piece{};
+    for (ssize_t size = 1; size > 0;) {
+      size = ::read(pipe, piece.data(), piece.size());
+      received.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+      for (int signal = 0; signal < 2; ++signal) {  // the second while there is no room at all
+        ::pthread_kill(writer, SIGUSR1);
+        ::usleep(100);
+      }
+    }
+    ::close(pipe);
+  });
+  auto file = platform::openForWriting(test::wide(path));
+  EXPECT_NE(file, nullptr);
+  EXPECT_TRUE(file->write(content.data(), content.size()));
+  file.reset();
+  reader.join();
+  ::sigaction(SIGUSR1, &before, nullptr);
+  EXPECT_EQ(received, content);
+}
+
+#endif
 
 TEST(Platform, CanRead) {
   const test::TemporaryFolder folder;
