@@ -71,6 +71,11 @@ char* putMinus(char* at, double value) {
   return at + (std::signbit(value) ? 1 : 0);
 }
 
+/// 1 or 0 without a branch: the sign of the difference, which fits.
+int isBelow(std::int32_t limit, std::int32_t value) {
+  return static_cast<int>(static_cast<std::uint32_t>(value - limit) >> 31);
+}
+
 constexpr std::int32_t tooClose = -1;
 
 /// A number from 0 to 1e8 rounded to the nearest integer, or `tooClose` to a tie to be sure: the
@@ -125,7 +130,7 @@ char* putFixed5(char* at, double value) {
     if (scaled != tooClose) {
       const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(scaled));
       // Not from the digits, which take longer: where the next piece goes should not wait for them.
-      const int zerosBefore = -((scaled - 10 * scale) >> 31) - ((scaled - 100 * scale) >> 31);
+      const int zerosBefore = isBelow(10 * scale, scaled) + isBelow(100 * scale, scaled);
       at = putDigits(putMinus(at, value), digits, zerosBefore) - decimalDigits;
       *at = '.';
       return putDigits(at + 1, digits, wholeDigits);
