@@ -14,10 +14,10 @@ using Direction = std::array<float, 3>;
 
 /// How a bar lies in the model.
 struct BarPlacement {
-  Vec3 first;              ///< where it begins
-  Vec3 second;             ///< where it ends
-  Direction axis;          ///< along the bar
-  Direction refDirection;  ///< the section's local X
+  Vec3 first;                ///< where it begins
+  Vec3 second;               ///< where it ends
+  Direction axis{};          ///< along the bar
+  Direction refDirection{};  ///< the section's local X
 };
 
 /// From the bar's ends, its rotation and its section, which may turn it end for end.

@@ -33,7 +33,7 @@ class FileSink final : public ByteSink {
 
  private:
   /// Goes on after a call that wrote less than all: interrupted by a signal, or a full disk.
-  bool writeRest(const char* bytes, std::size_t size, ssize_t written) {
+  bool writeRest(const char* bytes, std::size_t size, ssize_t written) const {
     while (written > 0 || (written < 0 && errno == EINTR)) {
       if (written > 0) {
         bytes += written;

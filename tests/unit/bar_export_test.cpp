@@ -429,9 +429,9 @@ TEST(ExportBars, ASectionMeansTheSameForEachOfItsBars) {
 
 TEST(ExportBars, AnyNumberOfSections) {
   // More than are kept, then the first ones again.
-  std::vector<ScriptedBar> bars;
-  for (int i = 0; i < 9000; ++i) {
-    bars.push_back({.section = "W " + std::to_string(i % 5000)});
+  std::vector<ScriptedBar> bars(9000);
+  for (std::size_t i = 0; i < bars.size(); ++i) {
+    bars[i].section = "W " + std::to_string(i % 5000);
   }
   const Exported file = exported(bars);
   const Lines names = test::linesWith(file.lines, "perfil: ");
