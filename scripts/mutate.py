@@ -121,7 +121,9 @@ def allowed():
     if ALLOWED.exists():
         for line in ALLOWED.read_text(encoding="utf-8").splitlines():
             if line and not line.startswith("#"):
-                file, old, new, reason = (part.strip() for part in line.split(" || "))
+                file, *lines, reason = (part.strip() for part in line.split(" || "))
+                half = len(lines) - 1 if lines[-1] == "*" else len(lines) // 2  # lines may hold the mark, too
+                old, new = " || ".join(lines[:half]), " || ".join(lines[half:])
                 reasons[file, old, new] = reason
     return reasons
 
