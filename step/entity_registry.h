@@ -22,7 +22,8 @@ class EntityRegistry {
   /// Keeps a share of `entity` and returns its number. The caller stores the number in the entity.
   std::int32_t add(std::shared_ptr<IfcIo::IfcEntity> entity);
 
-  /// Creates a plain entity, registers it, stores the number in it and returns the number.
+  /// Creates a plain entity, registers it, stores the number in it and returns the number,
+  /// ready to be written.
   ReadyInteger addPlain();
 
   /// Number of registered entities.

@@ -1,6 +1,5 @@
 #include "step/number_format.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>

@@ -412,7 +412,7 @@ std::string oneByOne(const std::vector<ScriptedBar>& bars) {
 }
 
 TEST(ExportBars, ASectionMeansTheSameForEachOfItsBars) {
-  // Placement, dimensions and type are the bar's own, whatever bar of the section came before.
+  // Placement, rotation and dimensions are its own, whatever bar of the section came before.
   const std::vector<ScriptedBar> bars = {
       {.section = "2L 50x5", .end = {0, 0, 3000}, .dims = {50, 0, 0, 5, 10}, .quarterTurns = 1},
       {.section = "W 1", .angle = 0.5F},
