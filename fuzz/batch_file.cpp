@@ -54,15 +54,20 @@ std::vector<std::string> linesOf(std::string_view bytes) {
   return lines;
 }
 
+/// A line without the blanks in front. Byte A0 is one too, as it is to the module's runtime.
+std::string withoutBlanks(const std::string& line) {
+  const std::size_t start = line.find_first_not_of(" \t\n\v\f\r\xA0");
+  return start == std::string::npos ? std::string() : line.substr(start);
+}
+
 /// What the C library reads under the classic locale, once decimal commas are points. Hexadecimal
 /// numbers, "inf" and "nan" are no numbers to the module: reading stops at their letter.
-float numberOf(std::string text) {
+float numberOf(const std::string& line) {
+  std::string text = withoutBlanks(line);
   for (char& c : text) {
     c = c == ',' ? '.' : c;
   }
-  text.resize(text.find_first_not_of("0123456789+-.eE \t\n\v\f\r") == std::string::npos
-                  ? text.size()
-                  : text.find_first_not_of("0123456789+-.eE \t\n\v\f\r"));
+  text = text.substr(0, text.find_first_not_of("0123456789+-.eE"));
   return static_cast<float>(std::strtod(text.c_str(), nullptr));
 }
 
@@ -77,7 +82,7 @@ Model modelOf(std::string_view bytes) {
   Model model;
   model.unitCode = unit == "m" ? 0 : unit == "cm" ? 1 : 2;
   // strtoll stops at its own limits, far outside 32 bits.
-  const long long count = std::strtoll(line().c_str(), nullptr, 10);
+  const long long count = std::strtoll(withoutBlanks(line()).c_str(), nullptr, 10);
   for (long long i = 0; i < count && next < lines.size(); ++i) {
     ModelBar bar;
     line();

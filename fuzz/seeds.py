@@ -51,6 +51,8 @@ for name, text in {
     "nul": batch([bar("RED 2\x000 5")]),
     "numbers": batch([bar("RET 1e400 -1e400 1e-400 0x10",
                           ("1e39", "-1e39", "1e-46"), ("inf", "nan", "0x1p3"), "9" * 60)]),
+    "blank-a0": batch([bar("RED 20", ("\xa05", "\t\xa0 -7,5", "8\xa09"), angle="\xa0\xa01.5")],
+                      count="\xa01"),
     "vertical": batch([bar("LX 50 50 5 5 8", (0, 0, 0), (0, 0, 3000))]),
     "reversed": batch([bar("ZS", (0, 0, 0), (0, 5, 3000)), bar("LX_1", (1, 2, 3), (1, 2, 3))]),
 }.items():
