@@ -3,8 +3,8 @@
 
   scripts/mutate.py [--sample N] [--seed N] [--jobs N] [--minutes N] [--build DIR] [--list] [FILE...]
 
-Constants, signs, comparisons and conditions of the profile, axes and reader code are changed one by
-one; the unit tests are linked with each and run. The tree itself is left alone. A mutant that no
+Constants, signs, comparisons and conditions of the profile, axes, reader, number and bar loop code are
+changed one by one; the unit tests are linked with each and run. The tree itself is left alone. A mutant that no
 test notices is either listed with its reason in scripts/mutants_allowed.txt or a gap in the tests.
 
   --sample N   only N mutants of each file, chosen by --seed (default: all)
@@ -31,14 +31,16 @@ FILES = [
     "profiles/section_name.cpp", "profiles/profile_dispatch.cpp", "profiles/parametric.cpp",
     "profiles/outlines.cpp", "elements/bar_axes.cpp", "elements/bar_element.cpp", "elements/polyline.cpp",
     "model/bar.cpp", "model/batch_source.cpp", "model/host_number.cpp", "model/host_source.cpp",
-    "model/line_reader.cpp",
+    "model/line_reader.cpp", "step/number_format.cpp", "step/line_pieces.cpp", "step/entity_registry.cpp",
+    "step/global_id.cpp", "plugin/known_sections.cpp", "plugin/bar_export.cpp",
 ]
 # The tests most likely to notice, tried before all of them.
 NEAR = {
     "section_name": "*SectionName*:*Profile*", "profile_dispatch": "*Dispatch*:*Profile*", "parametric": "*Parametric*",
     "outlines": "*Outline*", "bar_axes": "*Axes*", "bar_element": "*BarElement*:*WriteBar*", "polyline": "*Poly*:*Point*",
     "bar": "*Bar*", "batch_source": "*Batch*", "host_number": "*Number*:*Integer*", "host_source": "*HostSource*",
-    "line_reader": "*Line*",
+    "line_reader": "*Line*", "number_format": "Put*:Reals*:ReadyInteger*", "entity_registry": "*Registry*",
+    "global_id": "*GlobalId*", "bar_export": "*BarExport*:*ExportBars*",
 }
 ALLOWED = root / "scripts/mutants_allowed.txt"
 

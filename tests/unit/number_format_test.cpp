@@ -11,6 +11,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -49,6 +50,27 @@ std::string general6(double value) {
 std::string integer(std::int32_t value) {
   Field<integerCapacity> field;
   return std::string(field.upTo(putInteger(field.bytes.data(), value)));
+}
+
+/// 1 to 9 times each power of ten that a length may have, and what lies near: such numbers round up
+/// to one digit more, end in zeros, and stand where one way of converting ends and another begins.
+std::vector<double> roundNumbers() {
+  std::vector<double> numbers;
+  for (int exponent = -7; exponent <= 10; ++exponent) {
+    for (int digit = 1; digit <= 9; ++digit) {
+      const double number = digit * std::pow(10.0, exponent);
+      for (const double step :
+           {0.0, 1e-16, 1e-12, 1e-9, 1e-8, 1e-7, 3e-7, 6e-7, 4e-6, 6e-6, 1e-3}) {
+        numbers.push_back(number * (1.0 + step));
+        numbers.push_back(-number * (1.0 - step));
+      }
+      for (const double away : {4e-6, 6e-6, 0.25, 0.4, 0.5, 0.75, 1.0}) {
+        numbers.push_back(number + away);
+        numbers.push_back(number - away);
+      }
+    }
+  }
+  return numbers;
 }
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -177,6 +199,12 @@ TEST(PutFixed5, EqualsTheLibraryAtEveryPowerOfTwo) {
   }
 }
 
+TEST(PutFixed5, EqualsTheLibraryBesideRoundNumbers) {
+  for (const double value : roundNumbers()) {
+    ASSERT_EQ(fixed5(value), fixed5ByTheLibrary(value)) << std::hexfloat << value;
+  }
+}
+
 // ---- General notation --------------------------------------------------------------------------
 
 TEST(PutGeneral6, IsTheShorterNotation) {
@@ -188,6 +216,9 @@ TEST(PutGeneral6, IsTheShorterNotation) {
   EXPECT_EQ(general6(999999), "999999");
   EXPECT_EQ(general6(1234567), "1.23457e+06");
   EXPECT_EQ(general6(999999.5), "1e+06");
+  EXPECT_EQ(general6(999999.7), "1e+06") << "rounded up to a digit more";
+  EXPECT_EQ(general6(9.9999997), "10");
+  EXPECT_EQ(general6(8.0000001), "8") << "no zeros at the end";
   EXPECT_EQ(general6(0.0001), "0.0001");
   EXPECT_EQ(general6(0.00001), "1e-05");
   EXPECT_EQ(general6(1500.125), "1500.12") << "a tie goes to even";
@@ -223,6 +254,12 @@ TEST(PutGeneral6, EqualsTheLibraryOnLengths) {
   for (int round = 0; round < test::rounds(400000); ++round) {
     const double value = static_cast<double>(random.integer(-100000000, 100000000)) /
                          static_cast<double>(random.integer(1, 4096));
+    ASSERT_EQ(general6(value), general6ByTheLibrary(value)) << std::hexfloat << value;
+  }
+}
+
+TEST(PutGeneral6, EqualsTheLibraryBesideRoundNumbers) {
+  for (const double value : roundNumbers()) {
     ASSERT_EQ(general6(value), general6ByTheLibrary(value)) << std::hexfloat << value;
   }
 }
