@@ -223,6 +223,24 @@ TEST_F(ExportDriverTest, TheLongestPathFillsTheField) {
   EXPECT_EQ(module.record.outputPath, std::string(1019, 'p') + "temp");
 }
 
+#if !defined(_WIN32)  // no path of Windows is as long
+
+TEST_F(ExportDriverTest, APathLongerThanTheFieldLeavesItEmpty) {
+  interactive();
+  const std::size_t slash = user.choice.path.rfind(L'/');
+  while (user.choice.path.size() < sizeof(module.record.outputPath)) {
+    user.choice.path.insert(slash, 1, L'/');
+  }
+  std::memset(module.record.outputPath, 'z', sizeof(module.record.outputPath));
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(
+      std::count(std::begin(module.record.outputPath), std::end(module.record.outputPath), '\0'),
+      1024)
+      << "no room for the end of the text";
+}
+
+#endif
+
 TEST_F(ExportDriverTest, NarrowPathsAreKept) {
   batch();
   run();

@@ -1,16 +1,19 @@
 #include "platform/platform.h"
 
 #include <array>
+#include <bitset>
 #include <clocale>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
 #if !defined(_WIN32)
 #include <algorithm>
 #include <csignal>
-#include <thread>
 
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -116,6 +119,48 @@ TEST(Platform, PathsBecomeWideAndNarrowAgain) {
   EXPECT_EQ(platform::narrowPath(*wide), path);
   EXPECT_EQ(platform::widenPath(""), L"");
   EXPECT_EQ(platform::narrowPath(L""), "");
+}
+
+TEST(Platform, EveryBitOfAGuidIsItsOwn) {
+  // But for version and variant, no bit is fixed, and none follows another.
+  constexpr int count = 100;
+  std::array<std::bitset<count>, 128> bits;
+  for (int i = 0; i < count; ++i) {
+    const platform::Guid guid = platform::newGuid();
+    std::array<std::uint8_t, 16> bytes{};
+    static_assert(sizeof(guid) == sizeof(bytes));
+    std::memcpy(bytes.data(), &guid, sizeof(guid));
+    for (std::size_t bit = 0; bit < bits.size(); ++bit) {
+      bits[bit][static_cast<std::size_t>(i)] = ((bytes[bit / 8] >> (bit % 8)) & 1) != 0;
+    }
+  }
+  std::size_t fixed = 0;
+  for (std::size_t bit = 0; bit < bits.size(); ++bit) {
+    if (bits[bit].none() || bits[bit].all()) {
+      ++fixed;
+      continue;
+    }
+    for (std::size_t other = 0; other < bit; ++other) {
+      const auto different = bits[bit] ^ bits[other];
+      EXPECT_TRUE(different.any()) << bit << " is always as " << other;
+      EXPECT_FALSE(different.all()) << bit << " is never as " << other;
+    }
+  }
+  EXPECT_EQ(fixed, 6U) << "version 4 and variant 10";
+}
+
+TEST(Platform, EachThreadHasGuidsOfItsOwn) {
+  // The first one of a thread, too.
+  std::array<platform::Guid, 4> guids;
+  for (platform::Guid& guid : guids) {
+    std::thread([&] { guid = platform::newGuid(); }).join();
+  }
+  for (std::size_t i = 0; i < guids.size(); ++i) {
+    EXPECT_NE(guids[i], platform::Guid{});
+    for (std::size_t j = 0; j < i; ++j) {
+      EXPECT_NE(guids[i], guids[j]);
+    }
+  }
 }
 
 #if defined(_WIN32)
