@@ -26,7 +26,7 @@ GOALS = [
     ("peak memory, large model of built-up sections", "peak_mb_built_up", 700, "MB"),
     ("time per bar, large model over 10,000 bars", "linear_ratio", 1.10, "x"),
     ("  the floor, the same", "linear_floor_ratio", None, "x"),
-    ("  over the floor, large model over 10,000 bars", "linear_over_floor_ratio", 1.10, "x"),
+    ("  the export's over the floor's", "linear_over_floor_ratio", 1.10, "x"),
     ("  formatting alone", "linear_format_ratio", None, "x"),
     ("entities over IfcPlusPlus, no file", "ahead_of_ifcplusplus_kept", -1, "x"),
     ("  a file, flushed line by line", "ahead_of_ifcplusplus_flushed", -1, "x"),
@@ -58,7 +58,7 @@ def derived(values):
         if over in values and under in values:
             values[name] = values[over] / values[under]
 
-    ratio("linear_over_floor_ratio", "largest_floor_ratio", "floor_ratio")
+    ratio("linear_over_floor_ratio", "linear_ratio", "linear_floor_ratio")
     ratio("ahead_of_ifcplusplus_kept", "ours_kept_per_s", "ifcplusplus_kept_per_s")
     ratio("ahead_of_ifcplusplus_flushed", "ours_flushed_per_s", "ifcplusplus_flushed_per_s")
     ratio("ahead_of_webifc_kept", "ours_kept_per_s", "webifc_kept_per_s")

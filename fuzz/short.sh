@@ -29,7 +29,7 @@ repeatable=(-seed=1 -use_cmp=0 -entropic=0)
 run_one() {
   local target=$1
   mkdir "$scratch/$target"
-  find fuzz/corpus/"$target" fuzz/crashes/"$target" -type f 2>/dev/null | LC_ALL=C sort \
+  find fuzz/corpus fuzz/crashes -path "*/$target/*" -type f | LC_ALL=C sort \
     | paste -sd, | tr -d '\n' >"$scratch/$target.seeds"
   "$build/fuzz/fuzz_$target" "${options[@]}" "${repeatable[@]}" -runs="${runs[$target]}" \
     -artifact_prefix="$scratch/$target-" -dict="fuzz/dictionaries/$target.dict" \
@@ -54,7 +54,7 @@ for target in "${targets[@]}"; do
   else
     failed=$((failed + 1))
     echo "$target:"
-    grep -E 'FINDING|ERROR|SUMMARY|runtime error' "$scratch/$target.log" | head -n 10
+    grep -E 'FINDING|ERROR|SUMMARY|runtime error|seed_inputs' "$scratch/$target.log" | head -n 10
     mkdir -p out/fuzz/findings
     # The input itself too: a log is often all that is left of a build machine.
     find "$scratch" -maxdepth 1 -name "$target-*" -exec cp {} out/fuzz/findings/ \; \
