@@ -5,7 +5,7 @@
 
 PROGRAM lies in its build folder, beside the module, run_host and tests/cli/callback_host.
 --wine runs it (and them) under Wine; with --native, what the native program writes is compared too.
-NAME: only the tests whose name contains it. The cases that are data stand in cases.toml.
+NAME: only the tests whose name contains it. The cases that are data stand in cases/, one file a subject.
 Ends with "N passed, N failed".
 """
 
@@ -123,7 +123,7 @@ def masked(path):
     return re.sub(rb"(?m)^(#\d+= [A-Z]+\()'[0-3][0-9A-Za-z_$]{21}'", rb"\1'GlobalId'", Path(path).read_bytes())
 
 
-# ---- the cases of cases.toml
+# ---- the cases of cases/
 
 def expected(value):
     return value.removeprefix("\n")
@@ -581,7 +581,8 @@ def main():
         # One Wine session for all calls: each then starts at once.
         os.environ["EXPORTIFC_CLI_SESSION"] = "1"
         os.execv(str(ROOT / "scripts/wine.sh"), ["wine.sh", "--session", sys.executable, *sys.argv])
-    cases = tomllib.loads((HERE / "cases.toml").read_text())["case"]
+    files = sorted((HERE / "cases").glob("*.toml"))
+    cases = [case for file in files for case in tomllib.loads(file.read_text())["case"]]
     everything = [(case["name"], lambda case=case: run_case(case)) for case in cases] + tests
     passed = failed = 0
     for name, function in everything:
