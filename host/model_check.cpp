@@ -98,7 +98,7 @@ class SectionCheck {
       if (!std::isfinite(value)) {
         add("not-finite", say(texts::problemNotFinite, {name, meaningText(use.meaning)}),
             use.index);
-      } else if (value < 0.0F || (value == 0.0F && !mayBeZero(use.meaning))) {
+      } else if (value < 0.0F || (value == 0.0F && !use.mayBeZero)) {
         constexpr int decimals = 3;
         add("missing-dimension",
             value == 0.0F

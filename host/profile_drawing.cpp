@@ -11,6 +11,7 @@
 #include "host/messages.h"
 #include "host/section_shape.h"
 #include "profiles/profile_dispatch.h"
+#include "profiles/table_order.h"
 
 namespace exportifc::host {
 
@@ -48,6 +49,7 @@ constexpr ExampleLength exampleLengths[] = {
     {overCorners, 190},
     {betweenCentres, 130},
 };
+static_assert(standsInOrder(exampleLengths, &ExampleLength::meaning, betweenCentres));
 
 struct Segment {
   Point2 from;
@@ -72,7 +74,7 @@ struct Box {
   double height() const { return top - bottom; }
 };
 
-struct Dimension {
+struct DrawnDimension {
   DimensionUse use;
   std::optional<Segment> segment{};
   bool outside = false;  // drawn beside the section, along one of its extents
@@ -189,9 +191,9 @@ class Section {
   const std::vector<std::vector<Point2>>& rings() const { return rings_; }
   const Box& box() const { return box_; }
 
-  Dimension measured(const DimensionUse& use) const {
+  DrawnDimension measured(const DimensionUse& use) const {
     const double length = dims_[static_cast<std::size_t>(use.index)];
-    Dimension dimension{.use = use};
+    DrawnDimension dimension{.use = use};
     switch (use.meaning) {
       case betweenCentres:
         dimension.segment = Segment{shapes_[1].position, shapes_[0].position};
@@ -212,7 +214,7 @@ class Section {
 
  private:
   /// In the part's own coordinates, so that turned parts are measured along their own edges.
-  void findInFirstPart(double length, Dimension& dimension) const {
+  void findInFirstPart(double length, DrawnDimension& dimension) const {
     const PlacedShape& shape = shapes_.front();
     dimension.segment = findExtent(boxOf(shape.rings), length);
     dimension.outside = dimension.segment.has_value() && shapes_.size() == 1;
@@ -345,7 +347,7 @@ std::string drawProfile(const Family& family) {
   std::string legend;
   double legendRow = std::min(box.bottom, 0.0) - axisOverhang - 2 * textRow;
   for (const DimensionUse& use : family.dimensions) {
-    const Dimension dimension = section.measured(use);
+    const DrawnDimension dimension = section.measured(use);
     const std::string name = "d" + std::to_string(use.index);
     legend += label({box.left - lane, legendRow}, "start", name + "  " + meaningText(use.meaning));
     legendRow -= textRow;

@@ -11,36 +11,11 @@
 
 namespace exportifc::host {
 
-/// What a dimension measures. A drawing finds its place by it.
-enum class Meaning : std::uint8_t {
-  depth,
-  width,
-  leg,
-  diameter,
-  thickness,
-  webThickness,
-  flangeThickness,
-  topFlangeThickness,
-  bottomFlangeThickness,
-  flangeWidth,
-  topFlangeWidth,
-  bottomFlangeWidth,
-  lip,
-  topLip,
-  bottomLip,
-  brim,
-  overWebs,
-  hatHeight,
-  gap,
-  overBoth,
-  overCorners,
-  betweenCentres,
-};
-
 /// One dimension that a family reads.
 struct DimensionUse {
   int index = 0;  ///< of d0 to d9
   Meaning meaning = Meaning::depth;
+  bool mayBeZero = false;
 };
 
 /// A family word that may stand at the beginning of a section text.
@@ -65,16 +40,10 @@ std::string nearestFamily(std::string_view word);
 /// What the dimension measures, in the user's language.
 std::string meaningText(Meaning meaning);
 
-/// Only gaps may be 0.
-inline bool mayBeZero(Meaning meaning) { return meaning == Meaning::gap; }
-
 /// The IFC entity of the family's profiles.
 std::string_view profileEntity(const Family& family);
 
 /// The file name of the family's drawing: brackets are spelt out.
 std::string drawingName(const Family& family);
-
-/// The family's meanings of the arguments a1, a2, ... of its writer.
-std::span<const Meaning> argumentMeanings(const FamilyRow& row);
 
 }  // namespace exportifc::host

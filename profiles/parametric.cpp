@@ -2,7 +2,8 @@
 
 #include <cmath>
 #include <cstddef>
-#include <iterator>
+
+#include "profiles/table_order.h"
 
 namespace exportifc {
 
@@ -84,15 +85,7 @@ constexpr ParametricRow table[] = {
 };
 // clang-format on
 
-constexpr bool isInOrder() {
-  for (std::size_t i = 0; i < std::size(table); ++i) {
-    if (static_cast<std::size_t>(table[i].variant) != i) {
-      return false;
-    }
-  }
-  return true;
-}
-static_assert(isInOrder(), "the rows stand in the order of the enumeration");
+static_assert(standsInOrder(table, &ParametricRow::variant, Parametric::R));
 
 }  // namespace
 

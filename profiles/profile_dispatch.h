@@ -1,15 +1,13 @@
 // From a section's name to its profile.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
+#include <string>
 #include <string_view>
-#include <variant>
 
 #include "platform/user_interface.h"
-#include "profiles/outlines.h"
-#include "profiles/parametric.h"
+#include "profiles/section_family.h"
 #include "step/host_text.h"
 #include "step/step_writer.h"
 
@@ -19,32 +17,18 @@ namespace exportifc {
 inline constexpr int simpleFlangeSide = -1;
 inline constexpr int halfFlangeSide = 0;
 
-/// Which dimension becomes an argument of the profile writer.
-enum class Argument : std::uint8_t {
-  none,
-  d0,
-  d1,
-  d2,
-  d3,
-  d4,
-  d5,
-  d6,
-  zero,
-  rectangleSide,  ///< d3, or d2, or d1: the first that counts
-};
-
-/// How the sections of one family are written.
+/// How the profile of one name is written: that of a simple family, or of one half.
 struct FamilyRow {
-  std::wstring_view family;
-  std::variant<Parametric, Outline> writer;
-  std::array<Argument, 7> arguments;  // a1, a2, ...
+  std::wstring name;  ///< the family word, with "_1" or "_2" behind it for a half
+  const SectionFamily* family;
+  ProfileWriter writer;
 };
 
-/// All families and halves of built-up ones; the first row with a family word decides.
+/// All profile names, in the order of the families; the first row with a name decides.
 std::span<const FamilyRow> familyTable();
 
-/// The row that decides for a family word; null for a family that nobody knows.
-const FamilyRow* findFamily(std::wstring_view family);
+/// The row that decides for a family word or half; null for a name that nobody knows.
+const FamilyRow* findFamily(std::wstring_view name);
 
 /// What the row's writer is given for a section of dimensions d0 to d6.
 ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims, int flangeSide);

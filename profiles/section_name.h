@@ -1,7 +1,6 @@
 // What a section's name says: its family and, for built-up sections, its two halves.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -9,9 +8,6 @@ namespace exportifc {
 
 /// The name up to its first blank, the whole name when it has none. A view into `name`.
 std::wstring_view profileFamilyOf(std::wstring_view name);
-
-/// The family words of sections built up of two components.
-std::span<const std::wstring_view> builtUpFamilies();
 
 /// Sets the outputs to the family word with "_1" and "_2" behind it, and returns whether the
 /// family is built up of two components, each exported as a profile and an element of its own.

@@ -388,7 +388,7 @@ TEST(FamilyTable, StandsInItsOrder) {
   ASSERT_EQ(expected.size(), 79U);
   std::vector<std::wstring_view> families;
   for (const FamilyRow& row : familyTable()) {
-    families.push_back(row.family);
+    families.push_back(row.name);
   }
   EXPECT_EQ(families, expected);
   // The second "CS" is never reached; the tests above know every other row.
