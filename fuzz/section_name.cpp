@@ -61,7 +61,8 @@ void compareNumbers(double value) {
 }
 
 /// Whatever a bar's name, its entities are written; `name` holds no byte from 0x80 and no newline.
-void writeWhole(const std::wstring& name, const ProfileArguments& arguments, const float* dims) {
+void writeWhole(const std::wstring& name, const ProfileArguments& arguments,
+                const SectionDims& dims) {
   CountingInterface ui;
   for (int i = 0; i < parametricVariants + outlines; ++i) {
     std::string text;
@@ -91,7 +92,7 @@ void writeWhole(const std::wstring& name, const ProfileArguments& arguments, con
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   ByteReader bytes(data, size);
   const std::string name = bytes.text(bytes.byte() % 64U);
-  std::array<float, 10> dims{};
+  SectionDims dims{};
   for (float& dim : dims) {
     dim = bytes.real();
   }
@@ -138,7 +139,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     bar.sectionLabel = builtUp ? firstHalf : std::wstring(family);
     const std::int32_t profile =
         builtUp ? writeProfile(writer, firstHalf, parsed.data(), halfFlangeSide, ui)
-                : writeProfile(writer, bar.sectionName, dims.data(), simpleFlangeSide, ui);
+                : writeProfile(writer, bar.sectionName, dims, simpleFlangeSide, ui);
     const std::int32_t element = writeBar(writer, bar, profile);
     require(element == profile + 11, "the element is the eleventh of fourteen entities");
     require(writer.entities.size() == profile + 14, "fourteen entities a bar");
@@ -153,7 +154,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       wide.find_first_of(L"\n;") == std::wstring::npos &&
       std::all_of(wide.begin(), wide.end(), [](wchar_t unit) { return unit < 0x80; });
   if (plain) {
-    writeWhole(wide, arguments, dims.data());
+    writeWhole(wide, arguments, dims);
   }
   return 0;
 }

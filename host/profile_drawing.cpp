@@ -178,7 +178,7 @@ class Section {
   Section(const Family& family, const SectionDims& dims) : dims_(dims) {
     const int flangeSide = family.parts.size() == 1 ? simpleFlangeSide : halfFlangeSide;
     for (const FamilyRow* const row : family.parts) {
-      shapes_.push_back(shapeOf(*row, dims.data(), flangeSide));
+      shapes_.push_back(shapeOf(*row, dims, flangeSide));
       for (auto& ring : placedRings(shapes_.back())) {
         for (const Point2& point : ring) {
           box_.add(point);

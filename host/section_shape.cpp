@@ -191,7 +191,7 @@ PlacedShape parametricShape(const ParametricRow& row, const ProfileArguments& ar
 
 }  // namespace
 
-PlacedShape shapeOf(const FamilyRow& row, const float* sectionDims, int flangeSide) {
+PlacedShape shapeOf(const FamilyRow& row, const SectionDims& sectionDims, int flangeSide) {
   const ProfileArguments arguments = profileArguments(row, sectionDims, flangeSide);
   if (const auto* const variant = std::get_if<Parametric>(&row.writer)) {
     return parametricShape(parametricRow(*variant), arguments);

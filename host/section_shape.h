@@ -27,6 +27,6 @@ struct PlacedShape {
 };
 
 /// What `row` writes for the dimensions.
-PlacedShape shapeOf(const FamilyRow& row, const float* sectionDims, int flangeSide);
+PlacedShape shapeOf(const FamilyRow& row, const SectionDims& sectionDims, int flangeSide);
 
 }  // namespace exportifc::host

@@ -104,7 +104,7 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
         placement = placementOf(part.bar);
       }
       const std::int32_t profile =
-          writeProfile(writer, part.row, part.profileName(), bar.dims.data(),
+          writeProfile(writer, part.row, part.profileName(), bar.dims,
                        part.isHalf ? halfFlangeSide : simpleFlangeSide, ui);
       keep(groups.of(type), writeBar(writer, part.bar, *placement, profile));
     }

@@ -29,7 +29,7 @@ std::vector<FamilyRow> allRows() {
 }
 
 /// The second side of a rectangle: hosts fill one of three dimensions and leave the others at 0.
-double secondRectangleSide(const float* dims) {
+double secondRectangleSide(const SectionDims& dims) {
   constexpr double smallestSide = 0.001;
   if (double{dims[3]} >= smallestSide) {
     return dims[3];
@@ -40,7 +40,7 @@ double secondRectangleSide(const float* dims) {
   return dims[1];
 }
 
-double argumentValue(Dimension from, const float* dims) {
+double argumentValue(Dimension from, const SectionDims& dims) {
   switch (from) {
     case Dimension::zero: return 0.0;
     case Dimension::rectangleSide: return secondRectangleSide(dims);
@@ -67,7 +67,8 @@ const FamilyRow* findFamily(std::wstring_view name) {
   return found == rows.end() ? nullptr : found->second;
 }
 
-ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims, int flangeSide) {
+ProfileArguments profileArguments(const FamilyRow& row, const SectionDims& sectionDims,
+                                  int flangeSide) {
   ProfileArguments arguments{static_cast<double>(flangeSide)};
   std::size_t next = 1;
   for (const FamilyArgument& argument : row.family->arguments) {
@@ -76,13 +77,13 @@ ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims
   return arguments;
 }
 
-std::int32_t writeProfile(StepWriter& writer, const HostText& name, const float* sectionDims,
+std::int32_t writeProfile(StepWriter& writer, const HostText& name, const SectionDims& sectionDims,
                           int flangeSide, UserInterface& ui) {
   return writeProfile(writer, findFamily(profileFamilyOf(name)), name, sectionDims, flangeSide, ui);
 }
 
 std::int32_t writeProfile(StepWriter& writer, const FamilyRow* row, const HostText& name,
-                          const float* sectionDims, int flangeSide, UserInterface& ui) {
+                          const SectionDims& sectionDims, int flangeSide, UserInterface& ui) {
   if (row == nullptr) {
     ui.show(L"Perfil Desconhecido", L"Aviso");
     return writeUnknownProfile(writer, name, ui);

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "model/bar.h"
 #include "platform/user_interface.h"
 #include "profiles/section_family.h"
 #include "step/host_text.h"
@@ -31,16 +32,17 @@ std::span<const FamilyRow> familyTable();
 const FamilyRow* findFamily(std::wstring_view name);
 
 /// What the row's writer is given for a section of dimensions d0 to d6.
-ProfileArguments profileArguments(const FamilyRow& row, const float* sectionDims, int flangeSide);
+ProfileArguments profileArguments(const FamilyRow& row, const SectionDims& sectionDims,
+                                  int flangeSide);
 
 /// Writes the profile definition of the section called `name` (a whole section text, or the name
 /// of a half) and returns its number. `sectionDims` are the bar's dimensions d0 to d6. A family
 /// that nobody knows is shown to the user and becomes `writeUnknownProfile`.
-std::int32_t writeProfile(StepWriter& writer, const HostText& name, const float* sectionDims,
+std::int32_t writeProfile(StepWriter& writer, const HostText& name, const SectionDims& sectionDims,
                           int flangeSide, UserInterface& ui);
 
 /// The same when the row of the name's family is known; null: nobody knows the family.
 std::int32_t writeProfile(StepWriter& writer, const FamilyRow* row, const HostText& name,
-                          const float* sectionDims, int flangeSide, UserInterface& ui);
+                          const SectionDims& sectionDims, int flangeSide, UserInterface& ui);
 
 }  // namespace exportifc

@@ -14,9 +14,9 @@ using Lines = std::vector<std::string>;
 using test::Said;
 
 // Each dimension is told from every other in the file.
-constexpr float dims[] = {300.0F, 150.5F, 20.25F, 10.125F, 40.75F, 2.5F, 7.0F, 901, 902, 903};
+constexpr SectionDims dims = {300.0F, 150.5F, 20.25F, 10.125F, 40.75F, 2.5F, 7.0F, 901, 902, 903};
 
-Lines written(std::wstring_view name, int flangeSide, const float* sectionDims = dims) {
+Lines written(std::wstring_view name, int flangeSide, const SectionDims& sectionDims = dims) {
   test::ScriptedUser user;
   Lines lines = test::exportedLines([&](StepWriter& writer) {
     const std::int32_t profile = writeProfile(writer, name, sectionDims, flangeSide, user);
@@ -425,7 +425,7 @@ TEST(WriteProfile, OnlyTheFamilyWordIsCompared) {
 // ---- The second side of a rectangle ------------------------------------------------------------
 
 std::string rectangle(float d1, float d2, float d3) {
-  const float sides[10] = {100, d1, d2, d3};
+  const SectionDims sides = {100, d1, d2, d3};
   const std::string line = written(L"RET", -1, sides)[3];
   return line.substr(line.rfind(',') + 1);
 }
@@ -449,7 +449,7 @@ TEST(WriteProfile, RetComparesInDoublePrecision) {
 }
 
 TEST(WriteProfile, EcTakesD3Alone) {
-  const float sides[10] = {100, 30, 20, 0};
+  const SectionDims sides = {100, 30, 20, 0};
   EXPECT_EQ(written(L"EC", -1, sides)[3],
             "#4= IFCRECTANGLEPROFILEDEF(.AREA., 'EC', #3, 100.00000,0.00000);");
 }
