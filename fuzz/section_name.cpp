@@ -138,7 +138,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     StepWriter writer(std::make_unique<MemorySink>(text));
     bar.sectionLabel = builtUp ? firstHalf : std::wstring(family);
     const std::int32_t profile =
-        builtUp ? writeProfile(writer, firstHalf, parsed.data(), halfFlangeSide, ui)
+        builtUp ? writeProfile(writer, firstHalf, parsed, halfFlangeSide, ui)
                 : writeProfile(writer, bar.sectionName, dims, simpleFlangeSide, ui);
     const std::int32_t element = writeBar(writer, bar, profile);
     require(element == profile + 11, "the element is the eleventh of fourteen entities");
