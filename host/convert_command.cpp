@@ -57,7 +57,7 @@ class BatchLosses {
       }
     }
     for (const Count& count : counts_) {
-      lines_.push_back(say(*count.text, {numberText(count.bars), numberText(count.first + 1)}));
+      lines_.push_back(fill(*count.text, {numberText(count.bars), numberText(count.first + 1)}));
     }
     if (renamed_ > 0) {
       lines_.push_back(say(texts::lossNames, {numberText(renamed_)}));

@@ -48,9 +48,7 @@ bool isSameFile(const std::string& a, const std::string& b) {
          fs::equivalent(pathOf(a), pathOf(b), ignored);
 }
 
-std::string barsText(std::int32_t count) {
-  return count == 1 ? say(texts::oneBar) : say(texts::manyBars, {numberText(count)});
-}
+std::string barsText(std::int32_t count) { return say(texts::manyBars, {numberText(count)}); }
 
 void reportMessages(const Model& model, const ExportResult& result) {
   for (const ModuleMessage& message : result.messages) {
@@ -64,7 +62,7 @@ std::string skippedText(const SkippedBars& skipped) {
   std::string text;
   const auto add = [&](const Text& pattern, std::int32_t count) {
     if (count > 0) {
-      text += (text.empty() ? "" : ", ") + say(pattern, {numberText(count)});
+      text += (text.empty() ? "" : ", ") + fill(pattern, {numberText(count)});
     }
   };
   add(texts::sumInvisible, skipped.invisible);

@@ -1,12 +1,30 @@
 #include "host/messages.h"
 
+#include <algorithm>
 #include <charconv>
+#include <stdexcept>
 
 namespace exportifc::host {
 
 namespace {
 
 Language current = Language::english;
+
+/// Digits as a program writes them ("-1234.5") as people of the language do ("-1,234.5").
+std::string inLanguage(std::string digits) {
+  const bool portuguese = current == Language::portuguese;
+  const std::size_t point = digits.find('.');
+  if (point != std::string::npos && portuguese) {
+    digits[point] = ',';
+  }
+  const std::size_t first = digits.starts_with('-') ? 1 : 0;
+  constexpr std::size_t group = 3;
+  for (std::size_t at = std::min(point, digits.size()); at > first + group;) {
+    at -= group;
+    digits.insert(at, 1, portuguese ? '.' : ',');
+  }
+  return digits;
+}
 
 }  // namespace
 
@@ -18,46 +36,32 @@ const char* say(const Text& text) {
   return current == Language::portuguese ? text.portuguese : text.english;
 }
 
-std::string say(const Text& text, std::initializer_list<std::string_view> values) {
+std::string fill(const Text& text, std::span<const std::string_view> values) {
+  if (values.size() != text.values) {
+    throw std::logic_error(std::string("wrong number of values for: ") + text.english);
+  }
   std::string filled;
-  const std::string_view pattern = say(text);
-  for (std::size_t at = 0; at < pattern.size(); ++at) {
-    // "{0}" to "{9}"; every other character stands for itself.
-    if (pattern[at] == '{' && at + 2 < pattern.size() && pattern[at + 2] == '}') {
-      const auto index = static_cast<std::size_t>(pattern[at + 1] - '0');
-      if (index < values.size()) {
-        filled.append(*(values.begin() + index));
-      }
-      at += 2;
+  std::string_view rest = say(text);
+  Placeholder place{};
+  while (!rest.empty()) {
+    if (takePlaceholder(rest, place)) {
+      const std::string_view value = values[place.value];
+      filled.append(!place.isWord ? value : value == "1" ? place.singular : place.plural);
     } else {
-      filled.push_back(pattern[at]);
+      filled.push_back(rest.front());
+      rest.remove_prefix(1);
     }
   }
   return filled;
 }
 
-std::string numberText(std::int64_t value) {
-  const bool negative = value < 0;
-  std::string digits = std::to_string(value);
-  const char separator = current == Language::portuguese ? '.' : ',';
-  for (std::size_t at = digits.size(); at > 3 + (negative ? 1U : 0U);) {
-    at -= 3;
-    digits.insert(at, 1, separator);
-  }
-  return digits;
-}
+std::string numberText(std::int64_t value) { return inLanguage(std::to_string(value)); }
 
 std::string decimalText(double value, int decimals) {
   char buffer[350];
   const auto end =
       std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::fixed, decimals);
-  std::string text(buffer, end.ptr);
-  if (current == Language::portuguese) {
-    if (const auto point = text.find('.'); point != std::string::npos) {
-      text[point] = ',';
-    }
-  }
-  return text;
+  return inLanguage(std::string(buffer, end.ptr));
 }
 
 }  // namespace exportifc::host

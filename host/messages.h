@@ -1,19 +1,96 @@
 // Every text of the program, in both languages.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace exportifc::host {
 
 enum class Language : std::uint8_t { english, portuguese };
 
-/// One text; "{0}", "{1}" stand for values.
+/// A place in a text for a value: "{0}" stands for the first one, "{0:bar|bars}" for the word
+/// that goes with it. No other brace is a place.
+struct Placeholder {
+  std::size_t value;
+  bool isWord;
+  std::string_view singular, plural;  ///< the two words
+};
+
+/// Takes a placeholder off the front of the text; false, and nothing taken, when it has none.
+/// Throws when one is not closed, so that such a text does not compile.
+constexpr bool takePlaceholder(std::string_view& text, Placeholder& place) {
+  if (text.size() < 2 || text[0] != '{' || text[1] < '0' || text[1] > '9') {
+    return false;
+  }
+  const std::size_t end = text.find('}');
+  if (end == std::string_view::npos) {
+    throw "a placeholder is not closed";  // NOLINT(hicpp-exception-baseclass): for the compiler
+  }
+  place = {static_cast<std::size_t>(text[1] - '0'), end > 2, {}, {}};
+  if (place.isWord) {
+    const std::size_t bar = text.find('|');
+    if (text[2] != ':' || bar > end) {
+      throw "a placeholder is {0} or {0:singular|plural}";  // NOLINT: as above
+    }
+    place.singular = text.substr(3, bar - 3);
+    place.plural = text.substr(bar + 1, end - bar - 1);
+  }
+  text.remove_prefix(end + 1);
+  return true;
+}
+
+/// Number of values that a text takes. Throws when it leaves one out.
+constexpr std::size_t valueCount(std::string_view text) {
+  unsigned used = 0;  // one bit for each value
+  Placeholder place{};
+  while (!text.empty()) {
+    if (takePlaceholder(text, place)) {
+      used |= 1U << place.value;
+    } else {
+      text.remove_prefix(1);
+    }
+  }
+  std::size_t count = 0;
+  for (; (used & 1U) != 0; used >>= 1) {
+    ++count;
+  }
+  if (used != 0) {
+    throw "a text leaves out a value before its last one";  // NOLINT: as above
+  }
+  return count;
+}
+
+/// One text in each language; those that do not take the same values do not compile.
 struct Text {
+  consteval Text(const char* inEnglish, const char* inPortuguese)
+      : english(inEnglish), portuguese(inPortuguese), values(valueCount(inEnglish)) {
+    if (valueCount(inPortuguese) != values) {
+      throw "the languages of a text take different values";  // NOLINT: as above
+    }
+  }
+
   const char* english;
   const char* portuguese;
+  std::size_t values;
+};
+
+/// A text that takes so many values; any other does not compile.
+template <std::size_t Count>
+struct TextWith {
+  // NOLINTNEXTLINE(google-explicit-constructor,hicpp-explicit-conversions): texts are passed as
+  // such
+  consteval TextWith(const Text& given) : text(given) {
+    if (given.values != Count) {
+      throw "this text takes another number of values";  // NOLINT: as above
+    }
+  }
+
+  const Text& text;
 };
 
 void setLanguage(Language language);
@@ -21,7 +98,21 @@ Language language();
 
 /// The text in the user's language.
 const char* say(const Text& text);
-std::string say(const Text& text, std::initializer_list<std::string_view> values);
+
+/// The same with its values in place. A word stands in the singular beside the value "1". Throws
+/// std::logic_error when the number of values is not the text's.
+std::string fill(const Text& text, std::span<const std::string_view> values);
+inline std::string fill(const Text& text, std::initializer_list<std::string_view> values) {
+  return fill(text, std::span(values.begin(), values.size()));
+}
+
+/// `fill` for a text known when this is compiled, with the number of values checked there:
+/// `say(texts::cannotRead, {name, reason})`.
+template <std::size_t Count>
+std::string say(std::type_identity_t<TextWith<Count>> text,
+                const std::string_view (&values)[Count]) {
+  return fill(text.text, values);
+}
 
 /// A whole number with its thousands grouped, a number with decimals.
 std::string numberText(std::int64_t value);
@@ -147,8 +238,8 @@ inline constexpr Text problemZero{"the bar has no length (less than 0.01 mm)",
 inline constexpr Text problemUnit{
     "the unit is not m, cm or mm; coordinates are taken as millimetres",
     "a unidade não é m, cm nem mm; as coordenadas são tomadas como milímetros"};
-inline constexpr Text problemMissingBars{"the file announces {0} bars, but holds {1}",
-                                         "o arquivo anuncia {0} barras, mas contém {1}"};
+inline constexpr Text problemMissingBars{"the file announces {0} {0:bar|bars}, but holds {1}",
+                                         "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}"};
 inline constexpr Text problemNoBars{"no bar would be exported", "nenhuma barra seria exportada"};
 inline constexpr Text didYouMean{"; did you mean {0}?", "; você quis dizer {0}?"};
 
@@ -167,43 +258,50 @@ inline constexpr Text sameOutput{"two models would be written to {0}",
                                  "dois modelos seriam gravados em {0}"};
 inline constexpr Text moduleMessage{"\"{0}\": section \"{1}\", {2}, first: bar {3}",
                                     "\"{0}\": seção \"{1}\", {2}, primeira: barra {3}"};
-inline constexpr Text oneBar{"1 bar", "1 barra"};
-inline constexpr Text manyBars{"{0} bars", "{0} barras"};
+inline constexpr Text manyBars{"{0} {0:bar|bars}", "{0} {0:barra|barras}"};
 
 inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",
                                    "{0}: não foi possível iniciar outro processo: {1}"};
-inline constexpr Text jobsProgress{"{0} of {1} models", "{0} de {1} modelos"};
+inline constexpr Text jobsProgress{"{0} of {1} {1:model|models}", "{0} de {1} {1:modelo|modelos}"};
 
 // ---- check
-inline constexpr Text checkSummary{"{0} bars, {1}", "{0} barras, {1}"};
+inline constexpr Text checkSummary{"{0} {0:bar|bars}, {1}", "{0} {0:barra|barras}, {1}"};
 inline constexpr Text checkNoProblems{"no problems", "nenhum problema"};
-inline constexpr Text checkProblems{"problems: {0}", "problemas: {0}"};
+inline constexpr Text checkProblems{"{0} {0:problem|problems}", "{0} {0:problema|problemas}"};
 
 // ---- convert
 inline constexpr Text lossType{
-    "the batch text file has no types: {0} bars lose theirs, the first is bar {1}; all their "
-    "elements go directly to the storey",
-    "o arquivo de texto não tem tipos: {0} barras perdem o seu, a primeira é a barra {1}; seus "
-    "elementos vão direto para o pavimento"};
+    "the batch text file has no types: {0} {0:bar loses its|bars lose theirs}, the first is bar "
+    "{1}; "
+    "all their elements go directly to the storey",
+    "o arquivo de texto não tem tipos: {0} {0:barra perde|barras perdem} o seu, a primeira é a "
+    "barra "
+    "{1}; seus elementos vão direto para o pavimento"};
 inline constexpr Text lossType10{
-    "{0} bars of type 10 (not-exported) are left out, the first is bar {1}",
-    "{0} barras do tipo 10 (not-exported) ficam fora, a primeira é a barra {1}"};
+    "{0} {0:bar of type 10 (not-exported) is|bars of type 10 (not-exported) are} left out, the "
+    "first "
+    "is bar {1}",
+    "{0} {0:barra do tipo 10 (not-exported) fica|barras do tipo 10 (not-exported) ficam} fora, a "
+    "primeira é a barra {1}"};
 inline constexpr Text lossVisible{
-    "the batch text file has no visibility: {0} invisible bars become visible, the first is bar "
-    "{1}",
-    "o arquivo de texto não tem visibilidade: {0} barras invisíveis ficam visíveis, a primeira é a "
-    "barra {1}"};
+    "the batch text file has no visibility: {0} invisible {0:bar becomes|bars become} visible, the "
+    "first is bar {1}",
+    "o arquivo de texto não tem visibilidade: {0} {0:barra invisível fica visível|barras "
+    "invisíveis "
+    "ficam visíveis}, a primeira é a barra {1}"};
 inline constexpr Text lossQuarterTurns{
-    "quarter turns are added to the angle in {0} bars, the first is bar {1}",
-    "os quartos de volta são somados ao ângulo em {0} barras, a primeira é a barra {1}"};
+    "quarter turns are added to the angle in {0} {0:bar|bars}, the first is bar {1}",
+    "os quartos de volta são somados ao ângulo em {0} {0:barra|barras}, a primeira é a barra {1}"};
 inline constexpr Text lossDims{
     "section \"{0}\": the batch text file has no dimensions of their own; they will be read from "
     "\"{1}\" and differ",
     "seção \"{0}\": o arquivo de texto não tem dimensões separadas; elas serão lidas de \"{1}\" e "
     "são diferentes"};
 inline constexpr Text lossNames{
-    "the names of {0} sections are lost: a batch text file knows only their texts",
-    "os nomes de {0} seções se perdem: o arquivo de texto só conhece seus textos"};
+    "the {0:name|names} of {0} {0:section is|sections are} lost: a batch text file knows only "
+    "{0:its text|their texts}",
+    "{0:o nome|os nomes} de {0} {0:seção se perde|seções se perdem}: o arquivo de texto só conhece "
+    "{0:seu texto|seus textos}"};
 inline constexpr Text lossUnit{"the unit of the batch text file is unknown; the JSON model has mm",
                                "a unidade do arquivo de texto é desconhecida; o modelo JSON fica "
                                "em mm"};
@@ -360,7 +458,7 @@ inline constexpr Text useTerminal{
 inline constexpr Text sumBars{"bars written", "barras gravadas"};
 inline constexpr Text sumOf{"{0} of {1}", "{0} de {1}"};
 inline constexpr Text sumSkipped{"left out", "deixadas fora"};
-inline constexpr Text sumInvisible{"{0} invisible", "{0} invisíveis"};
+inline constexpr Text sumInvisible{"{0} invisible", "{0} {0:invisível|invisíveis}"};
 inline constexpr Text sumType10{"{0} of type 10", "{0} do tipo 10"};
 inline constexpr Text sumTooLong{"{0} with a section text too long",
                                  "{0} com texto de seção longo demais"};
@@ -369,15 +467,17 @@ inline constexpr Text sumUnknown{"unknown profiles", "perfis desconhecidos"};
 inline constexpr Text sumUnknownRow{"\"{0}\": {1}, first: bar {2}",
                                     "\"{0}\": {1}, primeira: barra {2}"};
 inline constexpr Text sumSize{"size", "tamanho"};
-inline constexpr Text sumBytes{"{0} bytes, {1} lines", "{0} bytes, {1} linhas"};
+inline constexpr Text sumBytes{"{0} {0:byte|bytes}, {1} {1:line|lines}",
+                               "{0} {0:byte|bytes}, {1} {1:linha|linhas}"};
 inline constexpr Text sumTime{"time", "tempo"};
 inline constexpr Text sumSeconds{"{0} s", "{0} s"};
 inline constexpr Text none{"none", "nenhum"};
 inline constexpr Text noneBars{"none", "nenhuma"};
 
 // ---- progress
-inline constexpr Text progressLine{"{0} %  {1} of {2} bars  {3}/s  {4} s left",
-                                   "{0} %  {1} de {2} barras  {3}/s  faltam {4} s"};
+inline constexpr Text progressLine{
+    "{0} %  {1} of {2} {2:bar|bars}  {3}/s  {4} s left",
+    "{0} %  {1} de {2} {2:barra|barras}  {3}/s  {4:falta|faltam} {4} s"};
 
 }  // namespace texts
 

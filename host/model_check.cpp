@@ -34,9 +34,7 @@ std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
   return uses;
 }
 
-std::string barsText(std::int32_t count) {
-  return count == 1 ? say(texts::oneBar) : say(texts::manyBars, {numberText(count)});
-}
+std::string barsText(std::int32_t count) { return say(texts::manyBars, {numberText(count)}); }
 
 /// The problems of one section; `place` fills in which section and bars.
 class SectionCheck {

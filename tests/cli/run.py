@@ -557,11 +557,16 @@ def the_model_of_the_documentation_is_exported():
 
 
 @native_only
-def texts_say_the_same_in_both_languages():
-    for name, english, portuguese in re.findall(
-            r'constexpr Text (\w+)\{((?:"(?:[^"\\]|\\.)*"\s*)+),\s*((?:"(?:[^"\\]|\\.)*"\s*)+)\}',
-            (ROOT / "host/messages.h").read_text()):
-        equal(sorted(set(re.findall(r"\{\d\}", english))), sorted(set(re.findall(r"\{\d\}", portuguese))), name)
+def texts_that_differ_do_not_compile():
+    for wanted, source in ((True, 'Text t{"{0} {0:bar|bars} {1}", "{1}: {0} {…}"}; std::string s = say(t, {"1", "x"});'),
+                           (False, 'Text t{"{0}", "{1}"};'), (False, 'Text t{"{0}", "none"};'),
+                           (False, 'Text t{"{1}", "{1}"};'), (False, 'Text t{"{0:bar}", "{0:barra}"};'),
+                           (False, 'Text t{"{0", "{0"};'), (False, 'Text t{"{0}", "{0}"}; std::string s = say(t, {"1", "x"});')):
+        source = ('#include "host/messages.h"\nusing namespace exportifc::host;\nnamespace { inline constexpr '
+                  + source + " }\n")
+        result = subprocess.run(["g++", "-std=c++20", "-fsyntax-only", "-I", str(ROOT), "-x", "c++", "-"],
+                                input=source, capture_output=True, text=True)
+        equal(result.returncode == 0, wanted, source + result.stderr)
 
 
 # ---- all of them
