@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace exportifc {
 
@@ -83,8 +84,8 @@ Points symmetricZ(const ProfileArguments& a) {
 }
 
 /// A box of two webs between flanges: depth, flange width, flange thickness, web thickness,
-/// distance over the outer faces of the webs. One line runs round the outside, enters along the
-/// inner face of the top flange, runs round the cell and leaves the same way.
+/// distance over the outer faces of the webs. One closed line cannot have a hole, so it cuts the
+/// head of the left web from the top flange: that line is drawn twice, there and back.
 Points twoWebBox(const ProfileArguments& a) {
   const double flange = a[3];
   const double web = a[4];
@@ -150,15 +151,28 @@ void turn(Points& points, double angle) {
   }
 }
 
-/// Centres the outline on its bounding box; `above` shifts it down by that much besides.
-Points centred(Points points, double above = 0.0) {
-  const OutlinePoint centre = boundingBoxCentre(points);
+/// Makes `origin` the outline's origin.
+Points movedTo(Points points, const OutlinePoint& origin) {
   for (OutlinePoint& point : points) {
-    point.x -= centre.x;
-    point.y -= centre.y + above;
-    point.z -= centre.z;
+    point.x -= origin.x;
+    point.y -= origin.y;
+    point.z -= origin.z;
   }
   return points;
+}
+
+/// Centres the outline on its bounding box.
+Points centred(Points points) {
+  const OutlinePoint centre = boundingBoxCentre(points);
+  return movedTo(std::move(points), centre);
+}
+
+/// The hat that hangs from y = 0: half its height below its own centre.
+Points hangingHat(const ProfileArguments& a) {
+  Points points = hat(a[1], a[2], a[3], a[4]);
+  OutlinePoint origin = boundingBoxCentre(points);
+  origin.y += 0.5 * a[1];
+  return movedTo(std::move(points), origin);
 }
 
 /// Half of two hats whose brims face each other across a gap: turned on its side and moved away
@@ -185,9 +199,7 @@ std::int32_t writeClosedProfile(StepWriter& writer, const HostText& name, const 
 
 std::vector<OutlinePoint> outlinePoints(Outline outline, const ProfileArguments& a) {
   switch (outline) {
-    case Outline::cart:
-      // The hat hangs from y = 0: half its height below its own centre.
-      return centred(hat(a[1], a[2], a[3], a[4]), 0.5 * a[1]);
+    case Outline::cart: return hangingHat(a);
     case Outline::icarFirst: return hatHalf(a, quarterTurn, 1.0);
     case Outline::icarSecond: return hatHalf(a, threeQuarterTurns, -1.0);
     case Outline::z: return centred(lippedZ(a));

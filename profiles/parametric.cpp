@@ -11,7 +11,7 @@ namespace {
 
 using A = ProfileArguments;
 
-/// The leg of an angle, projected on the diagonal it is turned to.
+/// How far an angle on its corner reaches sideways.
 double diagonal(const A& a) { return std::sqrt(0.5 * a[1] * a[1]); }
 
 // Halves of built-up sections stand at an offset from the section's axis. The blanks differ from

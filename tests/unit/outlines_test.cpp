@@ -1,7 +1,9 @@
 #include "profiles/outlines.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -194,6 +196,196 @@ TEST(OutlinePoints, DegenerateDimensionsGiveDegenerateOutlines) {
     }
     const double nan = std::nan("");
     EXPECT_GE(outlinePoints(outline, {0, nan, nan, nan, nan, nan, nan, nan}).size(), 13U);
+  }
+}
+
+// ---- Every bit, the sign of a zero included -----------------------------------------------------
+
+struct Extent {
+  double least;
+  double most;
+
+  double middle() const { return (least + most) * 0.5; }
+};
+
+Extent extentOf(const Points& points, double OutlinePoint::*coordinate) {
+  Extent extent{points[0].*coordinate, points[0].*coordinate};
+  for (const OutlinePoint& point : points) {
+    if (point.*coordinate < extent.least) extent.least = point.*coordinate;
+    if (point.*coordinate > extent.most) extent.most = point.*coordinate;
+  }
+  return extent;
+}
+
+/// `points` less the middle of their box; the hat that hangs is lowered by `more` besides.
+Points lessMiddle(Points points, const double* more = nullptr) {
+  const double x = extentOf(points, &OutlinePoint::x).middle();
+  const double middle = extentOf(points, &OutlinePoint::y).middle();
+  const double y = more == nullptr ? middle : middle + *more;
+  for (OutlinePoint& point : points) {
+    point.x = point.x - x;
+    point.y = point.y - y;
+  }
+  return points;
+}
+
+/// Depth, width, brim, thickness.
+Points plainHat(double a1, double a2, double a3, double a4) {
+  const double x4 = (a2 + a3) - 2 * a4;
+  const double x8 = (a2 + a3) - a4;
+  return {{0, 0},   {a3, 0},  {a3, a1 - a4}, {x4, a1 - a4}, {x4, 0}, {x4 + a3, 0}, {x4 + a3, a4},
+          {x8, a4}, {x8, a1}, {a3 - a4, a1}, {a3 - a4, a4}, {0, a4}, {0, 0}};
+}
+
+Points turnedHalf(const ProfileArguments& a, double angle, double shift) {
+  Points points = lessMiddle(plainHat(a[2], a[1], a[3], a[4]));
+  for (OutlinePoint& point : points) {
+    const double x = point.x * std::cos(angle) - point.y * std::sin(angle);
+    const double y = point.x * std::sin(angle) + point.y * std::cos(angle);
+    point.x = x + shift;
+    point.y = y;
+  }
+  return points;
+}
+
+/// Each outline once more, one point after the other from the dimensions.
+Points expectedPoints(Outline outline, const ProfileArguments& a) {
+  const double h = 0.5 * a[1];
+  switch (outline) {
+    case Outline::cart: return lessMiddle(plainHat(a[1], a[2], a[3], a[4]), &h);
+    case Outline::icarFirst: return turnedHalf(a, 1.5707963267948966, 0.5 * (a[2] + a[5]));
+    case Outline::icarSecond: return turnedHalf(a, 4.71238898038469, -0.5 * (a[2] + a[5]));
+    case Outline::z: {
+      const double x5 = a[3] - a[6];
+      const double x6 = x5 + a[2];
+      return lessMiddle({{0, a[5]},
+                         {a[6], a[5]},
+                         {a[6], a[6]},
+                         {x5, a[6]},
+                         {x5, a[1]},
+                         {x6, a[1]},
+                         {x6, a[1] - a[4]},
+                         {x6 - a[6], a[1] - a[4]},
+                         {x6 - a[6], a[1] - a[6]},
+                         {a[3], a[1] - a[6]},
+                         {a[3], 0},
+                         {0, 0},
+                         {0, a[5]}});
+    }
+    case Outline::zs: {
+      const double x5 = a[2] - a[4];
+      const double x6 = a[2] + x5;
+      return lessMiddle({{0, a[3]},
+                         {a[4], a[3]},
+                         {a[4], a[4]},
+                         {x5, a[4]},
+                         {x5, a[1]},
+                         {x6, a[1]},
+                         {x6, a[1] - a[3]},
+                         {x6 - a[4], a[1] - a[3]},
+                         {x6 - a[4], a[1] - a[4]},
+                         {a[2], a[1] - a[4]},
+                         {a[2], 0},
+                         {0, 0},
+                         {0, a[3]}});
+    }
+    case Outline::pc: {
+      const double w = 0.5 * a[2];
+      const double g = 0.5 * a[5];
+      return lessMiddle({{0, h},
+                         {w, h},
+                         {w, h - a[3]},
+                         {g, h - a[3]},
+                         {g, a[3] - h},
+                         {w, a[3] - h},
+                         {w, -0.5 * a[1]},
+                         {-0.5 * a[2], -0.5 * a[1]},
+                         {-0.5 * a[2], a[3] - h},
+                         {-0.5 * a[5], a[3] - h},
+                         {-0.5 * a[5], h - a[3]},
+                         {a[4] - g, h - a[3]},
+                         {a[4] - g, a[3] - h},
+                         {g - a[4], a[3] - h},
+                         {g - a[4], h - a[3]},
+                         {-0.5 * a[2], h - a[3]},
+                         {-0.5 * a[2], h},
+                         {0, h}});
+    }
+    case Outline::psa:
+      return lessMiddle({{0, h},
+                         {0.5 * a[2], h},
+                         {0.5 * a[2], h - a[3]},
+                         {0.5 * a[6], h - a[3]},
+                         {0.5 * a[6], a[5] - h},
+                         {0.5 * a[4], a[5] - h},
+                         {0.5 * a[4], -0.5 * a[1]},
+                         {-0.5 * a[4], -0.5 * a[1]},
+                         {-0.5 * a[4], a[5] - h},
+                         {-0.5 * a[6], a[5] - h},
+                         {-0.5 * a[6], h - a[3]},
+                         {-0.5 * a[2], h - a[3]},
+                         {-0.5 * a[2], h},
+                         {0, h}});
+  }
+  return {};
+}
+
+void expectSameBits(Outline outline, const ProfileArguments& a) {
+  const auto shown = [&] {
+    std::string text = "outline " + std::to_string(static_cast<int>(outline)) + ":";
+    for (const double value : a) {
+      text += std::signbit(value) ? " -" : " ";
+      text += std::to_string(std::fabs(value));
+    }
+    return text;
+  };
+  const Points expected = expectedPoints(outline, a);
+  const Points points = outlinePoints(outline, a);
+  ASSERT_EQ(points.size(), expected.size());
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(points[i].x),
+              std::bit_cast<std::uint64_t>(expected[i].x))
+        << shown() << ", x of point " << i + 1 << ": " << points[i].x;
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(points[i].y),
+              std::bit_cast<std::uint64_t>(expected[i].y))
+        << shown() << ", y of point " << i + 1 << ": " << points[i].y;
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(points[i].z), std::uint64_t{0}) << shown();
+  }
+}
+
+TEST(OutlinePoints, EveryBitOfSensibleDimensions) {
+  forRandomDimensions(5, [](const Dimensions& d) {
+    for (const Outline outline : every) {
+      ASSERT_NO_FATAL_FAILURE(expectSameBits(outline, {-1, d.height, d.width, d.lip, d.thickness,
+                                                       d.gap, d.thickness / 3, d.height / 7}));
+    }
+  });
+}
+
+TEST(OutlinePoints, EveryBitWhereZerosHaveSigns) {
+  // A centre of -0 is left as it is: the difference of -0 and -0 is 0, that of -0 and 0 is -0.
+  const std::vector<double> values = {0.0, -0.0, 0.0, -0.0, 5.0, -5.0, 50.0, 100.0};
+  test::Random random(6);
+  for (int round = 0; round < test::rounds(20000); ++round) {
+    ProfileArguments arguments{};
+    for (double& value : arguments) {
+      value = random.pick(values);
+    }
+    for (const Outline outline : every) {
+      ASSERT_NO_FATAL_FAILURE(expectSameBits(outline, arguments));
+    }
+  }
+}
+
+TEST(WriteOutlineProfile, ABoxOfDepthMinusZeroHasNoOtherMinusZero) {
+  const auto lines = test::exportedLines([](StepWriter& writer) {
+    writeOutlineProfile(writer, Outline::pc, L"PC -0 100 0 5 50", {-1, -0.0, 100, 0, 5, 50});
+  });
+  ASSERT_EQ(lines.size(), 20U);
+  EXPECT_EQ(lines[0], "#1= IFCCARTESIANPOINT((0.00000, 0.00000));");
+  EXPECT_EQ(lines[1], "#2= IFCCARTESIANPOINT((50.00000, 0.00000));");
+  for (const std::string& line : lines) {
+    EXPECT_EQ(line.find("-0.00000"), std::string::npos) << line;
   }
 }
 

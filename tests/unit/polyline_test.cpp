@@ -1,5 +1,7 @@
 #include "elements/polyline.h"
 
+#include <bit>
+#include <cstdint>
 #include <limits>
 #include <string>
 #include <vector>
@@ -16,10 +18,11 @@ using Points = std::vector<OutlinePoint>;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
+/// The sign of a zero counts.
 void expectPoint(const OutlinePoint& point, double x, double y, double z) {
-  EXPECT_EQ(point.x, x);
-  EXPECT_EQ(point.y, y);
-  EXPECT_EQ(point.z, z);
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(point.x), std::bit_cast<std::uint64_t>(x)) << point.x;
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(point.y), std::bit_cast<std::uint64_t>(y)) << point.y;
+  EXPECT_EQ(std::bit_cast<std::uint64_t>(point.z), std::bit_cast<std::uint64_t>(z)) << point.z;
 }
 
 TEST(WritePointList, OneEntityAPointInOrder) {
@@ -70,6 +73,11 @@ TEST(BoundingBoxCentre, OfOnePointIsThePoint) {
 
 TEST(BoundingBoxCentre, CountsZ) {
   expectPoint(boundingBoxCentre(Points{{0, 0, 5}, {0, 0, -1}, {0, 0, 2}}), 0, 0, 2);
+}
+
+TEST(BoundingBoxCentre, TheFirstOfTwoZerosStays) {
+  expectPoint(boundingBoxCentre(Points{{-0.0, 0.0, -0.0}, {0.0, -0.0, -0.0}}), -0.0, 0.0, -0.0);
+  expectPoint(boundingBoxCentre(Points{{0.0, -0.0, 0.0}, {-0.0, 0.0, 5.0}}), 0.0, -0.0, 2.5);
 }
 
 TEST(BoundingBoxCentre, ANanWidensNothing) {
