@@ -43,6 +43,7 @@ samples        | quick |               | scripts/checks/samples.sh
 fuzz           | full  |               | fuzz/short.sh
 binary         | quick | windows linux | scripts/checks/binary.sh
 reproducible   | full  | windows       | scripts/checks/reproducible.sh
+ctest          | quick | linux         | scripts/checks/ctest.sh build/linux
 headers        | quick |               | scripts/checks/headers.sh
 format         | quick |               | scripts/checks/format.sh
 shellcheck     | quick |               | scripts/checks/shellcheck.sh

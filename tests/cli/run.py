@@ -1,15 +1,18 @@
 #!/usr/bin/env python3
 """Tests of the command-line program.
 
-    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [NAME...]
+    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [--whole-names] [NAME...]
+    tests/cli/run.py PROGRAM [--wine] --list
 
 PROGRAM lies in its build folder, beside the module, run_host and tests/cli/callback_host.
 --wine runs it (and them) under Wine; with --native, what the native program writes is compared too.
-NAME: only the tests whose name contains it. The cases that are data stand in cases/, one file a subject.
+NAME: only the tests whose name contains it, or with --whole-names those of that name. --list prints
+the names. The cases that are data stand in cases/, one file a subject.
 Ends with "N passed, N failed".
 """
 
 import argparse
+import collections
 import contextlib
 import difflib
 import json
@@ -578,22 +581,31 @@ def main():
     parser.add_argument("names", nargs="*")
     parser.add_argument("--wine", action="store_true")
     parser.add_argument("--native", type=Path)
-    options = parser.parse_args()
+    parser.add_argument("--whole-names", action="store_true")
+    parser.add_argument("--list", action="store_true")
+    options = parser.parse_intermixed_args()
     options.program = options.program.resolve()
     options.native = options.native and options.native.resolve()
     build = options.program.parent
-    if options.wine and "EXPORTIFC_CLI_SESSION" not in os.environ:
+    if options.wine and not options.list and "EXPORTIFC_CLI_SESSION" not in os.environ:
         # One Wine session for all calls: each then starts at once.
         os.environ["EXPORTIFC_CLI_SESSION"] = "1"
         os.execv(str(ROOT / "scripts/wine.sh"), ["wine.sh", "--session", sys.executable, *sys.argv])
     files = sorted((HERE / "cases").glob("*.toml"))
     cases = [case for file in files for case in tomllib.loads(file.read_text())["case"]]
     everything = [(case["name"], lambda case=case: run_case(case)) for case in cases] + tests
+    if options.wine:
+        everything = [(name, function) for name, function in everything if not getattr(function, "native_only", False)]
+    twice = [name for name, count in collections.Counter(name for name, _ in everything).items() if count > 1]
+    if twice:
+        sys.exit(f"two tests have one name: {', '.join(twice)}")
+    if options.list:
+        print(*(name for name, _ in everything), sep="\n")
+        return 0
     passed = failed = 0
     for name, function in everything:
-        if getattr(function, "native_only", False) and options.wine:
-            continue
-        if options.names and not any(part in name for part in options.names):
+        chosen = name in options.names if options.whole_names else any(part in name for part in options.names)
+        if options.names and not chosen:
             continue
         try:
             function()
