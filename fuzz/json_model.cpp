@@ -17,8 +17,10 @@
 #include "fuzz/expectation.h"
 #include "fuzz/memory_export.h"
 #include "fuzz/require.h"
+#include "host/json_places.h"
 #include "host/model_check.h"
 #include "host/model_source.h"
+#include "host/problem_report.h"
 #include "host/text_encoding.h"
 
 namespace {
@@ -110,8 +112,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   } catch (const host::ModelError& error) {
     const auto lines = std::count(data, data + size, '\n') + 1;
     require(*error.what() != '\0' && host::isUtf8(error.what()), "a message that cannot be shown");
-    require(host::isUtf8(error.pointer()), "a pointer that cannot be shown");
-    require(error.place().line >= 0 && error.place().line <= lines, "a place outside the text");
+    const host::Problem& problem = error.problem();
+    require(host::isUtf8(problem.pointer), "a pointer that cannot be shown");
+    text.pubseekpos(0, std::ios::in);
+    for (const host::TextPlace place :
+         {problem.place, error.readTo(),
+          host::placesOf(text, {problem.pointer}, error.readTo()).front()}) {
+      require(place.line >= 0 && place.line <= lines, "a place outside the text");
+    }
     return 0;
   }
   for (const host::Problem& problem : host::checkModel(model, false)) {

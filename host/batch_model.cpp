@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "host/messages.h"
 #include "host/model_error.h"
 #include "host/text_encoding.h"
 #include "model/batch_source.h"
@@ -47,7 +48,7 @@ class Numbering {
 Model readBatchModel(std::istream& text) {
   BatchReader reader(text);
   if (reader.unitCode() < 0 && reader.barCount() <= 0) {
-    throw ModelError({}, "", "");
+    throw ModelError({.code = "unreadable", .message = say(texts::notAModel)});
   }
   Model model;
   model.format = ModelFormat::batch;

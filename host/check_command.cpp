@@ -9,6 +9,7 @@
 #include "host/messages.h"
 #include "host/model_check.h"
 #include "host/model_reader.h"
+#include "host/problem_report.h"
 
 namespace exportifc::host {
 
@@ -16,16 +17,35 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json problemJson(const Model& model, const Problem& problem) {
+/// The same facts for programs; an empty one is left out.
+Json problemJson(const std::string& name, const Problem& problem) {
   Json json = {{"code", problem.code},
-               {"severity", problem.isError ? "error" : "warning"},
+               {"severity", severityCode(problem.severity)},
                {"message", problem.message},
-               {"bars", problem.bars}};
+               {"file", name}};
+  const auto add = [&](const char* key, const std::string& text) {
+    if (!text.empty()) {
+      json[key] = text;
+    }
+  };
+  if (problem.place.line > 0) {
+    json["line"] = problem.place.line;
+  }
+  if (problem.place.column > 0) {
+    json["column"] = problem.place.column;
+  }
+  add("pointer", problem.pointer);
+  add("value", problem.value);
+  add("allowed", problem.allowed);
+  add("suggestion", problem.suggestion);
+  return json;
+}
+
+Json problemJson(const std::string& name, const Model& model, const Problem& problem) {
+  Json json = problemJson(name, problem);
+  json["bars"] = problem.bars;
   if (problem.firstBar >= 0) {
     json["firstBar"] = problem.firstBar + 1;
-    if (model.format == ModelFormat::json) {
-      json["pointer"] = "/bars/" + std::to_string(problem.firstBar);
-    }
   }
   if (problem.section >= 0) {
     json["section"] = model.sections[static_cast<std::size_t>(problem.section)].name;
@@ -41,35 +61,40 @@ struct Finding {
   Json json;
 };
 
+std::string countText(const std::vector<Problem>& problems) {
+  return problems.empty()
+             ? say(texts::checkNoProblems)
+             : say(texts::checkProblems, {numberText(static_cast<std::int64_t>(problems.size()))});
+}
+
 Finding checkOne(const std::string& name, const CheckOptions& options) {
   Finding finding{.json = {{"model", name}}};
   Json list = Json::array();
   try {
     const Model model = readModel(name);
     finding.json["bars"] = model.bars.size();
-    const std::vector<Problem> problems = checkModel(model, options.visibleOnly);
+    std::vector<Problem> problems = checkModel(model, options.visibleOnly);
+    locate(name, model, problems);
     for (const Problem& problem : problems) {
-      list.push_back(problemJson(model, problem));
+      list.push_back(problemJson(name, model, problem));
       if (!options.json) {
-        printLine(displayName(name) + ": " + say(problem.isError ? texts::error : texts::warning) +
-                  ": " + problemText(model, problem));
+        printLine(problemLine(name, model, problem));
       }
     }
-    finding.code = problems.empty() ? exitOk : exitProblems;
+    finding.code = std::all_of(problems.begin(), problems.end(), isNote) ? exitOk : exitProblems;
     if (!options.json) {
-      printLine(
-          displayName(name) + ": " +
-          say(texts::checkSummary,
-              {numberText(static_cast<std::int64_t>(model.bars.size())),
-               problems.empty() ? say(texts::checkNoProblems)
-                                : say(texts::checkProblems,
-                                      {numberText(static_cast<std::int64_t>(problems.size()))})}));
+      printLine(displayName(name) + ": " +
+                say(texts::checkSummary, {numberText(static_cast<std::int64_t>(model.bars.size())),
+                                          countText(problems)}));
     }
   } catch (const Failure& failure) {
     finding.code = failure.code();
-    list.push_back({{"code", "unreadable"}, {"severity", "error"}, {"message", failure.what()}});
+    const auto* const told = dynamic_cast<const ModelFailure*>(&failure);
+    list.push_back(problemJson(
+        name, told != nullptr ? told->problem()
+                              : Problem{.code = "unreadable", .message = failure.what()}));
     if (!options.json) {
-      reportError(failure.what());
+      reportFailure(failure);
     }
   }
   finding.json["problems"] = std::move(list);

@@ -27,4 +27,8 @@ void reportWarning(const std::string& message) {
   printError("exportifc: " + std::string(say(texts::warning)) + ": " + message);
 }
 
+void reportFailure(const Failure& failure) {
+  failure.line() == FailureLine::whole ? printError(failure.what()) : reportError(failure.what());
+}
+
 }  // namespace exportifc::host

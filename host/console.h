@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "host/failure.h"
 #include "host/messages.h"
 
 namespace exportifc::host {
@@ -16,5 +17,8 @@ void printError(const std::string& line);
 /// "exportifc: error: …", "exportifc: warning: …" on standard error.
 void reportError(const std::string& message);
 void reportWarning(const std::string& message);
+
+/// Why a command ended, on standard error.
+void reportFailure(const Failure& failure);
 
 }  // namespace exportifc::host

@@ -15,6 +15,7 @@
 #include "host/model_reader.h"
 #include "host/output_file.h"
 #include "host/paths.h"
+#include "host/problem_report.h"
 #include "model/batch_source.h"
 #include "plugin/bar_export.h"
 
@@ -144,24 +145,22 @@ int runConvertCommand(const ConvertOptions& options) {
   }
   const Model model = readModel(options.model);
   const std::vector<Problem> problems = checkReferences(model);
-  for (const Problem& problem : problems) {
-    reportError(displayName(options.model) + ": " + problemText(model, problem));
-  }
   if (!problems.empty()) {
-    throw Failure(exitUnreadable, say(texts::nothingWritten, {displayName(options.model)}));
+    reportProblems(options.model, model, problems);
+    throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
   }
   const bool toBatch = model.format == ModelFormat::json;
   if (toBatch) {
     checkBatchTexts(model);
     const BatchLosses losses(model);
     for (const std::string& loss : losses.lines()) {
-      reportWarning(loss);
+      reportModelWarning(options.model, loss);
     }
     if (options.strict && !losses.lines().empty()) {
       throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
     }
   } else if (model.unitCode < 0) {
-    reportWarning(say(texts::lossUnit));
+    reportModelWarning(options.model, say(texts::lossUnit));
   }
   OutputFile output(options.output);
   toBatch ? writeBatchModel(model, output) : writeJsonModel(model, output);

@@ -16,6 +16,7 @@
 #include "host/model_reader.h"
 #include "host/output_file.h"
 #include "host/paths.h"
+#include "host/problem_report.h"
 #include "host/progress.h"
 #include "host/system.h"
 #include "host/viewer_page.h"
@@ -48,14 +49,19 @@ bool isSameFile(const std::string& a, const std::string& b) {
          fs::equivalent(pathOf(a), pathOf(b), ignored);
 }
 
-std::string barsText(std::int32_t count) { return say(texts::manyBars, {numberText(count)}); }
-
-void reportMessages(const Model& model, const ExportResult& result) {
+void reportMessages(const std::string& name, const Model& model, const ExportResult& result) {
+  std::vector<Problem> problems;
   for (const ModuleMessage& message : result.messages) {
     const ModelSection& section = model.sections[static_cast<std::size_t>(message.section)];
-    reportWarning(say(texts::moduleMessage, {message.text, section.text, barsText(message.bars),
-                                             numberText(message.firstBar + 1)}));
+    problems.push_back({.code = "module-message",
+                        .severity = Severity::warning,
+                        .message = say(texts::moduleMessage, {message.text, section.text}),
+                        .pointer = sectionPointer(section) + "/text",
+                        .section = message.section,
+                        .bars = message.bars,
+                        .firstBar = message.firstBar});
   }
+  reportProblems(name, model, std::move(problems));
 }
 
 std::string skippedText(const SkippedBars& skipped) {
@@ -157,7 +163,7 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
     writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()), html);
   }
   if (!options.quiet) {
-    reportMessages(model, result);
+    reportMessages(name, model, result);
     printSummary(model, name, output, result,
                  std::chrono::duration<double>(Clock::now() - started).count());
   }
@@ -214,23 +220,19 @@ bool canRunBeside(const std::string& model, const std::string& output) {
 
 Model loadForExport(const std::string& name, const ExportOptions& options) {
   Model model = readModel(name);
-  const auto refuse = [&](const std::vector<Problem>& problems, ExitCode code) {
-    if (problems.empty()) {
+  const auto refuse = [&](const std::vector<Problem>& problems) {
+    if (std::all_of(problems.begin(), problems.end(), isNote)) {
       return;
     }
-    for (const Problem& problem : problems) {
-      const std::string text = displayName(name) + ": " + problemText(model, problem);
-      problem.isError ? reportError(text) : reportWarning(text);
-    }
-    throw Failure(code, say(texts::nothingWritten, {displayName(name)}));
+    reportProblems(name, model, problems);
+    throw Failure(exitProblems, say(texts::nothingWritten, {displayName(name)}));
   };
-  refuse(checkReferences(model), exitUnreadable);
+  refuse(checkReferences(model));
   if (options.transliterate) {
     transliterate(model);
   }
   refuse(options.strict ? checkModel(model, options.visibleOnly)
-                        : checkCharacters(model, options.visibleOnly),
-         exitProblems);
+                        : checkCharacters(model, options.visibleOnly));
   return model;
 }
 
@@ -256,7 +258,7 @@ int runExportCommand(const ExportOptions& options) {
     try {
       exportOne(options.models[i], outputs[i], options);
     } catch (const Failure& failure) {
-      reportError(failure.what());
+      reportFailure(failure);
       code = std::max<int>(code, failure.code());
     } catch (const std::bad_alloc&) {
       reportError(displayName(options.models[i]) + ": " + say(texts::outOfMemory));

@@ -1,6 +1,7 @@
 // How the program ends.
 #pragma once
 
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -15,15 +16,24 @@ enum ExitCode : int {
   exitNotWritten = 4,  ///< output, also after an interrupt
 };
 
+/// Whether a message says itself whose it is.
+enum class FailureLine : std::uint8_t {
+  message,  ///< the program puts its name and "error" before it
+  whole,    ///< it begins with a file and its line
+};
+
 /// Ends one command with a message for the user and an exit code.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitCode code, const std::string& message) : std::runtime_error(message), code_(code) {}
+  Failure(ExitCode code, const std::string& message, FailureLine line = FailureLine::message)
+      : std::runtime_error(message), code_(code), line_(line) {}
 
   ExitCode code() const { return code_; }
+  FailureLine line() const { return line_; }
 
  private:
   ExitCode code_;
+  FailureLine line_;
 };
 
 }  // namespace exportifc::host

@@ -15,7 +15,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/json_places.h"
 #include "host/messages.h"
+#include "host/model_error.h"
 #include "host/nearest.h"
 #include "host/text_encoding.h"
 #include "model/batch_source.h"
@@ -181,9 +183,15 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   }
   std::string pointer() const;
   /// Ends the reading: the value at hand, and what is allowed.
-  [[noreturn]] void fail(const std::string& message) const;
+  [[noreturn]] void fail(const std::string& message, Problem facts = {}) const;
   [[noreturn]] void failValue(const Scalar& value, const std::string& allowed) const {
-    fail(say(texts::valueNotAllowed, {shown(value), allowed}));
+    fail(say(texts::valueNotAllowed, {shown(value), allowed}),
+         {.value = shown(value), .allowed = allowed});
+  }
+  /// As `fail`, of the list that the value at hand stands in.
+  [[noreturn]] void failAround(In outer, const std::string& message) {
+    in_ = outer;
+    fail(message);
   }
   float number(const Scalar& value) const;
   std::int32_t integer(const Scalar& value, const Text& allowed) const;
@@ -206,19 +214,12 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
 };
 
 std::string ModelBuilder::pointer() const {
-  const auto escaped = [](std::string_view name) {
-    std::string text;
-    for (const char c : name) {
-      text += c == '~' ? std::string("~0") : c == '/' ? std::string("~1") : std::string(1, c);
-    }
-    return text;
-  };
   const auto nodeText = [&] { return "/nodes/" + std::to_string(model_.nodes.size()); };
   const auto barText = [&] { return "/bars/" + std::to_string(model_.bars.size()); };
   const auto sectionText = [&] {
-    return "/sections/" + escaped(model_.sections[static_cast<std::size_t>(section_)].name);
+    return "/sections/" + pointerPiece(model_.sections[static_cast<std::size_t>(section_)].name);
   };
-  const auto keyText = [&] { return key_.empty() ? std::string() : "/" + escaped(key_); };
+  const auto keyText = [&] { return key_.empty() ? std::string() : "/" + pointerPiece(key_); };
   switch (in_) {
     case In::file: return "";
     case In::model: return keyText();
@@ -234,9 +235,11 @@ std::string ModelBuilder::pointer() const {
   return "";
 }
 
-void ModelBuilder::fail(const std::string& message) const {
-  // The parser has read one character beyond a number.
-  throw ModelError({.line = text_.place().line, .column = 0}, pointer(), message);
+void ModelBuilder::fail(const std::string& message, Problem facts) const {
+  facts.code = "unreadable";
+  facts.message = message;
+  facts.pointer = pointer();
+  throw ModelError(std::move(facts), text_.place());
 }
 
 bool ModelBuilder::start_object(std::size_t /*size*/) {
@@ -356,7 +359,7 @@ bool ModelBuilder::end_array() {
       break;
     case In::node:
       if (item_ != node_.size()) {
-        fail(say(texts::threeCoordinates, {std::to_string(item_)}));
+        failAround(In::nodes, say(texts::threeCoordinates, {std::to_string(item_)}));
       }
       in_ = In::nodes;
       model_.nodes.push_back(node_);
@@ -364,7 +367,7 @@ bool ModelBuilder::end_array() {
     case In::dims: in_ = In::section; break;
     default:
       if (item_ != 2) {
-        fail(say(texts::twoNodes, {std::to_string(item_)}));
+        failAround(In::bar, say(texts::twoNodes, {std::to_string(item_)}));
       }
       in_ = In::bar;
   }
@@ -383,7 +386,7 @@ bool ModelBuilder::parse_error(std::size_t /*at*/, const std::string& token,
   const std::string fault = toUtf8(std::string_view(token).substr(token.rfind(' ') + 1));
   const std::string message =
       ended ? say(texts::jsonEndsEarly) : say(texts::jsonUnexpected, {fault});
-  throw ModelError(place, "", message);
+  throw ModelError({.code = "not-json", .message = message, .place = place});
 }
 
 bool ModelBuilder::scalar(const Scalar& value) {
@@ -393,7 +396,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
     case In::bar: barValue(value); break;
     case In::node:
       if (item_ >= node_.size()) {
-        fail(say(texts::threeCoordinates, {std::to_string(item_ + 1)}));
+        failAround(In::nodes, say(texts::threeCoordinates, {std::to_string(item_ + 1)}));
       }
       node_[item_] = number(value);
       ++item_;
@@ -401,7 +404,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
     case In::dims: {
       auto& dims = model_.sections[static_cast<std::size_t>(section_)].dims;
       if (item_ >= dims.size()) {
-        fail(say(texts::tenDims));
+        failAround(In::section, say(texts::tenDims));
       }
       dims[item_] = number(value);
       ++item_;
@@ -409,7 +412,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
     }
     case In::barNodes:
       if (item_ >= 2) {
-        fail(say(texts::twoNodes, {std::to_string(item_ + 1)}));
+        failAround(In::bar, say(texts::twoNodes, {std::to_string(item_ + 1)}));
       }
       (item_ == 0 ? bar_.start : bar_.end) = integer(value, texts::allowedNodeIndex);
       ++item_;

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     arguments.erase(arguments.begin());
     return runCommandLine(arguments);
   } catch (const Failure& failure) {
-    reportError(failure.what());
+    reportFailure(failure);
     return failure.code();
   } catch (const std::exception& failure) {
     reportError(failure.what());

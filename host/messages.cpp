@@ -57,6 +57,8 @@ std::string fill(const Text& text, std::span<const std::string_view> values) {
 
 std::string numberText(std::int64_t value) { return inLanguage(std::to_string(value)); }
 
+std::string barsText(std::int64_t count) { return say(texts::manyBars, {numberText(count)}); }
+
 std::string decimalText(double value, int decimals) {
   char buffer[350];
   const auto end =

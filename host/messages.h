@@ -118,11 +118,15 @@ std::string say(std::type_identity_t<TextWith<Count>> text,
 std::string numberText(std::int64_t value);
 std::string decimalText(double value, int decimals);
 
+/// "1 bar", "2 bars".
+std::string barsText(std::int64_t count);
+
 namespace texts {
 
 // ---- kinds of message
 inline constexpr Text error{"error", "erro"};
 inline constexpr Text warning{"warning", "aviso"};
+inline constexpr Text note{"note", "nota"};
 
 // ---- writing
 inline constexpr Text standardOutput{"standard output", "saída padrão"};
@@ -147,9 +151,9 @@ inline constexpr Text errorInterrupted{"interrupted", "interrompido"};
 // ---- reading
 inline constexpr Text cannotRead{"cannot read {0}: {1}", "não foi possível ler {0}: {1}"};
 inline constexpr Text notAModel{
-    "{0} is not a model file: it does not begin with \"{\" as a JSON model does, and its lines 4 "
+    "not a model file: it does not begin with \"{\" as a JSON model does, and its lines 4 "
     "and 5 are not a unit (m, cm, mm) and a bar count as in a batch text file",
-    "{0} não é um arquivo de modelo: não começa com \"{\" como um modelo JSON, e suas linhas 4 e 5 "
+    "não é um arquivo de modelo: não começa com \"{\" como um modelo JSON, e suas linhas 4 e 5 "
     "não são uma unidade (m, cm, mm) e o número de barras como num arquivo de texto do modo batch"};
 inline constexpr Text jsonUnexpected{"not valid JSON: unexpected {0}",
                                      "JSON inválido: {0} inesperado"};
@@ -256,8 +260,7 @@ inline constexpr Text sameFile{"{0} is the model itself: choose another output",
                                "{0} é o próprio modelo: escolha outra saída"};
 inline constexpr Text sameOutput{"two models would be written to {0}",
                                  "dois modelos seriam gravados em {0}"};
-inline constexpr Text moduleMessage{"\"{0}\": section \"{1}\", {2}, first: bar {3}",
-                                    "\"{0}\": seção \"{1}\", {2}, primeira: barra {3}"};
+inline constexpr Text moduleMessage{"\"{0}\": section \"{1}\"", "\"{0}\": seção \"{1}\""};
 inline constexpr Text manyBars{"{0} {0:bar|bars}", "{0} {0:barra|barras}"};
 
 inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",

@@ -6,9 +6,11 @@
 #include <map>
 #include <utility>
 
+#include "host/json_places.h"
 #include "host/messages.h"
 #include "host/section_catalogue.h"
 #include "host/text_encoding.h"
+#include "model/batch_source.h"
 
 namespace exportifc::host {
 
@@ -33,8 +35,6 @@ std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
   }
   return uses;
 }
-
-std::string barsText(std::int32_t count) { return say(texts::manyBars, {numberText(count)}); }
 
 /// The problems of one section; `place` fills in which section and bars.
 class SectionCheck {
@@ -64,6 +64,9 @@ class SectionCheck {
     problem.code = code;
     problem.message = std::move(message);
     problem.dimension = dimension;
+    if (dimension >= 0 && section_.dims != parseSectionDims(section_.text)) {
+      problem.pointer = sectionPointer(section_) + "/dims/" + std::to_string(dimension);
+    }
     problems_.push_back(std::move(problem));
   }
 
@@ -118,7 +121,8 @@ void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& p
       usesOf(model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); });
   for (std::size_t i = 0; i < model.sections.size(); ++i) {
     if (uses[i].bars > 0 && model.sections[i].defined) {
-      const Problem place{.section = static_cast<std::int32_t>(i),
+      const Problem place{.pointer = sectionPointer(model.sections[i]) + "/text",
+                          .section = static_cast<std::int32_t>(i),
                           .bars = uses[i].bars,
                           .firstBar = uses[i].firstBar};
       SectionCheck(model.sections[i], place, problems).run();
@@ -130,12 +134,14 @@ void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& p
 constexpr double shortestBar = 0.01;
 
 void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
-  Problem shortBars{.code = "zero-length", .isError = false, .message = say(texts::problemZero)};
+  Problem shortBars{
+      .code = "zero-length", .severity = Severity::warning, .message = say(texts::problemZero)};
   Problem notFinite{.code = "not-finite", .message = say(texts::problemBarNotFinite)};
   const double factor = millimetresPer(model.unitCode);
   const auto count = [](Problem& problem, std::size_t bar) {
     if (problem.bars++ == 0) {
       problem.firstBar = static_cast<std::int32_t>(bar);
+      problem.pointer = barPointer(problem.firstBar);
     }
   };
   for (std::size_t i = 0; i < model.bars.size(); ++i) {
@@ -162,20 +168,23 @@ void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& probl
 }
 
 void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
-  const auto warn = [&](const char* code, std::string message) {
-    problems.push_back({.code = code, .isError = false, .message = std::move(message)});
+  const auto warn = [&](const char* code, const char* pointer, std::string message) {
+    problems.push_back({.code = code,
+                        .severity = Severity::warning,
+                        .message = std::move(message),
+                        .pointer = pointer});
   };
   if (model.unitCode < 0) {
-    warn("unknown-unit", say(texts::problemUnit));
+    warn("unknown-unit", "/unit", say(texts::problemUnit));
   }
   const auto present = static_cast<std::int64_t>(model.bars.size());
   if (present < model.announcedBars) {
-    warn("missing-bars",
+    warn("missing-bars", "/bars",
          say(texts::problemMissingBars, {numberText(model.announcedBars), numberText(present)}));
   }
   if (std::none_of(model.bars.begin(), model.bars.end(),
                    [&](const ModelBar& bar) { return isExported(bar, visibleOnly); })) {
-    warn("no-bars", say(texts::problemNoBars));
+    warn("no-bars", "/bars", say(texts::problemNoBars));
   }
 }
 
@@ -188,7 +197,7 @@ bool isExported(const ModelBar& bar, bool visibleOnly) {
 std::vector<Problem> checkReferences(const Model& model) {
   std::vector<Problem> problems;
   std::map<std::int32_t, std::size_t> byNode;  // index of the problem
-  const auto checkNode = [&](std::int32_t node, std::size_t bar) {
+  const auto checkNode = [&](std::int32_t node, std::size_t bar, const char* end) {
     if (isNode(model, node)) {
       return;
     }
@@ -200,14 +209,16 @@ std::vector<Problem> checkReferences(const Model& model) {
                                          ? say(texts::problemNoNodes, {index})
                                          : say(texts::problemNodeIndex,
                                                {index, std::to_string(model.nodes.size() - 1)}),
+                          .pointer = barPointer(static_cast<std::int32_t>(bar)) + end,
+                          .value = index,
                           .firstBar = static_cast<std::int32_t>(bar)});
     }
     ++problems[found->second].bars;
   };
   for (std::size_t i = 0; i < model.bars.size(); ++i) {
-    checkNode(model.bars[i].start, i);
+    checkNode(model.bars[i].start, i, "/nodes/0");
     if (model.bars[i].end != model.bars[i].start) {
-      checkNode(model.bars[i].end, i);
+      checkNode(model.bars[i].end, i, "/nodes/1");
     }
   }
   const auto uses = usesOf(model, [](const ModelBar&) { return true; });
@@ -215,6 +226,8 @@ std::vector<Problem> checkReferences(const Model& model) {
     if (!model.sections[i].defined) {
       problems.push_back({.code = "unknown-section",
                           .message = say(texts::problemSection, {model.sections[i].name}),
+                          .pointer = barPointer(uses[i].firstBar) + "/section",
+                          .value = model.sections[i].name,
                           .section = static_cast<std::int32_t>(i),
                           .bars = uses[i].bars,
                           .firstBar = uses[i].firstBar});
@@ -234,6 +247,9 @@ std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly) {
       problems.push_back(
           {.code = "unwritable-character",
            .message = say(texts::problemUnwritable, {text, character, transliterated(text)}),
+           .pointer = sectionPointer(model.sections[i]) + "/text",
+           .value = character,
+           .suggestion = transliterated(text),
            .section = static_cast<std::int32_t>(i),
            .bars = uses[i].bars,
            .firstBar = uses[i].firstBar});
@@ -254,22 +270,10 @@ std::vector<Problem> checkModel(const Model& model, bool visibleOnly) {
   return problems;
 }
 
-std::string barText(const Model& model, std::int32_t index) {
-  std::string text = say(texts::bar, {numberText(index + 1)});
-  if (model.format == ModelFormat::json) {
-    text += " (/bars/" + std::to_string(index) + ")";
-  }
-  return text;
-}
+std::string barPointer(std::int32_t index) { return "/bars/" + std::to_string(index); }
 
-std::string problemText(const Model& model, const Problem& problem) {
-  if (problem.bars == 0) {
-    return problem.message;
-  }
-  const std::string bar = barText(model, problem.firstBar);
-  const std::string where =
-      problem.bars == 1 ? bar : say(texts::barsFrom, {barsText(problem.bars), bar});
-  return where + ": " + problem.message;
+std::string sectionPointer(const ModelSection& section) {
+  return "/sections/" + pointerPiece(section.name);
 }
 
 void transliterate(Model& model) {

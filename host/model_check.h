@@ -6,19 +6,13 @@
 #include <vector>
 
 #include "host/model.h"
+#include "host/problem.h"
 
 namespace exportifc::host {
 
-/// One problem, once for all bars that have it.
-struct Problem {
-  const char* code = "";        ///< for programs
-  bool isError = true;          ///< false: the file is sound, but perhaps not what was meant
-  std::string message{};        ///< in the user's language
-  std::int32_t section = -1;    ///< index into the model's sections
-  std::int32_t dimension = -1;  ///< index into its dimensions
-  std::int32_t bars = 0;        ///< how many bars; 0: the model as a whole
-  std::int32_t firstBar = -1;   ///< index
-};
+/// Where a bar or section stands, as a JSON pointer: "/bars/6", "/sections/Viga".
+std::string barPointer(std::int32_t index);
+std::string sectionPointer(const ModelSection& section);
 
 /// Bars that an export writes.
 bool isExported(const ModelBar& bar, bool visibleOnly);
@@ -32,12 +26,6 @@ std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly);
 
 /// Everything, in the order: references, characters, sections, bars, the model as a whole.
 std::vector<Problem> checkModel(const Model& model, bool visibleOnly);
-
-/// "bar 7 (/bars/6)", or without the pointer for a batch text file.
-std::string barText(const Model& model, std::int32_t index);
-
-/// The problem as one line for people: its bars, then its message.
-std::string problemText(const Model& model, const Problem& problem);
 
 /// Writes what the file cannot hold as plain letters.
 void transliterate(Model& model);

@@ -1,31 +1,26 @@
-// What a model file says wrongly.
+// A model that cannot be taken in.
 #pragma once
 
-#include <cstdint>
 #include <stdexcept>
-#include <string>
+#include <utility>
+
+#include "host/problem.h"
 
 namespace exportifc::host {
 
-/// Where in a text something stands; 0 when it is not known.
-struct TextPlace {
-  std::int64_t line = 0;
-  std::int64_t column = 0;
-};
-
-/// A model that cannot be taken in. The message says what, the value and what is allowed.
+/// Ends the reading. The problem says what, the value and what is allowed. Where it has no place,
+/// its value ends at `readTo`, up to which the text is sound.
 class ModelError : public std::runtime_error {
  public:
-  ModelError(TextPlace place, std::string pointer, const std::string& message)
-      : std::runtime_error(message), place_(place), pointer_(std::move(pointer)) {}
+  explicit ModelError(Problem problem, TextPlace readTo = {})
+      : std::runtime_error(problem.message), problem_(std::move(problem)), readTo_(readTo) {}
 
-  TextPlace place() const { return place_; }
-  /// JSON pointer of the value, empty for the whole text.
-  const std::string& pointer() const { return pointer_; }
+  const Problem& problem() const { return problem_; }
+  TextPlace readTo() const { return readTo_; }
 
  private:
-  TextPlace place_;
-  std::string pointer_;
+  Problem problem_;
+  TextPlace readTo_;
 };
 
 }  // namespace exportifc::host

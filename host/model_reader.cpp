@@ -11,6 +11,7 @@
 #include "host/messages.h"
 #include "host/output_file.h"
 #include "host/paths.h"
+#include "host/problem_report.h"
 
 namespace exportifc::host {
 
@@ -21,19 +22,6 @@ bool looksLikeJson(std::streambuf& text, const std::string& name) {
   return first == '{' || first == '[' || first == 0xEF || pathOf(name).extension() == ".json";
 }
 
-/// "model.json:12:7: /bars/3/type: ", with what of it is known.
-std::string placeText(const std::string& name, const ModelError& error) {
-  std::string text = name + ":";
-  if (error.place().line > 0) {
-    text += std::to_string(error.place().line) + ":";
-    if (error.place().column > 0) {
-      text += std::to_string(error.place().column) + ":";
-    }
-  }
-  text += " ";
-  return error.pointer().empty() ? text : text + error.pointer() + ": ";
-}
-
 Model readFrom(std::streambuf& text, const std::string& name) {
   try {
     if (looksLikeJson(text, name)) {
@@ -42,10 +30,9 @@ Model readFrom(std::streambuf& text, const std::string& name) {
     std::istream lines(&text);
     return readBatchModel(lines);
   } catch (const ModelError& error) {
-    const std::string shown = displayName(name);
-    const std::string message = error.what();
-    throw Failure(exitUnreadable, message.empty() ? say(texts::notAModel, {shown})
-                                                  : placeText(shown, error) + message);
+    Problem problem = error.problem();
+    locate(name, problem, error.readTo());
+    throw ModelFailure(name, std::move(problem));
   }
 }
 
