@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Builds the benchmarks, runs them and prints the table of goals: goal, measured, verdict.
 #
-#   ./bench.sh          all of it, about ten minutes
-#   ./bench.sh quick    smaller models, some minutes: a look, no verdict to quote
+#   ./bench.sh [--record]   all of it, about twenty minutes
+#   ./bench.sh quick        smaller models, some minutes: a look, no verdict to quote
+#
+# --record keeps the values as a further run in docs/figures and puts them into the documents.
 #
 # bench/README.md says which data, which command, what each ratio means. The numbers of all
 # measurements stay in $BENCH_WORK/results.
@@ -22,7 +24,7 @@ results=$work/results
 : >"$results"
 
 case ${1-} in
-  '') bars=100000 rounds=11 pairs=25 processes=7 large=1000000 ;;
+  '' | --record) bars=100000 rounds=11 pairs=25 processes=7 large=1000000 ;;
   quick) bars=100000 rounds=3 pairs=5 processes=3 large=100000 ;;
   *) sed -n '2,/^set/{/^set/d;s/^# \{0,1\}//;p}' "$0"; exit 2 ;;
 esac
@@ -114,3 +116,7 @@ fi
 rm -f "$work"/others.*
 
 python3 bench/table.py "$results"
+if [[ ${1-} == --record ]]; then
+  python3 bench/table.py "$results" --values \
+    | scripts/figures.py --record benchmarks './bench.sh --record' --append
+fi

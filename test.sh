@@ -44,6 +44,7 @@ fuzz           | full  |               | fuzz/short.sh
 binary         | quick | windows linux | scripts/checks/binary.sh
 reproducible   | full  | windows       | scripts/checks/reproducible.sh
 ctest          | quick | linux         | scripts/checks/ctest.sh build/linux
+figures        | quick |               | scripts/figures.py --check
 headers        | quick |               | scripts/checks/headers.sh
 format         | quick |               | scripts/checks/format.sh
 shellcheck     | quick |               | scripts/checks/shellcheck.sh

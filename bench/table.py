@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
 """Prints the table of goals from the results of bench.sh: lines "name value".
 
-Of a measurement made several times the median counts.
+    bench/table.py RESULTS [--values]
+
+--values: the values alone, as scripts/figures.py takes them. Of a measurement made several times the median counts.
 """
 
 import collections
@@ -87,6 +89,10 @@ def main():
             measured[name].append(float(value))
     values = {name: statistics.median(all_of_it) for name, all_of_it in measured.items()}
     derived(values)
+    if "--values" in sys.argv[2:]:
+        for name, value in values.items():
+            print(name, f"{value:.0f}" if value >= 1000 or value == round(value) else f"{value:.4g}")
+        return
     print(f"{'':54}{'goal':24}{'measured':>18}   verdict")
     for what, name, limit, unit in GOALS:
         if name in values:
@@ -102,4 +108,5 @@ def main():
         print(f"{name} of each process", *sorted(measured[name]))
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Line and branch coverage of the core by the unit and reliability tests.
 #
-#   scripts/coverage.sh          prints a line for each file, then each line that no test reaches
+#   scripts/coverage.sh [--record]   prints a line for each file, then each line that no test reaches
 #
 # Passes when at least 98 % of the lines are reached and every other line stands, with its reason,
-# in scripts/coverage_allowed.txt. Ends with "N passed, N failed".
+# in scripts/coverage_allowed.txt. --record keeps the figures in docs/figures and puts them into the
+# documents. Ends with "N passed, N failed".
 #
 #   COVERAGE_BUILD   build folder, build/coverage if unset
 set -uo pipefail
@@ -30,4 +31,4 @@ llvm-profdata merge -o "$build/tests.profdata" "$build"/*.profraw >"$log" 2>&1 |
 
 llvm-cov export -format=lcov -instr-profile "$build/tests.profdata" "${binaries[0]}" -object "${binaries[1]}" \
   plugin model step elements profiles >"$build/tests.lcov" 2>"$log" || fail
-python3 scripts/coverage_report.py "$build/tests.lcov" scripts/coverage_allowed.txt
+python3 scripts/coverage_report.py "$build/tests.lcov" scripts/coverage_allowed.txt "$@"

@@ -1,16 +1,17 @@
 #!/usr/bin/env python3
 """Prints the coverage in an lcov file, and each line that no test reaches.
 
-  scripts/coverage_report.py LCOV ALLOWED
+  scripts/coverage_report.py LCOV ALLOWED [--record]
 
 ALLOWED holds "file || the line's text || reason" for lines that cannot be reached.
 """
 import pathlib
+import subprocess
 import sys
 
 LEAST = 0.98
 root = pathlib.Path(__file__).resolve().parents[1]
-lcov, allowed_list = sys.argv[1:3]
+lcov, allowed_list, *options = sys.argv[1:]
 
 allowed = {}
 for line in pathlib.Path(allowed_list).read_text(encoding="utf-8").splitlines():
@@ -56,6 +57,13 @@ for (name, number), count in sorted(all_lines.items()):
 enough = share(all_lines)[0] >= LEAST * len(all_lines)
 if not enough:
     print(f"fewer than {LEAST:.0%} of the lines are reached")
+if "--record" in options:
+    figures = []
+    for what, counts in (("lines", all_lines), ("branches", all_branches)):
+        reached, everything, percent = share(counts)
+        figures += [f"{what}_percent {percent:.2f}", f"{what}_reached {reached}", f"{what} {everything}"]
+    subprocess.run([root / "scripts/figures.py", "--record", "coverage", "scripts/coverage.sh --record"],
+                   input="\n".join(figures), text=True, check=True)
 failed = (not enough) + (unexplained > 0)
 print(f"{2 - failed} passed, {failed} failed")
 sys.exit(failed != 0)

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Breaks the code on purpose, one place at a time, and reports what no test notices.
 
-  scripts/mutate.py [--sample N] [--seed N] [--jobs N] [--minutes N] [--build DIR] [--list] [FILE...]
+  scripts/mutate.py [--sample N] [--seed N] [--jobs N] [--minutes N] [--build DIR] [--list] [--record] [FILE...]
 
 Constants, signs, comparisons and conditions of the profile, axes, reader, number and bar loop code are
 changed one by one; the unit tests are linked with each and run. The tree itself is left alone. A mutant that no
@@ -12,6 +12,7 @@ test notices is either listed with its reason in scripts/mutants_allowed.txt or 
   --minutes N  starts no more mutants after that (default: no limit)
   --build DIR  a build with up-to-date unit tests, by Clang (default build/clang)
   --list       prints the mutants and stops
+  --record     keeps the counts in docs/figures and puts them into the documents: of all mutants only
 
 Ends with "N passed, N failed": mutants killed or allowed, mutants that survive.
 """
@@ -202,8 +203,11 @@ def main():
     parser.add_argument("--minutes", type=float, default=1e9)
     parser.add_argument("--build", type=pathlib.Path, default=root / "build/clang")
     parser.add_argument("--list", action="store_true")
+    parser.add_argument("--record", action="store_true")
     parser.add_argument("files", nargs="*")
     options = parser.parse_args()
+    if options.record and (options.files or options.sample or options.list):
+        parser.error("--record: only the whole list gives figures to quote")
 
     mutants = []
     for name in options.files or FILES:
@@ -245,6 +249,10 @@ def main():
     for name, row in by_file.items():
         print(f"{name}: {row['killed']} killed, {row['allowed']} allowed, {row['survived']} survived, "
               f"{row['does not build']} do not build, {row['not tried']} not tried")
+    if options.record and not counts["not tried"]:
+        figures = [f"places {len(mutants)}", *(f"{fate.replace(' ', '_')} {count}" for fate, count in counts.items())]
+        subprocess.run([root / "scripts/figures.py", "--record", "mutants", "scripts/mutate.py --record"],
+                       input="\n".join(figures), text=True, check=True)
     print(f"{counts['killed'] + counts['allowed']} passed, {counts['survived']} failed")
     return counts["survived"] != 0
 
