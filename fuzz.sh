@@ -55,7 +55,7 @@ for target in "${targets[@]}"; do
   executed=$(awk '/stat::number_of_executed_units/ { sum += $2 } END { print sum + 0 }' "$log")
   coverage=$(grep -o 'cov: [0-9]*' "$log" | tail -n 1 || true)
   findings=$(find "$out/findings" -name "$target-*" | wc -l)
-  figures+="$target.executions $executions"$'\n'"$target.edges $(tr -dc 0-9 <<<"${coverage:-0}")"$'\n'
+  figures+="$target.executions $executed"$'\n'"$target.edges $(tr -dc 0-9 <<<"${coverage:-0}")"$'\n'
   figures+="$target.findings $findings"$'\n'
   echo "$target: $minutes min, $executed executions, ${coverage:-cov: 0} of" \
     "$(grep -om 1 '([0-9]* inline' "$log" | tr -dc 0-9) edges, $findings findings"

@@ -171,11 +171,17 @@ def with_figures(text):
 
 
 def write():
+    failed = False
     for document in documents():
-        text = document.read_text(encoding="utf-8")
-        if (new := with_figures(text)) != text:
-            document.write_text(new, encoding="utf-8")
-            print(f"{document.relative_to(root)}: written")
+        text, name = document.read_text(encoding="utf-8"), document.relative_to(root)
+        try:
+            if (new := with_figures(text)) != text:
+                document.write_text(new, encoding="utf-8")
+                print(f"{name}: written")
+        except KeyError as fault:
+            failed = True
+            print(f"{name}: not written: {fault.args[0]}", file=sys.stderr)
+    return failed
 
 
 def check():
@@ -243,8 +249,7 @@ def main(arguments):
     elif arguments:
         print(__doc__)
         return 2
-    write()
-    return 0
+    return write()
 
 
 if __name__ == "__main__":
