@@ -1,7 +1,9 @@
-// Compares putFixed5 and putGeneral6 with the standard library's conversions on many values: ends
-// with "N passed, N failed" and prints the first values that differ.
+// Compares putInteger with counting for every number of up to eight digits, putFixed5 and
+// putGeneral6 with the standard library's conversions on many values: ends with "N passed, N
+// failed" and prints the first values that differ.
 //
-//   fixed5_exactness [MILLIONS]      default 500, about a minute
+//   fixed5_exactness [MILLIONS]      of reals, default 500, about a minute
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -68,6 +70,26 @@ void checkAround(double value) {
   }
 }
 
+/// Every number of up to eight digits, against a counter that carries digit by digit.
+void checkAllIntegers() {
+  std::array<char, 8> counter{};
+  counter.fill('0');
+  std::size_t first = counter.size() - 1;  // of its digits; those before it are not written
+  Text ours{};
+  for (std::int32_t value = 0; value < 100000000; ++value) {
+    const std::string_view wanted(counter.data() + first, counter.size() - first);
+    compare(value, {ours.data(), exportifc::putInteger(ours.data(), value)}, wanted);
+    std::size_t at = counter.size();
+    while (at > 0 && counter[at - 1] == '9') {
+      counter[--at] = '0';
+    }
+    if (at > 0) {
+      ++counter[--at];
+      first = std::min(first, at);
+    }
+  }
+}
+
 void checkSpecial() {
   using Limits = std::numeric_limits<double>;
   for (const double value : {0.0, Limits::denorm_min(), Limits::min(), Limits::epsilon(),
@@ -89,7 +111,8 @@ void checkSpecial() {
 
 int main(int argc, char** argv) {
   const std::uint64_t millions = argc > 1 ? std::strtoull(argv[1], nullptr, 10) : 500;
-  const std::uint64_t wanted = millions * 1000000;
+  checkAllIntegers();
+  const std::uint64_t wanted = passed + failed + millions * 1000000;
   checkSpecial();
   std::mt19937_64 random(20120522);  // the same values at every run
   while (passed + failed < wanted) {

@@ -17,7 +17,7 @@ namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// The host's runtime counts the no-break space of Windows-1252 among them.
+/// White space, to which the host's runtime adds the no-break space of Windows-1252.
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r') || c == '\xA0'; }
 
 /// Reads the characters of a text one after the other; '\0' stands for the end.
@@ -50,7 +50,8 @@ class Cursor {
   const char* end_;
 };
 
-// Beyond any exponent that matters, however many digits stand before it.
+// Reading an exponent stops growing here: no text has so many digits that they could bring a
+// number with this exponent back into range, and the sum of both stays within 64 bits.
 constexpr std::int64_t largestExponent = 1000000000;
 
 /// The exponent behind an e or E, or 0 (and nothing consumed) when no digits follow.
@@ -74,8 +75,9 @@ std::int64_t takeExponent(Cursor& cursor) {
   return minus ? -exponent : exponent;
 }
 
-// Up to 15 digits and the powers of ten up to 22 are exact doubles, so that one multiplication or
-// division rounds as the conversion must.
+// Integers of up to 15 digits (below 2^53) and the powers of ten up to 10^22 (5^22 is below 2^53)
+// are exact doubles, so that one multiplication or division rounds once, as the conversion must
+// (W. D. Clinger, "How to read floating point numbers accurately", 1990).
 constexpr std::size_t exactDigits = 15;
 constexpr std::array exactPowers = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                     1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
@@ -170,8 +172,11 @@ std::uint64_t wordOf(std::string_view text) {
   return byte(0) | byte(size / 2) | byte(size - 1);
 }
 
-/// The integer that eight bytes (0 to 9) are the digits of, the first in the lowest byte: pairs,
-/// fours, all.
+/// The integer whose digits are the eight bytes (0 to 9), the first in the lowest byte. First each
+/// byte and the one above it become a number of two digits; then one multiplication adds up the
+/// first and third of these, times 1000000 and 100, another the second and fourth, times 10000 and
+/// 1, both in the upper half of the word. No sum reaches 2^32 (D. Lemire, "Quickly parsing eight
+/// digits", 2018).
 std::uint64_t ofEightDigits(std::uint64_t digits) {
   const std::uint64_t pairs = digits * 10 + (digits >> 8);
   const std::uint64_t firstPairs = pairs & 0x000000FF000000FFU;           // first and third
@@ -182,8 +187,8 @@ std::uint64_t ofEightDigits(std::uint64_t digits) {
 }
 
 /// A number of up to eight characters, digits with a comma or point among them, as nearly all are;
-/// nothing when it is another. All characters at once: where loops end, which differs from number
-/// to number, is what a processor guesses wrong.
+/// nothing when it is another. All characters are looked at together: a loop over them would end at
+/// another place for each number, and the processor would mispredict where.
 std::optional<double> shortNumber(std::string_view text) {
   if (text.empty() || text.size() > wordSize) {
     return {};

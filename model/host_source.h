@@ -25,7 +25,7 @@ class HostSource final : public BarSource {
 
   HostQuery query_;
   std::uint64_t handle_;
-  // Slots that outlive a bar: a host that leaves one alone means the bar before.
+  // Kept from bar to bar: a host that does not answer leaves the node of the bar before.
   std::int32_t startNode_ = 0;
   std::int32_t endNode_ = 0;
 };

@@ -44,7 +44,7 @@ class HostText {
   static constexpr std::size_t usual = 64;
 
   std::wstring wide_;
-  std::string bytes_ = std::string(usual, '\0');  // behind `size_` anything
+  std::string bytes_ = std::string(usual, '\0');  // only the first `size_` count
   std::size_t size_ = 0;
   bool isCut_ = false;  // by a character that the file cannot hold
 };

@@ -8,8 +8,8 @@
 
 namespace exportifc {
 
-// Room that each function needs. They may write anything to all of it; the text ends where they
-// say.
+// Room that each function needs, in characters: all of it may be written to, also behind the end
+// of the text that is returned.
 
 /// Sign, 309 digits of the largest double, point, five digits.
 inline constexpr std::size_t fixed5Capacity = 320;
@@ -36,8 +36,8 @@ class ReadyInteger {
 
   std::int32_t value() const { return value_; }
 
-  /// The integer that follows, not asked of the largest. Nine times in ten only the last character
-  /// changes.
+  /// The integer that follows; must not be called for the largest one. Nine times in ten only the
+  /// last character changes.
   ReadyInteger next() const {
     if (text_ == 0 || (text_ >> (8 * lastIndex())) == '9') [[unlikely]] {
       return ReadyInteger(value_ + 1);
@@ -65,7 +65,8 @@ class ReadyInteger {
     return (static_cast<std::size_t>(std::bit_width(text_)) - 1) / 8;
   }
 
-  std::uint64_t text_;  // its characters, the first in the lowest byte; 0: it has no room
+  std::uint64_t
+      text_;  // the characters, the first in the lowest byte; 0: more than eight, or a sign
   std::int32_t value_;
 };
 
