@@ -42,6 +42,7 @@ coverage       | full  |               | scripts/coverage.sh
 samples        | quick |               | scripts/checks/samples.sh
 fuzz           | full  |               | fuzz/short.sh
 binary         | quick | windows linux | scripts/checks/binary.sh
+notices        | full  | page          | scripts/third_party.py --check
 reproducible   | full  | windows       | scripts/checks/reproducible.sh
 ctest          | quick | linux         | scripts/checks/ctest.sh build/linux
 figures        | quick |               | scripts/figures.py --check
