@@ -35,6 +35,8 @@ other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
 cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc
+files-linux    | quick | linux         | tests/cli/random_files.py build/linux/exportifc
+files-windows  | full  | windows wine  | tests/cli/random_files.py build/windows/exportifc.exe --wine --calls 200
 readers        | full  | linux         | tests/readers/run.sh
 viewer         | full  | page linux    | viewer/test.sh build/linux
 writes         | quick | linux         | bench/write_count.sh build/linux

@@ -6,6 +6,7 @@
 
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/file_plan.h"
 #include "host/messages.h"
 #include "host/model_check.h"
 #include "host/model_reader.h"
@@ -104,6 +105,10 @@ Finding checkOne(const std::string& name, const CheckOptions& options) {
 }  // namespace
 
 int runCheckCommand(const CheckOptions& options) {
+  FilePlan files;
+  for (const std::string& model : options.models) {
+    files.reads(model);
+  }
   int code = exitOk;
   Json all = Json::array();
   for (const std::string& model : options.models) {

@@ -3,18 +3,16 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <filesystem>
-#include <system_error>
 #include <vector>
 
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/file_plan.h"
 #include "host/json_model.h"
 #include "host/messages.h"
 #include "host/model_check.h"
 #include "host/model_reader.h"
 #include "host/output_file.h"
-#include "host/paths.h"
 #include "host/problem_report.h"
 #include "model/batch_source.h"
 #include "plugin/bar_export.h"
@@ -138,11 +136,9 @@ void writeBatchModel(const Model& model, OutputFile& output) {
 }  // namespace
 
 int runConvertCommand(const ConvertOptions& options) {
-  std::error_code ignored;
-  if (!isStandardStream(options.model) && !isStandardStream(options.output) &&
-      std::filesystem::equivalent(pathOf(options.model), pathOf(options.output), ignored)) {
-    throw Failure(exitBadUse, say(texts::sameFile, {options.output}));
-  }
+  FilePlan files;
+  files.reads(options.model);
+  files.writes(options.output);
   const Model model = readModel(options.model);
   const std::vector<Problem> problems = checkReferences(model);
   if (!problems.empty()) {

@@ -4,11 +4,11 @@
 #include <chrono>
 #include <filesystem>
 #include <new>
-#include <set>
 #include <system_error>
 
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/file_plan.h"
 #include "host/jobs.h"
 #include "host/messages.h"
 #include "host/model_check.h"
@@ -43,10 +43,8 @@ std::string outputFor(const std::string& model, const ExportOptions& options) {
   return textOf(options.directory.empty() ? path : pathOf(options.directory) / path.filename());
 }
 
-bool isSameFile(const std::string& a, const std::string& b) {
-  std::error_code ignored;
-  return !isStandardStream(a) && !isStandardStream(b) &&
-         fs::equivalent(pathOf(a), pathOf(b), ignored);
+std::string pageFor(const std::string& output) {
+  return textOf(pathOf(output).replace_extension(".html"));
 }
 
 void reportMessages(const std::string& name, const Model& model, const ExportResult& result) {
@@ -142,11 +140,9 @@ std::string stopText(const ExportResult& result, const OutputFile& file, std::si
 
 void exportOne(const std::string& name, const std::string& output, const ExportOptions& options) {
   const auto started = Clock::now();
-  if (isSameFile(name, output)) {
-    throw Failure(exitBadUse, say(texts::sameFile, {output}));
-  }
   // Before the model: a page that is missing must not cost a long export.
-  const std::string page = options.html ? readViewerTemplate(options.viewerTemplate) : "";
+  const std::string page =
+      options.html ? readViewerTemplate(viewerTemplatePath(options.viewerTemplate)) : "";
   const Model model = loadForExport(name, options);
   OutputFile file(output);
   ExportResult result;
@@ -159,8 +155,8 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   }
   file.commit();
   if (options.html) {
-    const std::string html = textOf(pathOf(output).replace_extension(".html"));
-    writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()), html);
+    writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()),
+                    pageFor(output));
   }
   if (!options.quiet) {
     reportMessages(name, model, result);
@@ -178,16 +174,34 @@ void checkUse(const ExportOptions& options, const std::vector<std::string>& outp
   if (options.jobs < 1 || options.jobs > mostJobs) {
     throw Failure(exitBadUse, say(texts::useJobs));
   }
-  std::set<std::string> seen;
   for (const std::string& output : outputs) {
-    if (!seen.insert(output).second) {
-      throw Failure(exitBadUse, say(texts::sameOutput, {output}));
-    }
     if (isStandardStream(output) && options.html) {
       throw Failure(exitBadUse, say(texts::useHtmlOutput));
     }
     if (isStandardStream(output) && system::outputIsTerminal()) {
       throw Failure(exitBadUse, say(texts::useTerminal));
+    }
+  }
+}
+
+void planFiles(const ExportOptions& options, const std::vector<std::string>& outputs) {
+  FilePlan files;
+  for (const std::string& model : options.models) {
+    files.reads(model);
+  }
+  if (const std::string page = viewerTemplatePath(options.viewerTemplate); !page.empty()) {
+    files.reads(page, texts::fileTemplate);
+  }
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const std::string model = displayName(options.models[i]);
+    const std::string role = say(texts::fileIfcOf, {model});
+    options.output.empty()
+        ? files.writesDerived(outputs[i], role, OwnFile::exchangeFile,
+                              outputs.size() > 1 ? texts::replaceByHand : texts::replaceByOutput)
+        : files.writes(outputs[i], role);
+    if (options.html) {
+      files.writesDerived(pageFor(outputs[i]), say(texts::filePageOf, {model}), OwnFile::page,
+                          texts::replaceByView);
     }
   }
 }
@@ -242,6 +256,7 @@ int runExportCommand(const ExportOptions& options) {
     outputs.push_back(outputFor(model, options));
   }
   checkUse(options, outputs);
+  planFiles(options, outputs);
   if (options.jobs > 1 && outputs.size() > 1) {
     std::vector<Job> jobs;
     for (std::size_t i = 0; i < outputs.size(); ++i) {

@@ -130,6 +130,7 @@ inline constexpr Text note{"note", "nota"};
 
 // ---- writing
 inline constexpr Text standardOutput{"standard output", "saída padrão"};
+inline constexpr Text standardError{"standard error", "saída de erros"};
 inline constexpr Text standardInput{"standard input", "entrada padrão"};
 inline constexpr Text cannotWrite{"cannot write {0}: {1}", "não foi possível gravar {0}: {1}"};
 inline constexpr Text errorNoSpace{"no space left on the disk", "não há espaço no disco"};
@@ -147,6 +148,24 @@ inline constexpr Text errorTooBig{"the file would be larger than allowed",
                                   "o arquivo seria maior que o permitido"};
 inline constexpr Text errorNameTooLong{"the name is too long", "o nome é longo demais"};
 inline constexpr Text errorInterrupted{"interrupted", "interrompido"};
+
+// ---- the files of one call
+inline constexpr Text sameFile{"{0} ({1}) and {2} ({3}) are the same file: choose another output",
+                               "{0} ({1}) e {2} ({3}) são o mesmo arquivo: escolha outra saída"};
+inline constexpr Text notOurs{
+    "{0} ({1}) is there already and was not written by this program; to replace it, {2}",
+    "{0} ({1}) já existe e não foi gravado por este programa; para substituí-lo, {2}"};
+inline constexpr Text replaceByOutput{"name it with -o", "indique-o com -o"};
+inline constexpr Text replaceByView{"name it with the -o of exportifc view",
+                                    "indique-o com -o em exportifc view"};
+inline constexpr Text replaceByHand{"remove it first", "remova-o antes"};
+inline constexpr Text fileInput{"input", "entrada"};
+inline constexpr Text fileOutput{"output", "saída"};
+inline constexpr Text fileTemplate{"the viewer's page", "a página do visualizador"};
+inline constexpr Text fileOfProgram{"part of the program", "parte do programa"};
+inline constexpr Text fileIfcOf{"the IFC file of {0}", "o arquivo IFC de {0}"};
+inline constexpr Text filePageOf{"the page of {0}", "a página de {0}"};
+inline constexpr Text fileDrawing{"drawing", "desenho"};
 
 // ---- reading
 inline constexpr Text cannotRead{"cannot read {0}: {1}", "não foi possível ler {0}: {1}"};
@@ -256,10 +275,6 @@ inline constexpr Text stoppedByUser{"interrupted by the user; nothing was writte
                                     "interrompido pelo usuário; nada foi gravado"};
 inline constexpr Text outOfMemory{"not enough memory", "memória insuficiente"};
 inline constexpr Text fileIncomplete{"the file has no end", "o arquivo ficou sem fim"};
-inline constexpr Text sameFile{"{0} is the model itself: choose another output",
-                               "{0} é o próprio modelo: escolha outra saída"};
-inline constexpr Text sameOutput{"two models would be written to {0}",
-                                 "dois modelos seriam gravados em {0}"};
 inline constexpr Text moduleMessage{"\"{0}\": section \"{1}\"", "\"{0}\": seção \"{1}\""};
 inline constexpr Text manyBars{"{0} {0:bar|bars}", "{0} {0:barra|barras}"};
 

@@ -31,13 +31,6 @@ constexpr ErrorText errorTexts[] = {
     {EINTR, texts::errorInterrupted},
 };
 
-/// The file that a path leads to: a link keeps pointing to what is replaced.
-fs::path resolved(const fs::path& path) {
-  std::error_code ignored;
-  fs::path real = fs::canonical(path, ignored);
-  return ignored ? path : real;
-}
-
 /// A name beside the file, different for each file and process. Systems take 255 characters.
 fs::path temporaryName(const fs::path& name) {
   constexpr std::size_t longest = 200;
@@ -51,6 +44,20 @@ fs::path temporaryName(const fs::path& name) {
 }
 
 }  // namespace
+
+fs::path behindLinks(const fs::path& path) {
+  std::error_code ignored;
+  fs::path end = path;
+  constexpr int most = 40;  // as many as systems follow
+  for (int links = 0; links < most && fs::is_symlink(fs::symlink_status(end, ignored)); ++links) {
+    const fs::path next = fs::read_symlink(end, ignored);
+    if (next.empty()) {
+      break;
+    }
+    end = end.parent_path() / next;  // which is `next` alone when that is absolute
+  }
+  return end;
+}
 
 std::string systemErrorText(int error) {
   for (const ErrorText& row : errorTexts) {
@@ -67,7 +74,7 @@ OutputFile::OutputFile(const std::string& target) : target_(target) {
     file_ = system::standardOutput();
     return;
   }
-  finalPath_ = resolved(pathOf(target));
+  finalPath_ = behindLinks(pathOf(target));
   std::error_code ignored;
   const fs::file_status status = fs::status(finalPath_, ignored);
   if (fs::is_directory(status)) {

@@ -49,6 +49,9 @@ class OutputFile final : public ByteSink {
 /// Whether the user means standard input or output.
 inline bool isStandardStream(std::string_view name) { return name == "-"; }
 
+/// The file that a path leads to, there or not: a link keeps pointing to what is replaced.
+std::filesystem::path behindLinks(const std::filesystem::path& path);
+
 /// The system's reason for an error number, in the user's language.
 std::string systemErrorText(int error);
 

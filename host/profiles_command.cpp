@@ -6,6 +6,7 @@
 
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/file_plan.h"
 #include "host/messages.h"
 #include "host/output_file.h"
 #include "host/paths.h"
@@ -87,13 +88,23 @@ void printMarkdown() {
 }
 
 void writeDrawings(const std::vector<const Family*>& chosen, const std::string& folder) {
+  const auto nameOf = [&](const Family& family) {
+    return textOf(pathOf(folder) / drawingName(family));
+  };
+  FilePlan files;
+  for (const Family* const family : chosen) {
+    if (!family->parts.empty()) {
+      files.writesDerived(nameOf(*family), say(texts::fileDrawing), OwnFile::drawing,
+                          texts::replaceByHand);
+    }
+  }
   std::error_code error;
   fs::create_directories(pathOf(folder), error);
   for (const Family* const family : chosen) {
     if (family->parts.empty()) {
       continue;
     }
-    OutputFile file(textOf(pathOf(folder) / drawingName(*family)));
+    OutputFile file(nameOf(*family));
     file.write(drawProfile(*family));
     file.commit();
   }

@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -42,6 +43,20 @@ inline int errorNumber(const std::error_code& error) {
   const std::error_condition condition = error.default_error_condition();
   return condition.category() == std::generic_category() ? condition.value() : EIO;
 }
+
+/// Which file a path leads to.
+struct FileIdentity {
+  bool exists = false;
+  std::string text;  ///< different for each file; empty for a device or a pipe
+};
+FileIdentity identityOf(const std::filesystem::path& path);
+
+/// The text of a standard stream that is redirected to a file; otherwise empty.
+enum class StandardStream : std::uint8_t { input, output, error };
+std::string identityOf(StandardStream stream);
+
+/// A relative path such that two that the system takes for one are equal.
+std::filesystem::path comparable(const std::filesystem::path& path);
 
 // Files by descriptor; -1 or false, with errno set, when the system refuses.
 int createFile(const std::filesystem::path& path);      ///< fails when it exists

@@ -6,6 +6,7 @@
 #include <system_error>
 
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <fcntl.h>
 #include <spawn.h>
@@ -23,6 +24,13 @@ namespace {
 volatile std::sig_atomic_t interruptSeen = 0;
 
 void noteInterrupt(int /*signal*/) { interruptSeen = 1; }
+
+/// Files and folders are what can be lost.
+std::string identityText(const struct stat& status) {
+  return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)
+             ? std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino)
+             : "";
+}
 
 class SpawnActions {
  public:
@@ -83,6 +91,20 @@ int terminalColumns() {
 std::filesystem::path programPath() { return std::filesystem::read_symlink("/proc/self/exe"); }
 
 int processId() { return getpid(); }
+
+FileIdentity identityOf(const std::filesystem::path& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0
+             ? FileIdentity{.exists = true, .text = identityText(status)}
+             : FileIdentity{};
+}
+
+std::string identityOf(StandardStream stream) {
+  struct stat status {};  // the descriptors are numbered in the same order
+  return ::fstat(static_cast<int>(stream), &status) == 0 ? identityText(status) : "";
+}
+
+std::filesystem::path comparable(const std::filesystem::path& path) { return path; }
 
 int createFile(const std::filesystem::path& path) {
   constexpr int mode = 0666;

@@ -43,6 +43,17 @@ bool isConsole(DWORD stream) {
   return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
 }
 
+/// Files and folders are what can be lost.
+std::string identityText(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileType(file) != FILE_TYPE_DISK || GetFileInformationByHandle(file, &information) == 0) {
+    return "";
+  }
+  return std::to_string(information.dwVolumeSerialNumber) + ":" +
+         std::to_string(information.nFileIndexHigh) + ":" +
+         std::to_string(information.nFileIndexLow);
+}
+
 /// One argument as CommandLineToArgvW takes it apart again.
 std::wstring quoted(const std::wstring& argument) {
   std::wstring text = L"\"";
@@ -137,6 +148,34 @@ std::filesystem::path programPath() {
 }
 
 int processId() { return static_cast<int>(GetCurrentProcessId()); }
+
+FileIdentity identityOf(const std::filesystem::path& path) {
+  const HANDLE file = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    return {};
+  }
+  FileIdentity identity{.exists = true, .text = identityText(file)};
+  CloseHandle(file);
+  return identity;
+}
+
+std::string identityOf(StandardStream stream) {
+  constexpr DWORD handles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
+  return identityText(GetStdHandle(handles[static_cast<std::size_t>(stream)]));
+}
+
+std::filesystem::path comparable(const std::filesystem::path& path) {
+  std::filesystem::path plain;
+  for (const std::filesystem::path& part : path) {
+    std::wstring name = part.wstring();
+    name.resize(name.find_last_not_of(L" .") + 1);
+    CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
+    plain /= name;
+  }
+  return plain;
+}
 
 int createFile(const std::filesystem::path& path) {
   return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,

@@ -7,6 +7,7 @@
 #include "host/console.h"
 #include "host/export_command.h"
 #include "host/failure.h"
+#include "host/file_plan.h"
 #include "host/messages.h"
 #include "host/model_export.h"
 #include "host/model_reader.h"
@@ -61,7 +62,6 @@ std::string exchangeFileOf(const ViewOptions& options) {
 }  // namespace
 
 int runViewCommand(const ViewOptions& options) {
-  const std::string page = readViewerTemplate(options.viewerTemplate);
   std::filesystem::path shown = pathOf(options.input);
   std::string output = options.output;
   if (output.empty()) {
@@ -69,6 +69,16 @@ int runViewCommand(const ViewOptions& options) {
                  ? options.input
                  : textOf(std::filesystem::path(shown).replace_extension(".html"));
   }
+  const std::string templatePath = viewerTemplatePath(options.viewerTemplate);
+  FilePlan files;
+  files.reads(options.input);
+  if (!templatePath.empty()) {
+    files.reads(templatePath, texts::fileTemplate);
+  }
+  const std::string role = say(texts::filePageOf, {displayName(options.input)});
+  options.output.empty() ? files.writesDerived(output, role, OwnFile::page, texts::replaceByOutput)
+                         : files.writes(output, role);
+  const std::string page = readViewerTemplate(templatePath);
   const std::string name = isStandardStream(options.input)
                                ? displayName(options.input)
                                : textOf(shown.filename().replace_extension(".ifc"));

@@ -44,12 +44,34 @@ std::string base64(std::string_view bytes) {
   return text;
 }
 
-std::vector<fs::path> templatePlaces() {
+}  // namespace
+
+std::vector<fs::path> viewerPagePlaces() {
   const fs::path folder = system::programPath().parent_path();
   return {folder / "viewer.html", folder.parent_path() / "share" / "exportifc" / "viewer.html"};
 }
 
-}  // namespace
+std::string viewerTemplatePath(const std::string& chosen) {
+  const char* const fromEnvironment = std::getenv("EXPORTIFC_VIEWER");
+  if (!chosen.empty()) {
+    return chosen;
+  }
+  if (fromEnvironment != nullptr && *fromEnvironment != '\0') {
+    return fromEnvironment;
+  }
+  std::error_code ignored;
+  for (const fs::path& place : viewerPagePlaces()) {
+    if (fs::exists(place, ignored)) {
+      return textOf(place);
+    }
+  }
+  return "";
+}
+
+bool isOwnPage(std::string_view start) {
+  return start.find("<title>exportIFC</title>") != std::string_view::npos &&
+         start.find(nameMark) == std::string_view::npos;
+}
 
 std::string readWholeFile(const std::string& path) {
   if (isStandardStream(path)) {
@@ -68,20 +90,9 @@ std::string readWholeFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-std::string readViewerTemplate(const std::string& chosen) {
-  const char* const fromEnvironment = std::getenv("EXPORTIFC_VIEWER");
-  std::string path = chosen.empty() && fromEnvironment != nullptr ? fromEnvironment : chosen;
+std::string readViewerTemplate(const std::string& path) {
   if (path.empty()) {
-    std::error_code ignored;
-    for (const fs::path& place : templatePlaces()) {
-      if (fs::exists(place, ignored)) {
-        path = textOf(place);
-        break;
-      }
-    }
-  }
-  if (path.empty()) {
-    throw Failure(exitUnreadable, say(texts::noTemplate, {textOf(templatePlaces().front())}));
+    throw Failure(exitUnreadable, say(texts::noTemplate, {textOf(viewerPagePlaces().front())}));
   }
   std::string page = readWholeFile(path);
   if (page.find(modelMark) == std::string::npos || page.find(nameMark) == std::string::npos) {

@@ -35,6 +35,11 @@ HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
 MODELS = HERE / "models"
 SAMPLES = ["galpao", "familias"]
+# A file of the program's own, which it replaces without being told its name: what every one begins with.
+OLD_EXCHANGE = (b"ISO-10303-21;\r\nHEADER;\r\n"
+                b"FILE_DESCRIPTION(('ViewDefinition [CoordinationView]'), '2;1');\r\n"
+                b"FILE_NAME('', '2012-05-22T12:54:15', (''), (''), 'v1', 'Prototipo_vq5_ifc 0.1', '');\r\n"
+                b"FILE_SCHEMA(('IFC2X3'));\r\nENDSEC;\r\n\r\nDATA;\r\n\r\nold")
 
 options = None
 build = None
@@ -137,6 +142,10 @@ def run_case(case):
         for name, content in case.get("before", {}).items():
             (path / name).parent.mkdir(exist_ok=True)
             (path / name).write_text(content)
+        for name, target in case.get("links", {}).items():
+            (path / name).symlink_to(target)
+        for name, target in case.get("hard_links", {}).items():
+            os.link(path / target, path / name)
         stdin = open(path / case["stdin"], "rb") if "stdin" in case else None
         result = run(*case["args"], cwd=path, stdin=stdin, language=case.get("lang", "C"))
         if stdin:
@@ -155,7 +164,11 @@ def run_case(case):
         found = written(path)
         files = case.get("files", {})
         if "files" in case or case.get("code", 0) != 0:
-            left = {n for n in found if n not in case.get("before", {})} | set(files)
+            there = {k for key in ("before", "links", "hard_links") for k in case.get(key, {})}
+            left = {n for n in found if n not in there} | set(files)
+            for name, content in case.get("before", {}).items():
+                if name not in files:
+                    equal(found[name].read_bytes(), content.encode(), name)
             equal(sorted(left), sorted(files), "files")
         for name, wanted in files.items():
             data = found[name].read_bytes()
@@ -288,7 +301,7 @@ def interrupts_leave_the_old_file():
     for number in (signal.SIGINT, signal.SIGTERM):
         with folder() as path:
             large_model(path)
-            (path / "large.ifc").write_text("old")
+            (path / "large.ifc").write_bytes(OLD_EXCHANGE)
             before = set(written(path))
             process = subprocess.Popen(command(options.program, "export", "large.json"), cwd=path,
                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment())
@@ -297,7 +310,7 @@ def interrupts_leave_the_old_file():
             _, err = process.communicate(timeout=60)
             equal(process.returncode, 4, "exit code")
             check(b"interrupted by the user; nothing was written" in err, err)
-            equal((path / "large.ifc").read_text(), "old", "the old file")
+            equal((path / "large.ifc").read_bytes(), OLD_EXCHANGE, "the old file")
             equal(set(written(path)), before, "files")
 
 
@@ -331,14 +344,14 @@ def wait_for_partial_file(path, process):
 def a_full_disk_leaves_the_old_file():
     with folder() as path:
         large_model(path, 2000)
-        (path / "large.ifc").write_text("old")
+        (path / "large.ifc").write_bytes(OLD_EXCHANGE)
         before = set(written(path))
         limit = lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (300000, 300000))
         result = run("export", "large.json", cwd=path, preexec_fn=limit)
         equal(result.returncode, 4, "exit code")
         check(re.search(r"stopped at bar [\d,]+ of 2,000: cannot write large.ifc: the file would be larger than allowed",
                         text(result.stderr)), text(result.stderr))
-        equal((path / "large.ifc").read_text(), "old", "the old file")
+        equal((path / "large.ifc").read_bytes(), OLD_EXCHANGE, "the old file")
         equal(set(written(path)), before, "files")
 
 
@@ -372,7 +385,7 @@ def read_only_places():
         user = {"user": "nobody"}  # root may write anywhere
     with folder() as path:
         path.chmod(0o755)
-        (path / "one.ifc").write_text("old")
+        (path / "one.ifc").write_bytes(OLD_EXCHANGE)
         result = run("export", "one.json", "-o", "new.ifc", cwd=path, **user)
         if user:
             equal((result.returncode, text(result.stderr)), (4, "exportifc: error: cannot write new.ifc: permission "
@@ -382,7 +395,7 @@ def read_only_places():
         result = run("export", "one.json", cwd=path, **user)
         equal((result.returncode, text(result.stderr)), (4, "exportifc: error: cannot write one.ifc: permission denied "
               "(read-only, or open in another program?)\n"), "read-only file")
-        equal((path / "one.ifc").read_text(), "old", "the old file")
+        equal((path / "one.ifc").read_bytes(), OLD_EXCHANGE, "the old file")
         equal(sorted(p for p in written(path)), ["one.ifc"], "files")
 
 
@@ -432,11 +445,11 @@ def progress_on_a_terminal_only():
 @test
 def a_page_from_a_model_and_from_a_file():
     with folder() as path:
-        (path / "page.html").write_text("<a>@EXPORTIFC_NAME@</a><b>@EXPORTIFC_MODEL@</b>")
+        (path / "page.html").write_text("<title>exportIFC</title><a>@EXPORTIFC_NAME@</a><b>@EXPORTIFC_MODEL@</b>")
         import base64
 
         def content(name):
-            match = re.fullmatch(r"<a>(.*)</a><b>(.*)</b>", (path / name).read_text())
+            match = re.fullmatch(r"<title>exportIFC</title><a>(.*)</a><b>(.*)</b>", (path / name).read_text())
             check(match, f"{name} is not the page")
             return base64.b64decode(match[1]).decode(), base64.b64decode(match[2])
 
