@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Random calls of the command-line program over a folder of models, pages and IFC files: a file that no
-option named as output has its bytes afterwards.
+"""Random calls of the command-line program over a folder of models, pages and IFC files: a file that was
+read, and every other that no option named as output, has its bytes afterwards.
 
     tests/cli/random_files.py PROGRAM [--wine] [--calls N] [--seed N]
 
@@ -53,18 +53,26 @@ def spelled(dice, name, wine):
 
 
 def some_call(dice, wine):
-    """Arguments and the outputs that they name."""
+    """Arguments, the inputs and the outputs that they name."""
     names = [*NAMES, "link.json", "link.ifc", "open.ifc", "hard.ifc", "hard.html"]
-    any_name = lambda: spelled(dice, dice.choice(names), wine)
-    output = lambda: spelled(dice, dice.choice(names + NEW), wine)
+    used = []
+
+    def any_name():
+        used.append(dice.choice(names))
+        return spelled(dice, used[-1], wine)
+
+    def output():  # an input by the same or another of its names, often
+        return spelled(dice, dice.choice(used if dice.random() < 0.4 else names + NEW), wine)
+
     command = dice.choice(["export", "export", "export", "view", "view", "convert", "profiles", "check"])
-    outputs = []
+    inputs, outputs = [], []
     arguments = [command]
     if command == "profiles":
         arguments += ["W", "--svg", dice.choice([".", "sub", "here", "W.svg", "new"])]
-        return arguments, outputs
+        return arguments, inputs, outputs
     count = dice.choice([1, 1, 2, 3]) if command in ("export", "check") else 1
-    arguments += [any_name() for _ in range(count)]
+    inputs = [any_name() for _ in range(count)]
+    arguments += inputs
     if command == "convert" or (command in ("export", "view") and dice.random() < 0.6):
         outputs.append(output())
         arguments += ["-o", outputs[0]]
@@ -74,8 +82,9 @@ def some_call(dice, wine):
         arguments += dice.choice([[], ["--html"], ["--html"]]) + dice.choice([[], ["--jobs", "2"]])
         arguments += dice.choice([[], ["--strict"], ["-q"]])
     if command in ("export", "view") and dice.random() < 0.8:
-        arguments += ["--template", dice.choice(["t.html", "t.html", any_name()])]
-    return arguments, outputs
+        inputs = [*inputs, dice.choice(["t.html", "t.html", any_name()])]
+        arguments += ["--template", inputs[-1]]
+    return arguments, inputs, outputs
 
 
 def state(folder):
@@ -83,20 +92,29 @@ def state(folder):
     return {str(p.relative_to(folder)): p.read_bytes() for p in folder.rglob("*") if p.is_file()}
 
 
-def is_same(folder, name, output, wine):
-    """Whether an option named the file `name`, by the test's own reading of the path."""
-    parts = output.replace("\\", "/") if wine else output
-    if wine:
-        parts = "/".join(p if p in (".", "..") else p.rstrip(". ") for p in parts.split("/"))
-    named = os.path.realpath(folder / parts)
-    this = os.path.realpath(folder / name)
-    return named.lower() == this.lower() if wine else named == this
+def behind(folder, path, wine):
+    """The file that a path leads to, there or not; by the test's own reading of it."""
+    at = str(folder)
+    for part in (path.replace("\\", "/") if wine else path).split("/"):
+        if wine and part not in (".", ".."):
+            part = part.rstrip(". ")
+            there = os.listdir(at) if os.path.isdir(at) else []
+            part = next((name for name in there if name.lower() == part.lower()), part)
+        at = os.path.realpath(os.path.join(at, part))
+    return at
 
 
-def lost(folder, before, outputs, wine):
+def is_one_of(file, paths):
+    return any(file == path or (os.path.exists(file) and os.path.exists(path) and os.path.samefile(file, path))
+               for path in paths)
+
+
+def lost(folder, before, inputs, outputs):
+    """The files that have changed, of those that were read and of all others that no option named."""
     after = state(folder)
-    return [name for name, content in before.items()
-            if after.get(name) != content and not any(is_same(folder, name, o, wine) for o in outputs)]
+    return ([name for name, content in before.items()
+             if after.get(name) != content and not is_one_of(os.path.realpath(folder / name), outputs)]
+            + [path for path, content in inputs.items() if Path(path).read_bytes() != content])
 
 
 def main():
@@ -114,16 +132,19 @@ def main():
     passed = failed = 0
     for number in range(options.calls):
         dice = random.Random(f"{options.seed}/{number}")
-        arguments, outputs = some_call(dice, options.wine)
+        arguments, inputs, outputs = some_call(dice, options.wine)
         with tempfile.TemporaryDirectory(prefix="exportifc-files-") as name:
             folder = Path(name)
             fill(folder)
             before = state(folder)
+            read, named = ([os.path.realpath(behind(folder, p, options.wine)) for p in paths]
+                           for paths in (inputs, outputs))
+            kept = {path: open(path, "rb").read() for path in read if os.path.isfile(path)}
             result = subprocess.run([*before_it, str(options.program.resolve()), *arguments], cwd=folder,
                                     stdin=subprocess.DEVNULL, capture_output=True, timeout=600,
                                     env=os.environ | {"EXPORTIFC_LANG": "C"})
             codes[result.returncode] = codes.get(result.returncode, 0) + 1
-            gone = lost(folder, before, outputs, options.wine)
+            gone = lost(folder, before, kept, named)
         if gone or result.returncode not in range(5):
             failed += 1
             print(f"failed: call {number}: {arguments}: code {result.returncode}, lost {gone}\n{result.stderr.decode()}",

@@ -469,6 +469,63 @@ def a_page_from_a_model_and_from_a_file():
         equal(run("view", "accents.json", "--template", "page.html", cwd=path).returncode, 1, "accents")
 
 
+# ---- the files of a call
+
+@test
+def names_that_differ_by_case_or_trailing_dots():
+    # One file on Windows, several here.
+    calls = [["convert", "one.json", "-o", "ONE.JSON"], ["convert", "one.json", "-o", "one.json."],
+             ["export", "one.json", "kinds.json", "sub/ONE.json", "--out-dir", "new"],
+             ["export", "one.json", "-o", "X.HTML ", "--html", "--template", "t.html"],
+             ["view", "one.json", "-o", "T.html", "--template", "t.html"]]
+    for arguments in calls:
+        with folder() as path:
+            (path / "sub").mkdir()
+            shutil.copy(path / "one.json", path / "sub/ONE.json")
+            (path / "t.html").write_text("@EXPORTIFC_NAME@@EXPORTIFC_MODEL@")
+            before = set(written(path))
+            result = run(*arguments, cwd=path)
+            if options.wine:
+                equal(result.returncode, 2, f"{arguments}")
+                check(b"are the same file" in result.stderr, result.stderr)
+                equal(set(written(path)), before, "files")
+            else:
+                check(b"are the same file" not in result.stderr, result.stderr)
+
+
+@native_only
+def redirected_streams_are_files_of_the_call():
+    with folder() as path:
+        model = (path / "one.json").read_bytes()
+        with open(path / "one.json", "rb") as source:
+            result = run("convert", "-", "-o", "one.json", cwd=path, stdin=source)
+        equal(result.returncode, 2, "input")
+        check("one.json (output) and standard input (input) are the same file" in text(result.stderr), result.stderr)
+        with open(path / "one.json", "ab") as target:
+            result = subprocess.run(command(options.program, "export", "one.json", "-o", "-"), cwd=path, stdout=target,
+                                    stderr=subprocess.PIPE, env=environment(), timeout=60)
+        equal(result.returncode, 2, "output")
+        equal((path / "one.json").read_bytes(), model, "the model")
+
+
+@native_only
+def the_programs_own_files_are_no_outputs():
+    with folder() as path:
+        (path / "bin").mkdir()
+        shutil.copy(options.program, path / "bin/exportifc")
+        (path / "bin/viewer.html").write_text("<title>exportIFC</title>@EXPORTIFC_NAME@@EXPORTIFC_MODEL@")
+        before = {name: file.read_bytes() for name, file in written(path).items()}
+        for output in ("bin/exportifc", "bin/viewer.html"):
+            result = run("convert", "one.json", "-o", output, cwd=path, program=path / "bin/exportifc")
+            equal(result.returncode, 2, output)
+            check("(part of the program) are the same file" in text(result.stderr), result.stderr)
+        named = subprocess.run(command(options.program, "view", "one.json", "-o", "bin/viewer.html"), cwd=path,
+                               capture_output=True, timeout=60,
+                               env=environment() | {"EXPORTIFC_VIEWER": str(path / "bin/viewer.html")})
+        equal(named.returncode, 2, "the page of EXPORTIFC_VIEWER")
+        equal({name: file.read_bytes() for name, file in written(path).items()}, before, "files")
+
+
 # ---- documents
 
 @native_only
