@@ -6,9 +6,14 @@
 
 import { statSync } from "node:fs";
 import { fileURLToPath } from "node:url";
-import { exported, modelText, openPage, startBrowser, withAssemblies, writePage } from "./test/lib.mjs";
+import { exported, modelText, needs, openPage, startBrowser, withAssemblies, writePage } from "./test/lib.mjs";
 
 const [buildFolder, bars = "10000", runs = "5"] = process.argv.slice(2);
+if (!buildFolder) {
+  console.error("usage: bench.mjs BUILD_FOLDER [BARS] [RUNS]");
+  process.exit(2);
+}
+needs(`${buildFolder}/run_host`, `${buildFolder}/libexportIFC.so`);
 
 /** A building of 20 by 20 bays: columns, beams across, beams along and a tube in every fourth line. */
 function building(count) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env node
 // embed.mjs IFC OUT.html: puts a file into the built page.
 
-import { readFileSync, writeFileSync } from "node:fs";
+import { existsSync, readFileSync, realpathSync, writeFileSync } from "node:fs";
 import { basename, dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 
@@ -19,5 +19,18 @@ if (process.argv[1] === fileURLToPath(import.meta.url)) {
     console.error("usage: embed.mjs IFC OUT.html");
     process.exit(2);
   }
-  writeFileSync(output, embed(readFileSync(input), basename(input)), "latin1");
+  const refuse = (reason) => {
+    console.error(`embed.mjs: ${reason}`);
+    process.exit(2);
+  };
+  if (!existsSync(template)) refuse(`${template} is missing: run viewer/build.sh first`);
+  if (!existsSync(input)) refuse(`there is no file ${input}`);
+  if (existsSync(output) && [input, template].some((read) => realpathSync(read) === realpathSync(output))) {
+    refuse(`${output} is what is read: choose another output`);
+  }
+  try {
+    writeFileSync(output, embed(readFileSync(input), basename(input)), "latin1");
+  } catch (error) {
+    refuse(error.message);
+  }
 }

@@ -5,10 +5,11 @@ import { execFileSync } from "node:child_process";
 import { mkdirSync, readFileSync } from "node:fs";
 import { join } from "node:path";
 import { fileURLToPath } from "node:url";
-import { openPage, scratch, startBrowser, writePage } from "./test/lib.mjs";
+import { needs, openPage, scratch, startBrowser, writePage } from "./test/lib.mjs";
 
 const root = fileURLToPath(new URL("../", import.meta.url));
 const program = process.argv[2] ?? join(root, "build/linux/exportifc");
+needs(program);
 const pictures = join(root, "docs/pictures");
 mkdirSync(pictures, { recursive: true });
 

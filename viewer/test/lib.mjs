@@ -5,8 +5,21 @@ import { existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from "no
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
-import { chromium } from "playwright-core";
 import { embed } from "../embed.mjs";
+
+/** Ends the program with one line when a file that it needs is not there. */
+export function needs(...files) {
+  for (const file of files) {
+    if (!existsSync(file)) {
+      console.error(`${file} is missing: build the project and its page first (README.md)`);
+      process.exit(2);
+    }
+  }
+}
+
+const page = fileURLToPath(new URL("../dist/viewer.html", import.meta.url));
+needs(fileURLToPath(new URL("../node_modules/playwright-core", import.meta.url)), page);
+const { chromium } = await import("playwright-core");
 
 const root = fileURLToPath(new URL("../../", import.meta.url));
 
@@ -84,15 +97,16 @@ const pageFile = join(scratch, "page.html");
 
 /** Writes the page for a file; null leaves its markers as they are. */
 export function writePage(ifc, name) {
-  const template = fileURLToPath(new URL("../dist/viewer.html", import.meta.url));
-  const page = ifc === null ? readFileSync(template, "latin1") : embed(Buffer.from(ifc, "latin1"), name);
-  writeFileSync(pageFile, page, "latin1");
+  const filled = ifc === null ? readFileSync(page, "latin1") : embed(Buffer.from(ifc, "latin1"), name);
+  writeFileSync(pageFile, filled, "latin1");
   return pathToFileURL(pageFile).href;
 }
 
 export function startBrowser(...flags) {
+  const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium";
+  needs(executablePath);
   return chromium.launch({
-    executablePath: process.env.CHROMIUM ?? "/usr/bin/chromium",
+    executablePath,
     args: [
       "--no-sandbox",
       "--use-angle=swiftshader",
