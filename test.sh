@@ -32,6 +32,7 @@ faults-windows | full  | windows wine  | tests/reliability/module_faults.py buil
 faults-program | full  | linux         | tests/reliability/program_faults.py
 faults-program-windows | full | windows wine | tests/reliability/program_faults.py build/windows/exportifc.exe
 other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
+msvc-host      | quick | windows wine  | tests/msvc_host/run.sh build/windows
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
 cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc

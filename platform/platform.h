@@ -1,4 +1,5 @@
-// Everything the module needs of the operating system; windows.cpp and posix.cpp implement it.
+// Everything the module needs of the operating system; windows.cpp and posix.cpp implement it,
+// throw_to_host.cpp the exception that leaves the module.
 #pragma once
 
 #include <array>
@@ -46,6 +47,10 @@ std::optional<std::wstring> widenPath(const std::string& path);
 /// Wide path to narrow path, the reverse of `widenPath`; nothing when a unit has no byte or the
 /// result is longer than `path`.
 std::optional<std::string> narrowPath(const std::wstring& path);
+
+/// Throws `text`, of static life, to a host of any compiler: it catches it as `const char*`. The
+/// frames between must have nothing left to destroy, for they may not be asked to.
+[[noreturn]] void throwToHost(const char* text);
 
 /// The system's dialogs and console (Linux: standard error and the terminal).
 UserInterface& systemUserInterface();

@@ -20,7 +20,8 @@ build | xvfb                         | Xvfb            | the screen on which the
 test  | googletest                   | package         | sources of GoogleTest, built for every target
 test  | clang                        | clang++         | second compiler; sanitizers and fuzzing
 test  | libclang-rt-14-dev           | package         | run-time libraries of the sanitizers
-test  | llvm                         | llvm-symbolizer | line numbers in the reports of the sanitizers
+test  | llvm                         | llvm-symbolizer | line numbers in the reports of the sanitizers; import libraries
+test  | lld                          | lld-link        | links the test host of the MSVC binary interface
 test  | clang-format                 | clang-format    | checks the layout of the sources
 test  | clang-tidy                   | run-clang-tidy  | static check
 test  | cppcheck                     | cppcheck        | static check

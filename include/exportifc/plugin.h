@@ -10,7 +10,8 @@
  *
  * C++ hosts: when the output file cannot be opened, PlugInExecute and PlugInExportIfcFile throw the
  * narrow text "Erro na criação do arquivo" (const char*, Windows-1252, static life). A host built
- * with the same C++ compiler catches it as `const char*`; any other host cannot continue.
+ * by Microsoft's compiler or for mingw-w64 catches it as `const char*`, whichever of the two built
+ * the module's own; docs/host-guide.md tells the rest. C hosts cannot catch it and end.
  */
 #ifndef EXPORTIFC_PLUGIN_H
 #define EXPORTIFC_PLUGIN_H
@@ -113,22 +114,31 @@ typedef int64_t (*PlugInExportIfcFileFunction)(const char* path);
 
 #ifdef __cplusplus
 } /* extern "C" */
+#endif
 
-static_assert(sizeof(void*) == 8, "the interface is defined for 64-bit processes");
-static_assert(sizeof(BarRecord) == 292, "BarRecord is 292 bytes");
-static_assert(offsetof(BarRecord, sectionName) == 80, "BarRecord.sectionName");
-static_assert(offsetof(BarRecord, quarterTurns) == 128, "BarRecord.quarterTurns");
-static_assert(sizeof(PlugInModule) == 1176, "PlugInModule is 1176 bytes");
-static_assert(offsetof(PlugInModule, recordTag) == 0, "PlugInModule.recordTag");
-static_assert(offsetof(PlugInModule, reserved8) == 8, "PlugInModule.reserved8");
-static_assert(offsetof(PlugInModule, caption) == 24, "PlugInModule.caption");
-static_assert(offsetof(PlugInModule, outputPath) == 32, "PlugInModule.outputPath");
-static_assert(offsetof(PlugInModule, reserved1056) == 1056, "PlugInModule.reserved1056");
-static_assert(offsetof(PlugInModule, execute) == 1080, "PlugInModule.execute");
-static_assert(offsetof(PlugInModule, idle) == 1088, "PlugInModule.idle");
-static_assert(offsetof(PlugInModule, reserved1096) == 1096, "PlugInModule.reserved1096");
-static_assert(offsetof(PlugInModule, hostQuery) == 1160, "PlugInModule.hostQuery");
-static_assert(offsetof(PlugInModule, hostHandle) == 1168, "PlugInModule.hostHandle");
+/* The layouts, as every compiler must see them; C99 has no way to say so. */
+#ifdef __cplusplus
+#define EXPORTIFC_ASSERT static_assert
+#elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
+#define EXPORTIFC_ASSERT _Static_assert
+#endif
+#ifdef EXPORTIFC_ASSERT
+EXPORTIFC_ASSERT(sizeof(void*) == 8, "the interface is defined for 64-bit processes");
+EXPORTIFC_ASSERT(sizeof(BarRecord) == 292, "BarRecord is 292 bytes");
+EXPORTIFC_ASSERT(offsetof(BarRecord, sectionName) == 80, "BarRecord.sectionName");
+EXPORTIFC_ASSERT(offsetof(BarRecord, quarterTurns) == 128, "BarRecord.quarterTurns");
+EXPORTIFC_ASSERT(sizeof(PlugInModule) == 1176, "PlugInModule is 1176 bytes");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, recordTag) == 0, "PlugInModule.recordTag");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, reserved8) == 8, "PlugInModule.reserved8");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, caption) == 24, "PlugInModule.caption");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, outputPath) == 32, "PlugInModule.outputPath");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, reserved1056) == 1056, "PlugInModule.reserved1056");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, execute) == 1080, "PlugInModule.execute");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, idle) == 1088, "PlugInModule.idle");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, reserved1096) == 1096, "PlugInModule.reserved1096");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, hostQuery) == 1160, "PlugInModule.hostQuery");
+EXPORTIFC_ASSERT(offsetof(PlugInModule, hostHandle) == 1168, "PlugInModule.hostHandle");
+#undef EXPORTIFC_ASSERT
 #endif
 
 #endif

@@ -8,9 +8,10 @@ passed=0 failed=0
 
 # compiles HEADER COMPILER LANGUAGE STANDARD
 compiles() {
-  local code="#include \"$1\""
+  local code="#include \"$1\"" compiler
+  read -ra compiler <<<"$2"
   # A system that lacks the headers of the other is told so by the header itself.
-  if "$2" -x "$3" "-std=$4" "${warnings[@]}" - <<<"$code"; then
+  if "${compiler[@]}" -x "$3" "-std=$4" "${warnings[@]}" - <<<"$code"; then
     ((++passed))
   else
     ((++failed))
@@ -18,11 +19,13 @@ compiles() {
   fi
 }
 
-for compiler in gcc clang x86_64-w64-mingw32-gcc-posix; do
+# Microsoft's interface, with the headers that need no library.
+microsoft='--target=x86_64-pc-windows-msvc -ffreestanding'
+for compiler in gcc clang x86_64-w64-mingw32-gcc-posix "clang $microsoft"; do
   compiles exportifc/plugin.h "$compiler" c c99
   compiles exportifc/plugin.h "$compiler" c c17
 done
-for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix; do
+for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix "clang++ $microsoft"; do
   for standard in c++11 c++20; do
     compiles exportifc/plugin.h "$compiler" c++ "$standard"
   done
