@@ -24,6 +24,9 @@ class BarSource {
   /// Fills `bar` with the bar at `index`, from 0. False when the model has no more bars. A null
   /// record in `bar` is a bar that cannot be exported.
   virtual bool next(std::int32_t index, SourceBar& bar) = 0;
+
+  /// Lets go of what the model lies in; no bar is asked for afterwards. Destruction does the same.
+  virtual void close() {}
 };
 
 }  // namespace exportifc

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
 #include <unordered_map>
 
 #include "model/host_number.h"
@@ -12,28 +13,46 @@ namespace {
 
 /// What a section text gives.
 struct Section {
-  BarRecord record{};
-  bool fitsRecord = false;
+  const BarRecord* record = nullptr;
   SectionDims dims{};
 };
 
-/// The section with this text. Bars with the same text, a few dozen among a million, share one
-/// record, which nobody writes to. It lives as long as the module: whoever was given it may keep
-/// it.
-const Section& sectionOf(const std::string& text) {
-  static std::unordered_map<std::string, Section> sections;
-  const auto known = sections.find(text);
-  if (known != sections.end()) {
-    return known->second;
+/// A record with this name. It lives as long as the module: whoever was given it may keep it.
+const BarRecord& newRecord(std::string_view name) {
+  static std::deque<BarRecord> records;  // of which none ever moves
+  BarRecord& record = records.emplace_back();
+  std::memcpy(record.sectionName, name.data(), name.size());
+  return record;
+}
+
+/// Puts what the section text gives into `bar`. Bars with the same text, a few dozen among a
+/// million, share one record, which nobody writes to. Sections are known by the name in their
+/// record, and only so many at a time: neither long texts nor many different ones fill the memory
+/// of a host that stays open.
+void takeSection(std::string_view text, SourceBar& bar) {
+  constexpr std::size_t mostKnown = 4096;
+  static std::unordered_map<std::string_view, Section> sections;
+  if (const auto known = sections.find(text); known != sections.end()) {
+    bar.record = known->second.record;
+    bar.dims = known->second.dims;
+    return;
   }
-  Section section;
-  const std::size_t length = std::strlen(text.c_str());  // to its first NUL
-  section.fitsRecord = length < sizeof(section.record.sectionName);
-  if (section.fitsRecord) {
-    std::memcpy(section.record.sectionName, text.c_str(), length);
+  const std::string_view name = text.substr(0, text.find('\0'));
+  if (name.size() >= sizeof(BarRecord::sectionName)) {
+    bar.record = nullptr;
+    return;
   }
-  section.dims = parseSectionDims(text);
-  return sections.emplace(text, section).first->second;
+  if (name.size() < text.size()) {  // with numbers that the name does not tell
+    takeSection(name, bar);
+    bar.dims = parseSectionDims(text);
+    return;
+  }
+  bar.record = &newRecord(name);
+  bar.dims = parseSectionDims(name);
+  if (sections.size() == mostKnown) {
+    sections.clear();
+  }
+  sections.emplace(bar.record->sectionName, Section{.record = bar.record, .dims = bar.dims});
 }
 
 /// Takes the next word off the front of `text`, separated by white space; empty at the end.
@@ -126,9 +145,7 @@ bool BatchSource::next(std::int32_t /*index*/, SourceBar& bar) {
   bar.start = bar_.start;
   bar.end = bar_.end;
   bar.angle = bar_.angle;
-  const Section& section = sectionOf(bar_.sectionText);
-  bar.record = section.fitsRecord ? &section.record : nullptr;
-  bar.dims = section.dims;
+  takeSection(bar_.sectionText, bar);
   return true;
 }
 

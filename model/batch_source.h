@@ -38,6 +38,9 @@ class BatchReader {
   /// False, with `bar` left alone, when not even the first line of a bar is left.
   bool next(BatchBar& bar);
 
+  /// Closes the file, whatever the system says to that; no bar may be read afterwards.
+  void close() { reader_.close(); }
+
  private:
   void readHeader();
   std::string_view line();
@@ -60,6 +63,7 @@ class BatchSource final : public BarSource {
   std::int32_t unitCode() override { return reader_.unitCode(); }
   std::int32_t barCount() override { return reader_.barCount(); }
   bool next(std::int32_t index, SourceBar& bar) override;
+  void close() override { reader_.close(); }
 
  private:
   BatchReader reader_;

@@ -24,6 +24,9 @@ class LineReader {
 
   bool isOpen() const { return text_ != &file_ || file_.is_open(); }
 
+  /// Closes the file that the path named; a stream of the caller's stays as it is.
+  void close() { file_.close(); }
+
   /// Reads the next line, without its end; `line` holds until the next call. False, with `line`
   /// empty, when there is none; the last line need not end with a line feed.
   bool next(std::string_view& line) {

@@ -94,11 +94,14 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
     if (type == neverExportedType || hidden) {
       continue;
     }
+    // All that is read of the record is read here: a message box below lets the host run, which may
+    // change or drop it.
+    const double rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
     std::optional<BarPlacement> placement;
     for (SectionPart& part : sections.partsOf(*bar.record)) {
       part.bar.start = millimetres(bar.start, factor);
       part.bar.end = millimetres(bar.end, factor);
-      part.bar.rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
+      part.bar.rotation = rotation;
       part.bar.elementKind = elementKindOf(type);
       if (!placement) {  // the second half lies where the first does
         placement = placementOf(part.bar);
@@ -109,6 +112,7 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
       keep(groups.of(type), writeBar(writer, part.bar, *placement, profile));
     }
   }
+  model.close();
 
   const std::int32_t frame =
       writeElementAssembly(writer, groups.frameElements, texts::frameAssembly);

@@ -263,6 +263,45 @@ TEST(ExportBars, RotationIsComputedInTheHostsPrecisions) {
   EXPECT_NO_FATAL_FAILURE(comment({.quarterTurns = std::numeric_limits<std::int32_t>::min()}));
 }
 
+TEST(ExportBars, WhatAHostDoesToARecordDuringABoxChangesNothing) {
+  // Both halves of this section are unknown, so each has a box.
+  class Meddler final : public UserInterface {
+   public:
+    explicit Meddler(BarRecord& record) : record_(record) {}
+    SaveChoice chooseSaveFile() override { return {}; }
+    int ask(const char*, const char*) override { return answerYes; }
+    void show(const char*, const char*) override {}
+    void show(const wchar_t*, const wchar_t*) override {
+      ++boxes;
+      record_ = test::recordOf("W 1", 2);
+    }
+    void printLine(std::wstring_view) override {}
+
+    int boxes = 0;
+
+   private:
+    BarRecord& record_;
+  };
+  class RecordSource final : public BarSource {
+   public:
+    std::int32_t unitCode() override { return 2; }
+    std::int32_t barCount() override { return 1; }
+    bool next(std::int32_t, SourceBar& bar) override {
+      bar.record = &record;
+      bar.end = {1000, 0, 0};
+      return true;
+    }
+
+    BarRecord record = test::recordOf("2L_ASSIMETRICO 50", 1);
+  };
+  RecordSource model;
+  Meddler host(model.record);
+  const Lines lines =
+      test::exportedLines([&](StepWriter& writer) { exportBars(writer, allBars, model, host); });
+  EXPECT_EQ(host.boxes, 2);
+  EXPECT_EQ(test::linesWith(lines, "angulo: "), Lines(2, "angulo: 90, perfil: 2L_ASSIMETRICO 50"));
+}
+
 // ---- Coordinates -------------------------------------------------------------------------------
 
 TEST(ExportBars, CoordinatesBecomeMillimetres) {

@@ -199,6 +199,37 @@ TEST_F(BatchSourceTest, ASectionTextEndsAtItsFirstNul) {
   EXPECT_STREQ(bar.record->sectionName, "W 1");
 }
 
+TEST_F(BatchSourceTest, NumbersBehindAnEarlyEndCountAndAreTheBarsOwn) {
+  const std::string shown = "W 1";
+  const std::string hidden = std::string("W 1\0 2", 6);
+  open(header("mm", "3") + barLines(hidden) + barLines(shown) + barLines(hidden));
+  for (const SectionDims& dims : {SectionDims{1, 2}, SectionDims{1}, SectionDims{1, 2}}) {
+    ASSERT_TRUE(next());
+    ASSERT_NE(bar.record, nullptr);
+    EXPECT_STREQ(bar.record->sectionName, "W 1");
+    EXPECT_EQ(bar.dims, dims);
+  }
+}
+
+TEST_F(BatchSourceTest, AnyNumberOfSections) {
+  // More than are known at a time, then the first ones again.
+  constexpr int count = 9000;
+  Lines lines = header("mm", std::to_string(2 * count));
+  for (int i = 0; i < 2 * count; ++i) {
+    lines = std::move(lines) + barLines("W " + std::to_string(i % count));
+  }
+  open(lines);
+  std::vector<const BarRecord*> records;
+  for (int i = 0; i < 2 * count; ++i) {
+    ASSERT_TRUE(next());
+    ASSERT_EQ(bar.dims, SectionDims{static_cast<float>(i % count)});
+    records.push_back(bar.record);
+  }
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    ASSERT_EQ(records[i]->sectionName, "W " + std::to_string(i % count)) << "none is released";
+  }
+}
+
 TEST_F(BatchSourceTest, Byte1AEndsTheModel) {
   open(text(header("mm", "2") + barLines("W 1")) + "\x1A" + text(barLines("W 2")));
   ASSERT_TRUE(next());
