@@ -9,7 +9,7 @@
 
 namespace exportifc {
 
-/// A point of an outline, in millimetres in the profile plane; z is carried but never written.
+/// A corner of a section drawing, in millimetres: x to the right, y up. Files hold no z of it.
 struct OutlinePoint {
   double x = 0.0;
   double y = 0.0;

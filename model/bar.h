@@ -21,7 +21,7 @@ struct Vec3 {
   double z = 0.0;
 };
 
-/// Marks a bar that may be written as a column.
+/// `BarGeometry::elementKind` of the hosts' two column types.
 inline constexpr std::int32_t columnKind = 3;
 
 /// What the bar loop hands to the element writer for one bar, or for one half of a built-up
@@ -29,9 +29,13 @@ inline constexpr std::int32_t columnKind = 3;
 struct BarGeometry {
   Vec3 start;
   Vec3 end;
-  HostText sectionName;          ///< the bar's whole section text
-  HostText sectionLabel;         ///< family word, or the half's name
-  double rotation = 0.0;         ///< of the section about the bar, degrees
+  HostText sectionName;   ///< the bar's whole section text
+  HostText sectionLabel;  ///< family word, or the half's name
+  double rotation = 0.0;  ///< of the section about the bar, degrees
+  // Always zero: places of the hand-over that no section makes use of.
+  std::uint64_t unused1 = 0;
+  std::uint64_t unused2 = 0;
+  std::array<std::uint64_t, 2> unused3{};
   std::int32_t elementKind = 0;  ///< `columnKind` or 0
 };
 

@@ -11,8 +11,7 @@
 
 namespace exportifc {
 
-/// The ordered list of registered entities: the one at position p, from 0, has number p + 1.
-/// Nothing is ever removed, so a number is never handed out twice.
+/// Counts 1, 2, 3 and so on, without gaps; what was counted stays.
 ///
 /// Plain entities, by far the most, live in blocks of which the registry holds one share each: 16
 /// bytes an entity instead of an allocation and a pointer apiece. The blocks of a large model are

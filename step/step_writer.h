@@ -1,4 +1,4 @@
-// The one output object of an export: the file, the numbering, the entities.
+// What the writers of all entities share: a stream of lines and a count.
 #pragma once
 
 #include <cstdint>
@@ -11,12 +11,15 @@
 
 namespace exportifc {
 
-/// Writes an ISO 10303-21 exchange structure. Calling order in one export: construction, a look at
-/// `stream.failed()`, `writeHeader`, the preamble, entities and free lines, `writeFooter`,
-/// destruction, which closes the file. Nothing here enforces that order.
+/// An ISO 10303-21 file in the making. Callers go by the order of such a file, from `writeHeader`
+/// to `writeFooter`, and look at `stream.failed()` first; nobody here checks it. It stays where it
+/// was made: all writers hold on to the same one. The file is closed when it goes.
 class StepWriter {
  public:
   explicit StepWriter(std::unique_ptr<ByteSink> sink) : stream(std::move(sink)) {}
+  StepWriter(const StepWriter&) = delete;
+  StepWriter& operator=(const StepWriter&) = delete;
+  ~StepWriter() = default;
 
   /// The header section and the start of the data section. The time stamp is a constant, so that
   /// the same model gives the same file.

@@ -1,5 +1,7 @@
 #include "model/bar.h"
 
+#include <array>
+#include <cstdint>
 #include <cstring>
 #include <string>
 
@@ -24,6 +26,22 @@ std::wstring units(std::initializer_list<int> values) {
     text.push_back(static_cast<wchar_t>(value));
   }
   return text;
+}
+
+TEST(BarGeometry, FurtherNumbersAreZeroAndStandBetweenRotationAndKind) {
+  const BarGeometry bar;
+  EXPECT_EQ(bar.unused1, 0U);
+  EXPECT_EQ(bar.unused2, 0U);
+  EXPECT_EQ(bar.unused3, (std::array<std::uint64_t, 2>{}));
+  static_assert(sizeof(bar.unused1) == 8 && sizeof(bar.unused2) == 8 && sizeof(bar.unused3) == 16);
+  const auto place = [&bar](const void* field) {
+    return static_cast<const char*>(field) -
+           static_cast<const char*>(static_cast<const void*>(&bar));
+  };
+  EXPECT_EQ(place(&bar.unused1), place(&bar.rotation) + 8);
+  EXPECT_EQ(place(&bar.unused2), place(&bar.rotation) + 16);
+  EXPECT_EQ(place(&bar.unused3), place(&bar.rotation) + 24);
+  EXPECT_EQ(place(&bar.elementKind), place(&bar.rotation) + 40);
 }
 
 TEST(WidenSectionName, KeepsAscii) {

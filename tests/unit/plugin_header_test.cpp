@@ -14,7 +14,7 @@
 namespace exportifc {
 namespace {
 
-// The numbers are written out here once more: they are a contract with hosts.
+// Written out here once more: hosts built years ago have these numbers compiled in.
 
 TEST(PluginHeader, ModuleRecordHasFixedOffsets) {
   EXPECT_EQ(sizeof(PlugInModule), 1176U);

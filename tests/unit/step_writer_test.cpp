@@ -1,11 +1,16 @@
 #include "step/step_writer.h"
 
+#include <array>
+#include <cstddef>
+#include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <type_traits>
 
 #include <gtest/gtest.h>
 
+#include "step/ownership.h"
 #include "step/preamble.h"
 #include "support.h"
 
@@ -120,6 +125,10 @@ TEST(StepWriter, ClosesTheFileAfterItsEntitiesAreGone) {
   EXPECT_TRUE(received.closed);
 }
 
+// All writers of an export share one: it stays where it is.
+static_assert(!std::is_copy_constructible_v<StepWriter> && !std::is_copy_assignable_v<StepWriter>);
+static_assert(!std::is_move_constructible_v<StepWriter> && !std::is_move_assignable_v<StepWriter>);
+
 TEST(EntityRef, IsTheNumberOrADollar) {
   EXPECT_EQ(entityRef(nullptr), L"$");
   const auto entity = std::make_shared<IfcEntity>();
@@ -135,6 +144,52 @@ TEST(IfcEntity, IsPolymorphicAndDoesNothingInReserve) {
   IfcEntity entity;
   entity.reserved();
   EXPECT_EQ(entity.id, 0);
+}
+
+/// The functions of an entity's class as a caller finds them who knows their places alone.
+struct FunctionTable {
+  using Operation = void (*)(IfcEntity*);
+  using Destructor = void (*)(IfcEntity*, int);
+
+  explicit FunctionTable(const IfcEntity& entity) {
+    void* const* table = nullptr;
+    std::memcpy(&table, static_cast<const void*>(&entity), sizeof(table));
+    operation = reinterpret_cast<Operation>(table[0]);
+    destructor = reinterpret_cast<Destructor>(table[1]);
+  }
+
+  Operation operation;
+  Destructor destructor;
+};
+
+TEST(IfcEntity, ItsFunctionsStandInTheirPlaces) {
+  struct Counted final : IfcEntity {
+    explicit Counted(int& destroyed) : destroyed_(destroyed) {}
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
+    ~Counted() override { ++destroyed_; }
+    int& destroyed_;
+  };
+  int destroyed = 0;
+  alignas(Counted) std::array<std::byte, sizeof(Counted)> room;
+  auto* const entity = new (room.data()) Counted(destroyed);
+  entity->id = 7;
+  const FunctionTable functions(*entity);
+  functions.operation(entity);
+  EXPECT_EQ(entity->id, 7);
+  EXPECT_EQ(destroyed, 0);
+  functions.destructor(entity, 0);  // 0: the memory stays, where a compiler asks
+  EXPECT_EQ(destroyed, 1);
+}
+
+TEST(IfcEntity, NoClassHasAnOperationOfItsOwn) {
+  const auto plain = FunctionTable(IfcEntity()).operation;
+  using namespace IfcIo;
+  EXPECT_EQ(FunctionTable(IfcOrganization(L"")).operation, plain);
+  EXPECT_EQ(FunctionTable(IfcPerson(L"", L"")).operation, plain);
+  EXPECT_EQ(FunctionTable(IfcPersonAndOrganization(nullptr, nullptr)).operation, plain);
+  EXPECT_EQ(FunctionTable(IfcApplication(nullptr, L"", L"", L"")).operation, plain);
+  EXPECT_EQ(FunctionTable(IfcOwnerHistory(nullptr, nullptr)).operation, plain);
 }
 
 }  // namespace
