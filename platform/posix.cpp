@@ -19,12 +19,22 @@ namespace exportifc::platform {
 
 namespace {
 
+/// Opened once the sink exists: what can run out of memory then has no file to leave open.
 class FileSink final : public ByteSink {
  public:
-  explicit FileSink(int descriptor) : descriptor_(descriptor) {}
+  FileSink() = default;
   FileSink(const FileSink&) = delete;
   FileSink& operator=(const FileSink&) = delete;
-  ~FileSink() override { ::close(descriptor_); }
+  ~FileSink() override {
+    if (descriptor_ >= 0) {
+      ::close(descriptor_);
+    }
+  }
+
+  bool open(const std::string& path) {
+    descriptor_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    return descriptor_ >= 0;
+  }
 
   bool write(const char* bytes, std::size_t size) override {
     const ssize_t written = ::write(descriptor_, bytes, size);
@@ -47,7 +57,7 @@ class FileSink final : public ByteSink {
     return false;
   }
 
-  int descriptor_;
+  int descriptor_ = -1;
 };
 
 /// The low 8 bits of each unit: gives back the bytes that `widenPath` took.
@@ -60,20 +70,34 @@ std::string lowBytes(std::wstring_view wide) {
   return bytes;
 }
 
-/// UTF-8 of texts whose characters lie below U+0100, as all of ours do.
-std::string utf8(std::string_view latin1) {
-  std::string text;
-  for (const char c : latin1) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x80) {
-      text.push_back(c);
-    } else {
-      text.push_back(static_cast<char>(0xC0 | (byte >> 6)));
-      text.push_back(static_cast<char>(0x80 | (byte & 0x3F)));
+/// A text whose characters lie below U+0100, as all of ours do, printed in UTF-8. Of narrow texts
+/// the bytes, of wide ones the low bytes. Needs no memory: it also tells that there is none left.
+template <class Char>
+struct Utf8 {
+  std::basic_string_view<Char> text;
+
+  friend std::ostream& operator<<(std::ostream& stream, const Utf8& printed) {
+    std::array<char, 256> piece{};
+    std::size_t size = 0;
+    const auto put = [&](unsigned byte) { piece[size++] = static_cast<char>(byte); };
+    for (const Char c : printed.text) {
+      if (const auto byte = static_cast<unsigned char>(c); byte < 0x80) {
+        put(byte);
+      } else {
+        put(0xC0U | (byte >> 6U));
+        put(0x80U | (byte & 0x3FU));
+      }
+      if (size + 2 > piece.size()) {
+        stream.write(piece.data(), static_cast<std::streamsize>(size));
+        size = 0;
+      }
     }
+    return stream.write(piece.data(), static_cast<std::streamsize>(size));
   }
-  return text;
-}
+};
+
+Utf8<char> utf8(std::string_view text) { return {text}; }
+Utf8<wchar_t> utf8(std::wstring_view text) { return {text}; }
 
 class TerminalInterface final : public UserInterface {
  public:
@@ -117,14 +141,12 @@ class TerminalInterface final : public UserInterface {
   }
 
   void show(const wchar_t* text, const wchar_t* caption) override {
-    std::cerr << utf8(lowBytes(caption)) << ": " << utf8(lowBytes(text)) << std::endl;
+    std::cerr << utf8(caption) << ": " << utf8(text) << std::endl;
   }
 
   // Narrow output: the first wide character would turn the host's standard output into a wide
   // stream, and its own narrow prints would then be lost.
-  void printLine(std::wstring_view line) override {
-    std::cout << utf8(lowBytes(line)) << std::endl;
-  }
+  void printLine(std::wstring_view line) override { std::cout << utf8(line) << std::endl; }
 
  private:
   /// An end of input at a terminal ends one answer, not all that follow.
@@ -202,9 +224,8 @@ void preferLargePages(void* memory, std::size_t size) {
 }
 
 std::unique_ptr<ByteSink> openForWriting(const std::wstring& path) {
-  const int descriptor =
-      ::open(lowBytes(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-  return descriptor < 0 ? nullptr : std::make_unique<FileSink>(descriptor);
+  auto file = std::make_unique<FileSink>();
+  return file->open(lowBytes(path)) ? std::move(file) : nullptr;
 }
 
 bool canRead(const std::wstring& path) {

@@ -19,12 +19,27 @@ namespace {
 // Characters of a path that the save dialog can return, terminator included.
 constexpr std::size_t pathCapacity = 1024;
 
+HANDLE open(const std::wstring& path, DWORD access, DWORD disposition) {
+  return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                     FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+/// Opened once the sink exists: what can run out of memory then has no file to leave open.
 class FileSink final : public ByteSink {
  public:
-  explicit FileSink(HANDLE file) : file_(file) {}
+  FileSink() = default;
   FileSink(const FileSink&) = delete;
   FileSink& operator=(const FileSink&) = delete;
-  ~FileSink() override { CloseHandle(file_); }
+  ~FileSink() override {
+    if (isOpen()) {
+      CloseHandle(file_);
+    }
+  }
+
+  bool open(const std::wstring& path) {
+    file_ = platform::open(path, GENERIC_WRITE, CREATE_ALWAYS);
+    return isOpen();
+  }
 
   bool write(const char* bytes, std::size_t size) override {
     constexpr std::size_t largestPiece = 1U << 30;  // WriteFile counts in 32 bits
@@ -41,7 +56,9 @@ class FileSink final : public ByteSink {
   }
 
  private:
-  HANDLE file_;
+  bool isOpen() const { return file_ != INVALID_HANDLE_VALUE; }
+
+  HANDLE file_ = INVALID_HANDLE_VALUE;
 };
 
 class SystemDialogs final : public UserInterface {
@@ -80,11 +97,6 @@ class SystemDialogs final : public UserInterface {
   }
 };
 
-HANDLE open(const std::wstring& path, DWORD access, DWORD disposition) {
-  return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
-                     FILE_ATTRIBUTE_NORMAL, nullptr);
-}
-
 }  // namespace
 
 Guid newGuid() {
@@ -99,8 +111,8 @@ Guid newGuid() {
 void preferLargePages(void* /*memory*/, std::size_t /*size*/) {}
 
 std::unique_ptr<ByteSink> openForWriting(const std::wstring& path) {
-  HANDLE file = open(path, GENERIC_WRITE, CREATE_ALWAYS);
-  return file == INVALID_HANDLE_VALUE ? nullptr : std::make_unique<FileSink>(file);
+  auto file = std::make_unique<FileSink>();
+  return file->open(path) ? std::move(file) : nullptr;
 }
 
 bool canRead(const std::wstring& path) {

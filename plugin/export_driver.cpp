@@ -52,6 +52,12 @@ std::string cutToBytes(const std::wstring& path) {
   return bytes;
 }
 
+/// A failure of a whole export; returns the export's result.
+std::int64_t report(const ExportServices& services, const char* description) {
+  services.ui.show(description, texts::unhandledExceptionCaption);
+  return 1;
+}
+
 std::int64_t writeExport(Module& module, const ExportServices& services) {
   const std::wstring path = chooseOutputPath(module.batchPath, services.ui);
   if (path.empty()) {
@@ -86,19 +92,16 @@ ExportServices systemServices() {
 }
 
 std::int64_t runExport(Module& module, const ExportServices& services) {
-  const auto report = [&](const char* description) {
-    services.ui.show(description, texts::unhandledExceptionCaption);
-    return std::int64_t{1};
-  };
   try {
     return writeExport(module, services);
   } catch (const std::exception& failure) {
-    return report(failure.what());
-  } catch (const char* text) {
+    return report(services, failure.what());
+  } catch (const char* thrown) {
+    const char* const text = thrown == nullptr ? "" : thrown;  // a callback may throw anything
     if (std::strcmp(text, texts::fileCreationFailed) == 0) {
       throw;  // the host's to handle
     }
-    return report(text);
+    return report(services, text);
   }
 }
 
@@ -107,7 +110,11 @@ std::int64_t exportBatchFile(Module& module, const ExportServices& services, con
     services.ui.show(texts::invalidFileName, texts::exportErrorCaption);
     return 0;
   }
-  module.batchPath = path;
+  try {
+    module.batchPath = path;
+  } catch (const std::exception& failure) {  // no memory for it: the model stays as it is
+    return report(services, failure.what());
+  }
   runExport(module, services);
   // Hosts look at the file, not at these results: a failed export has none to put in its place.
   (void)std::remove(path);

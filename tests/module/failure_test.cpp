@@ -2,7 +2,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "tests/module/allocation_limit.h"
+#include "tests/module/allocations.h"
 #include "tests/module/blocked_file.h"
 #include "tests/module/module_test.h"
 
@@ -72,6 +72,12 @@ TEST_F(Failures, PlainTextOtherThanTheOneOfFileCreationIsReported) {
   expectWithoutTrailer("quadro.ifc", 1);
 }
 
+TEST_F(Failures, NoTextAtAllIsReportedAsAnEmptyOne) {
+  const char* const text = nullptr;
+  expectReported(text, "");
+  expectWithoutTrailer("quadro.ifc", 1);
+}
+
 TEST_F(Failures, ExceptionBeforeTheFirstBarLeavesHeaderAndPreamble) {
   host.before = [](const Query&) { throw std::out_of_range("nothing"); };
   EXPECT_EQ(execute({typesFileName(typed("quadro.ifc")), answersYes(),
@@ -94,7 +100,7 @@ TEST_F(Failures, InBatchModeTheInputIsLostAndTheTempFileStays) {
   writeBytes(file("modelo.txt"),
              batchModel({BatchBar{}, BatchBar{.section = std::string(longLine, 'W')}}));
   {
-    const AllocationLimit outOfMemory(*module, limit);
+    const Allocations outOfMemory(*module, {.largest = limit});
     EXPECT_EQ(exportFile("modelo.txt", {box(std::bad_alloc().what(), "UNHANDLED EXCEPTION")}), 1);
   }
   EXPECT_THAT(listing(), ElementsAre("modelo.txttemp"));

@@ -55,6 +55,9 @@ class FrameHost {
   std::map<std::int32_t, std::array<float, 3>> nodes = {{0, {0, 0, 0}}, {1, {5000, 0, 0}}};
   std::uint64_t handle = 0xFEDCBA9876543210;
 
+  /// From now on nobody can read the records.
+  void dropRecords() { records_.forbid(); }
+
   /// Every query so far, in order.
   std::vector<Query> queries;
   /// Called before each answer; may throw.

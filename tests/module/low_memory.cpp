@@ -25,6 +25,11 @@ LowMemory::LowMemory(std::size_t size) : size_(size) {
   }
 }
 
+void LowMemory::forbid() {
+  DWORD before = 0;
+  VirtualProtect(address_, size_, PAGE_NOACCESS, &before);
+}
+
 LowMemory::~LowMemory() { VirtualFree(address_, 0, MEM_RELEASE); }
 
 #else
@@ -36,6 +41,8 @@ LowMemory::LowMemory(std::size_t size) : size_(size) {
     throw std::bad_alloc();
   }
 }
+
+void LowMemory::forbid() { ::mprotect(address_, size_, PROT_NONE); }
 
 LowMemory::~LowMemory() { ::munmap(address_, size_); }
 

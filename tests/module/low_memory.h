@@ -15,6 +15,9 @@ class LowMemory {
 
   [[nodiscard]] void* address() const { return address_; }
 
+  /// Whoever touches it from now on crashes.
+  void forbid();
+
  private:
   void* address_ = nullptr;
   std::size_t size_;

@@ -16,6 +16,12 @@
 #include "runtime_locale.h"
 #include "support.h"
 
+#if !defined(_WIN32)
+#include <thread>
+
+#include "system_calls.h"
+#endif
+
 namespace exportifc {
 namespace {
 
@@ -51,6 +57,30 @@ class FailingSource final : public BarSource {
   std::function<void()> fail_;
   std::int32_t failing_;
   test::ListSource good_{{ScriptedBar{}}};
+};
+
+/// Tells of each line before it takes it, and of its end.
+class WatchedSink final : public ByteSink {
+ public:
+  explicit WatchedSink(std::function<void(const std::string&)> line,
+                       std::function<void()> end = nullptr)
+      : line_(std::move(line)), end_(std::move(end)) {}
+  WatchedSink(const WatchedSink&) = delete;
+  WatchedSink& operator=(const WatchedSink&) = delete;
+  ~WatchedSink() override {
+    if (end_) {
+      end_();
+    }
+  }
+
+  bool write(const char* bytes, std::size_t size) override {
+    line_({bytes, size});
+    return true;
+  }
+
+ private:
+  std::function<void(const std::string&)> line_;
+  std::function<void()> end_;
 };
 
 /// One export with scripted surroundings.
@@ -193,17 +223,164 @@ TEST_F(ExportDriverTest, AfterAnInteractiveExportTheModuleStaysInBatchMode) {
   EXPECT_EQ(module.batchPath, folder.file("out.ifctemp"));
 }
 
+#if defined(_WIN32)
+
 TEST_F(ExportDriverTest, TheLocaleIsThatOfTheHostsCountry) {
   batch();
   run();
-#if defined(_WIN32)
   EXPECT_NE(std::string(std::setlocale(LC_ALL, nullptr)).find("Portuguese"), std::string::npos);
-#else
-  // Not known here by that name: the export goes on as if nothing were.
-  EXPECT_EQ(std::setlocale(LC_ALL, "Portuguese"), nullptr);
-#endif
   EXPECT_TRUE(finished());
 }
+
+#else
+
+// Whether a locale of that name is installed here or not: that it is asked for counts.
+
+TEST_F(ExportDriverTest, TheWholeLocaleIsChangedBetweenOpeningTheFileAndWritingIt) {
+  batch();
+  std::vector<std::string> steps;
+  test::SystemCalls calls;
+  calls.changesLocale = [&](int category, const char* name) {
+    steps.push_back((category == LC_ALL ? "all " : "some ") + std::string(name));
+  };
+  ExportServices watched = services();
+  watched.openOutput = [&](const std::wstring&) {
+    steps.emplace_back("open");
+    return std::make_unique<WatchedSink>([&](const std::string&) {
+      if (steps.back() != "line") {
+        steps.emplace_back("line");
+      }
+    });
+  };
+  EXPECT_EQ(runExport(module, watched), 1);
+  EXPECT_EQ(steps, (std::vector<std::string>{"open", "all Portuguese", "line"}));
+}
+
+TEST_F(ExportDriverTest, WithoutAnOutputTheLocaleStays) {
+  batch();
+  canOpen = false;
+  test::SystemCalls calls;
+  calls.changesLocale = [](int, const char* name) { ADD_FAILURE() << name; };
+  EXPECT_THROW(run(), const char*);
+}
+
+#endif
+
+// ---- The order in which things end -------------------------------------------------------------
+
+/// Tells when it is closed and when it is gone.
+class WatchedSource final : public BarSource {
+ public:
+  WatchedSource(std::vector<std::string>& steps, bool fails) : steps_(steps), fails_(fails) {}
+  WatchedSource(const WatchedSource&) = delete;
+  WatchedSource& operator=(const WatchedSource&) = delete;
+  ~WatchedSource() override { steps_.emplace_back("model gone"); }
+
+  std::int32_t unitCode() override { return 2; }
+  std::int32_t barCount() override { return 1; }
+  bool next(std::int32_t index, SourceBar& bar) override {
+    steps_.emplace_back("bar");
+    if (fails_) {
+      throw std::runtime_error("no more");
+    }
+    return good_.next(index, bar);
+  }
+  void close() override { steps_.emplace_back("model closed"); }
+
+ private:
+  std::vector<std::string>& steps_;
+  bool fails_;
+  test::ListSource good_{{ScriptedBar{.type = 1.0F}}};
+};
+
+class OrderOfClosing : public ExportDriverTest {
+ protected:
+  std::vector<std::string> stepsOf(bool failing) {
+    batch();
+    std::vector<std::string> steps;
+    ExportServices watched = services();
+    watched.openOutput = [&](const std::wstring&) {
+      return std::make_unique<WatchedSink>(
+          [&](const std::string& line) {
+            for (const char* const text : {"IFCELEMENTASSEMBLY", "IFCRELCONTAINED", "END-ISO"}) {
+              if (line.find(text) != std::string::npos) {
+                steps.emplace_back(text);
+              }
+            }
+          },
+          [&] { steps.push_back("file closed, next model " + module.batchPath); });
+    };
+    watched.openModel = [&](const Module&) {
+      return std::make_unique<WatchedSource>(steps, failing);
+    };
+    EXPECT_EQ(runExport(module, watched), 1);
+    return steps;
+  }
+};
+
+TEST_F(OrderOfClosing, TheModelThenTheAssembliesThenTheFile) {
+  EXPECT_EQ(stepsOf(false), (std::vector<std::string>{"bar", "model closed", "IFCELEMENTASSEMBLY",
+                                                      "IFCRELCONTAINED", "END-ISO", "model gone",
+                                                      "file closed, next model model.txttemp"}));
+}
+
+TEST_F(OrderOfClosing, AFailureClosesTheModelBeforeTheFile) {
+  EXPECT_EQ(stepsOf(true),
+            (std::vector<std::string>{"bar", "model gone", "file closed, next model model.txt"}));
+}
+
+// ---- Identifiers -------------------------------------------------------------------------------
+
+#if !defined(_WIN32)
+
+class Identifiers : public ExportDriverTest {
+ protected:
+  /// The export's identifiers in the order of the file. On a thread that has no random bytes left.
+  std::vector<std::string> idsWith(
+      const std::function<bool(unsigned char*, std::size_t)>& randomBytes) {
+    test::SystemCalls calls;
+    calls.randomBytes = randomBytes;
+    batch();
+    bars = {{.type = 1.0F}, {.type = 3.0F}};
+    std::thread([&] { EXPECT_EQ(run(), 1); }).join();
+    EXPECT_TRUE(finished());
+    std::vector<std::string> ids;
+    for (const std::string& line : test::linesOf(received.bytes.substr(bytesAtModel.size()))) {
+      for (const char* const keyword :
+           {"IFCBEAM('", "IFCPROPERTYSET('", "IFCRELDEFINESBYPROPERTIES('", "IFCELEMENTASSEMBLY('",
+            "IFCRELAGGREGATES('", "IFCRELCONTAINEDINSPATIALSTRUCTURE('"}) {
+        if (const std::size_t at = line.find(keyword); at != std::string::npos) {
+          const std::size_t start = at + std::strlen(keyword);
+          ids.push_back(line.substr(start, line.find('\'', start) - start));
+        }
+      }
+    }
+    return ids;
+  }
+};
+
+TEST_F(Identifiers, AreMadeInTheOrderOfTheirLines) {
+  // The pieces of 16 bytes are given out from the last to the first: it gets the 1.
+  const auto ids = idsWith([](unsigned char* bytes, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) {
+      bytes[i] = i % 16 == 15 ? static_cast<unsigned char>(size / 16 - i / 16) : 0;
+    }
+    return true;
+  });
+  std::string lastDigits;
+  for (const std::string& id : ids) {
+    ASSERT_EQ(id.size(), 22U);
+    lastDigits += id.back();
+  }
+  EXPECT_EQ(lastDigits, "123456789AB");
+}
+
+TEST_F(Identifiers, WithoutASourceTheyAreEmpty) {
+  EXPECT_EQ(idsWith([](unsigned char*, std::size_t) { return false; }),
+            std::vector<std::string>(11));
+}
+
+#endif
 
 // ---- The path that hosts see -------------------------------------------------------------------
 
@@ -215,6 +392,21 @@ TEST_F(ExportDriverTest, TheOldPathIsClearedBehindTheNewOne) {
   expected.resize(sizeof(module.record.outputPath));
   EXPECT_EQ(std::string(module.record.outputPath, sizeof(module.record.outputPath)), expected);
   EXPECT_EQ(module.record.reserved1056[0], 0);
+}
+
+TEST_F(ExportDriverTest, ThePathIsToldBetweenThePreambleAndTheModel) {
+  batch();
+  std::string before;
+  std::string after;
+  ExportServices watched = services();
+  watched.openOutput = [&](const std::wstring&) {
+    return std::make_unique<WatchedSink>([&](const std::string& line) {
+      (module.record.outputPath[0] == '\0' ? before : after) += line;
+    });
+  };
+  EXPECT_EQ(runExport(module, watched), 1);
+  EXPECT_TRUE(before.ends_with("$, $, #104, (#113));\r\n")) << before;
+  EXPECT_TRUE(after.starts_with("#5006= ")) << after;
 }
 
 TEST_F(ExportDriverTest, TheLongestPathFillsTheField) {
@@ -340,6 +532,16 @@ TEST_F(ExportDriverTest, EveryStandardExceptionIsReported) {
   EXPECT_EQ(reported([] { throw "bad argument"; }), L"bad argument") << "our own thrown text";
 }
 
+TEST_F(ExportDriverTest, NoTextAtAllIsReportedAsAnEmptyOne) {
+  batch();
+  model = [] {
+    return std::make_unique<FailingSource>([] { throw static_cast<const char*>(nullptr); }, 1);
+  };
+  EXPECT_EQ(run(), 1);
+  EXPECT_EQ(user.said, std::vector<Said>{unhandled(L"")});
+  EXPECT_TRUE(received.closed);
+}
+
 TEST_F(ExportDriverTest, AnExceptionWhileTheModelIsOpened) {
   batch();
   model = []() -> std::unique_ptr<BarSource> { throw std::logic_error("no model"); };
@@ -446,6 +648,35 @@ TEST_F(BatchFileTest, AMissingModelGivesAFileWithoutBars) {
   EXPECT_EQ(lines.back(), "END-ISO-10303-21;");
   EXPECT_FALSE(test::fileExists(temporary));
 }
+
+#if !defined(_WIN32)
+
+TEST_F(BatchFileTest, TheModelsFileIsClosedBeforeTheStoreyIsWritten) {
+  test::writeFile(path, batchModel);
+  const auto modelIsOpen = [&] {
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+      std::error_code gone;
+      if (std::filesystem::read_symlink(entry.path(), gone) == path) {
+        return true;
+      }
+    }
+    return false;
+  };
+  std::string open;
+  ExportServices watched = services();
+  watched.openOutput = [&](const std::wstring&) {
+    return std::make_unique<WatchedSink>([&](const std::string& line) {
+      if (modelIsOpen()) {
+        open += line;
+      }
+    });
+  };
+  EXPECT_EQ(exportBatchFile(module, watched, path.c_str()), 1);
+  EXPECT_NE(open.find("IFCRELDEFINESBYPROPERTIES"), std::string::npos);
+  EXPECT_EQ(open.find("IFCRELCONTAINED"), std::string::npos);
+}
+
+#endif
 
 TEST_F(BatchFileTest, AFailedExportLosesTheInput) {
   test::writeFile(path, batchModel);
