@@ -204,8 +204,7 @@ TEST_F(Memory, WithoutMemoryForThePathTheModelStaysAsItIs) {
 
 // ---- Between exports ---------------------------------------------------------------------------
 
-// What the first export of a module makes once, and the narrow path of each output.
-constexpr std::int64_t madeOnce = 10000;
+// The narrow path of each output. What the first export of a module makes once does not count here.
 constexpr std::int64_t pathRoom = 1000;
 
 TEST_F(Memory, TextsThatAreRefusedAreNotKept) {
@@ -213,10 +212,11 @@ TEST_F(Memory, TextsThatAreRefusedAreNotKept) {
   for (int i = 0; i < 200; ++i) {
     sections.push_back("W " + std::to_string(i) + std::string(200000, '7'));
   }
+  exportOf({"W 1"});
   const Outcome outcome = exportOf(sections);
   EXPECT_EQ(std::count(outcome.said.begin(), outcome.said.end(), '\n'), 200) << "all are refused";
   RecordProperty("kept", std::to_string(outcome.kept));
-  EXPECT_LT(outcome.kept, madeOnce);
+  EXPECT_LT(outcome.kept, pathRoom);
 }
 
 TEST_F(Memory, WhatStandsBehindTheEndOfANameIsNotKept) {
@@ -224,10 +224,11 @@ TEST_F(Memory, WhatStandsBehindTheEndOfANameIsNotKept) {
   for (int i = 0; i < 200; ++i) {
     sections.push_back(std::string("W 1\0", 4) + std::to_string(i) + std::string(200000, '7'));
   }
+  exportOf({"W 1"});
   const Outcome outcome = exportOf(sections);
   EXPECT_EQ(outcome.said, "");
   EXPECT_EQ(IfcText(file("modelo.txt")).elements().size(), 200U);
-  EXPECT_LT(outcome.kept, madeOnce);
+  EXPECT_LT(outcome.kept, pathRoom);
 }
 
 TEST_F(Memory, WhatIsKeptDoesNotDependOnTheLengthOfNames) {
