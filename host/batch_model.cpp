@@ -2,12 +2,15 @@
 
 #include <bit>
 #include <cstring>
+#include <istream>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 
+#include "host/batch_lines.h"
 #include "host/messages.h"
 #include "host/model_error.h"
+#include "host/started_text.h"
 #include "host/text_encoding.h"
 #include "model/batch_source.h"
 
@@ -45,10 +48,19 @@ class Numbering {
 
 }  // namespace
 
-Model readBatchModel(std::istream& text) {
-  BatchReader reader(text);
+Model readBatchModel(std::streambuf& text) {
+  StartedText pieces(text);
+  BatchLines lines;
+  pieces.watch([&](std::string_view piece) { lines.feed(piece); });
+  std::istream stream(&pieces);
+  BatchReader reader(stream);
   if (reader.unitCode() < 0 && reader.barCount() <= 0) {
-    throw ModelError({.code = "unreadable", .message = say(texts::notAModel)});
+    const std::int64_t unitLine = lines.strayUnitLine();
+    throw ModelError({.code = "not-a-model",
+                      .message = unitLine == 0
+                                     ? say(texts::notAModel)
+                                     : say(texts::batchUnitLine, {std::to_string(unitLine)}),
+                      .place = {.line = unitLine}});
   }
   Model model;
   model.format = ModelFormat::batch;
@@ -88,6 +100,9 @@ Model readBatchModel(std::istream& text) {
                           .section = sectionOf(bar.sectionText),
                           .angle = bar.angle});
   }
+  pieces.drain();
+  lines.finish();
+  model.found = lines.problems();
   return model;
 }
 

@@ -63,9 +63,11 @@ struct Finding {
 };
 
 std::string countText(const std::vector<Problem>& problems) {
-  return problems.empty()
-             ? say(texts::checkNoProblems)
-             : say(texts::checkProblems, {numberText(static_cast<std::int64_t>(problems.size()))});
+  const auto notes = std::count_if(problems.begin(), problems.end(), isNote);
+  const auto others = static_cast<std::int64_t>(problems.size()) - notes;
+  const std::string text = others == 0 ? std::string(say(texts::checkNoProblems))
+                                       : say(texts::checkProblems, {numberText(others)});
+  return notes == 0 ? text : say(texts::checkNotes, {text, numberText(notes)});
 }
 
 Finding checkOne(const std::string& name, const CheckOptions& options) {

@@ -31,6 +31,16 @@ class CountedText final : public std::streambuf {
  public:
   explicit CountedText(std::streambuf& text) : text_(text) {}
 
+  /// The mark that some editors put before UTF-8 is no character.
+  void skipMark() {
+    if (sgetc() == 0xEF) {
+      sbumpc();
+      sbumpc();
+      sbumpc();
+      pieceStart_.column = -1;
+    }
+  }
+
   /// Where the text read so far ends. Counted for a whole piece at a time and when a model is
   /// refused: counting each character as it is read took a third of the time.
   TextPlace place() const {
@@ -534,11 +544,7 @@ std::string jsonText(std::string_view text) { return nlohmann::json(text).dump()
 
 Model readJsonModel(std::streambuf& text) {
   CountedText counted(text);
-  if (counted.sgetc() == 0xEF) {  // the mark that some editors put before UTF-8
-    counted.sbumpc();
-    counted.sbumpc();
-    counted.sbumpc();
-  }
+  counted.skipMark();
   ModelBuilder builder(counted);
   std::istream stream(&counted);
   nlohmann::json::sax_parse(stream, &builder);

@@ -174,6 +174,11 @@ inline constexpr Text notAModel{
     "and 5 are not a unit (m, cm, mm) and a bar count as in a batch text file",
     "não é um arquivo de modelo: não começa com \"{\" como um modelo JSON, e suas linhas 4 e 5 "
     "não são uma unidade (m, cm, mm) e o número de barras como num arquivo de texto do modo batch"};
+inline constexpr Text emptyFile{"the file is empty", "o arquivo está vazio"};
+inline constexpr Text utf16File{"the text is in UTF-16; save it as UTF-8",
+                                "o texto está em UTF-16; salve-o como UTF-8"};
+inline constexpr Text exchangeFile{"an IFC file, not a model; exportifc view shows it",
+                                   "um arquivo IFC, não um modelo; exportifc view o mostra"};
 inline constexpr Text jsonUnexpected{"not valid JSON: unexpected {0}",
                                      "JSON inválido: {0} inesperado"};
 inline constexpr Text jsonEndsEarly{"not valid JSON: the text ends too early",
@@ -215,6 +220,55 @@ inline constexpr Text allowedNodeIndex{"the index of a node, a whole number from
 inline constexpr Text allowedQuarterTurns{"a whole number of quarter turns",
                                           "um número inteiro de quartos de volta"};
 inline constexpr Text allowedType{"0 to 11 or one of {0}", "de 0 a 11 ou um destes: {0}"};
+
+// ---- reading batch text files
+inline constexpr Text allowedCount{"a whole number from 0", "um número inteiro a partir de 0"};
+inline constexpr Text allowedSectionText{"family word and dimensions, as W 200 100 8 6",
+                                         "palavra de família e dimensões, como W 200 100 8 6"};
+inline constexpr Text batchMark{"the file begins with the mark of UTF-8 (BOM), which is not read",
+                                "o arquivo começa com a marca de UTF-8 (BOM), que não é lida"};
+inline constexpr Text batchHeaderCount{
+    "\"{0}\" stands where a count should; it is not read, but perhaps a line is missing or too "
+    "many",
+    "\"{0}\" está no lugar de uma contagem; não é lido, mas talvez falte ou sobre uma linha"};
+inline constexpr Text batchBarCount{"\"{0}\" is not a number of bars; it is read as {1}",
+                                    "\"{0}\" não é um número de barras; é lido como {1}"};
+inline constexpr Text batchUnitBlank{
+    "a blank makes the unit \"{0}\" unknown; coordinates are taken as millimetres; write {1} alone",
+    "um espaço torna desconhecida a unidade \"{0}\"; as coordenadas são tomadas como milímetros; "
+    "escreva só {1}"};
+inline constexpr Text batchUnitLine{
+    "the unit stands in line {0} instead of 4: a batch text file begins with the number of nodes, "
+    "the number of sections, a title, the unit and the number of bars, one a line",
+    "a unidade está na linha {0} em vez da 4: um arquivo de texto do modo batch começa com o número "
+    "de nós, o número de seções, um título, a unidade e o número de barras, um por linha"};
+inline constexpr Text batchNumber{"\"{0}\" is not a number; it is read as {1}",
+                                  "\"{0}\" não é um número; é lido como {1}"};
+inline constexpr Text batchEmptyNumber{"a number should stand in this line; it is read as {0}",
+                                       "um número devia estar nesta linha; é lido como {0}"};
+inline constexpr Text batchMoreNumbers{"{0} more {0:value is|values are} no number",
+                                       "mais {0} {0:valor não é número|valores não são números}"};
+inline constexpr Text problemEmptySection{
+    "the section text is empty; its bars become squares of 4 mm",
+    "o texto da seção está vazio; suas barras viram quadrados de 4 mm"};
+inline constexpr Text batchLinesMissing{
+    "the twelve lines of the bars no longer fit: the section text \"{0}\" is line {1} of its bar, "
+    "not "
+    "9; above it {2} {2:line is|lines are} missing",
+    "as doze linhas das barras deixam de encaixar: o texto de seção \"{0}\" é a linha {1} de sua "
+    "barra, não a 9; acima dele {2:falta|faltam} {2} {2:linha|linhas}"};
+inline constexpr Text batchLinesTooMany{
+    "the twelve lines of the bars no longer fit: the section text \"{0}\" is line {1} of its bar, "
+    "not "
+    "9; above it {2} {2:line is|lines are} too many",
+    "as doze linhas das barras deixam de encaixar: o texto de seção \"{0}\" é a linha {1} de sua "
+    "barra, não a 9; acima dele {2:sobra|sobram} {2} {2:linha|linhas}"};
+inline constexpr Text batchBarCut{
+    "the file ends in the middle of the bar, behind {0} of its 12 lines",
+    "o arquivo termina no meio da barra, depois de {0} de suas 12 linhas"};
+inline constexpr Text batchMoreBars{
+    "the file announces {0} {0:bar|bars}, but holds {1}; the others are left out",
+    "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}; as outras ficam fora"};
 
 // ---- problems of a model
 inline constexpr Text bar{"bar {0}", "barra {0}"};
@@ -259,8 +313,8 @@ inline constexpr Text problemBarNotFinite{"a coordinate or the angle is not a fi
 inline constexpr Text problemZero{"the bar has no length (less than 0.01 mm)",
                                   "a barra não tem comprimento (menos de 0,01 mm)"};
 inline constexpr Text problemUnit{
-    "the unit is not m, cm or mm; coordinates are taken as millimetres",
-    "a unidade não é m, cm nem mm; as coordenadas são tomadas como milímetros"};
+    "the unit \"{0}\" is not m, cm or mm; coordinates are taken as millimetres",
+    "a unidade \"{0}\" não é m, cm nem mm; as coordenadas são tomadas como milímetros"};
 inline constexpr Text problemMissingBars{"the file announces {0} {0:bar|bars}, but holds {1}",
                                          "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}"};
 inline constexpr Text problemNoBars{"no bar would be exported", "nenhuma barra seria exportada"};
@@ -285,6 +339,7 @@ inline constexpr Text jobsProgress{"{0} of {1} {1:model|models}", "{0} de {1} {1
 // ---- check
 inline constexpr Text checkSummary{"{0} {0:bar|bars}, {1}", "{0} {0:barra|barras}, {1}"};
 inline constexpr Text checkNoProblems{"no problems", "nenhum problema"};
+inline constexpr Text checkNotes{"{0}, {1} {1:note|notes}", "{0}, {1} {1:nota|notas}"};
 inline constexpr Text checkProblems{"{0} {0:problem|problems}", "{0} {0:problema|problemas}"};
 
 // ---- convert

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/problem.h"
 #include "model/bar.h"
 
 namespace exportifc::host {
@@ -39,6 +40,7 @@ struct Model {
   std::vector<std::array<float, 3>> nodes;  ///< in the model's unit
   std::vector<ModelSection> sections;
   std::vector<ModelBar> bars;
+  std::vector<Problem> found;  ///< by the reader: values that it takes otherwise than they stand
   std::int32_t announcedBars = 0;  ///< batch: what the header says, at least the bars present
 };
 

@@ -45,6 +45,10 @@ class SectionCheck {
   void run() {
     const std::string& text = section_.text;
     checkText();
+    if (text.find_first_not_of(' ') == std::string::npos) {
+      add("empty-section", say(texts::problemEmptySection));
+      return;
+    }
     const std::string word = text.substr(0, text.find(' '));
     const Family* const family = findFamilyWord(word);
     if (family == nullptr) {
@@ -174,9 +178,6 @@ void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& prob
                         .message = std::move(message),
                         .pointer = pointer});
   };
-  if (model.unitCode < 0) {
-    warn("unknown-unit", "/unit", say(texts::problemUnit));
-  }
   const auto present = static_cast<std::int64_t>(model.bars.size());
   if (present < model.announcedBars) {
     warn("missing-bars", "/bars",
@@ -263,6 +264,7 @@ std::vector<Problem> checkModel(const Model& model, bool visibleOnly) {
   const auto add = [&](std::vector<Problem> more) {
     std::move(more.begin(), more.end(), std::back_inserter(problems));
   };
+  add(model.found);
   add(checkCharacters(model, visibleOnly));
   checkSections(model, visibleOnly, problems);
   checkBars(model, visibleOnly, problems);

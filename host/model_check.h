@@ -24,7 +24,8 @@ std::vector<Problem> checkReferences(const Model& model);
 /// Section texts with characters at which the file would end, of bars that are exported.
 std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly);
 
-/// Everything, in the order: references, characters, sections, bars, the model as a whole.
+/// Everything, in the order: references, what the reader found, characters, sections, bars, the
+/// model as a whole.
 std::vector<Problem> checkModel(const Model& model, bool visibleOnly);
 
 /// Writes what the file cannot hold as plain letters.

@@ -1,9 +1,11 @@
 #include "host/model_reader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <iostream>
-#include <istream>
+#include <string_view>
+#include <utility>
 
 #include "host/batch_model.h"
 #include "host/failure.h"
@@ -12,23 +14,51 @@
 #include "host/output_file.h"
 #include "host/paths.h"
 #include "host/problem_report.h"
+#include "host/started_text.h"
 
 namespace exportifc::host {
 
 namespace {
 
-bool looksLikeJson(std::streambuf& text, const std::string& name) {
-  const auto first = text.sgetc();
-  return first == '{' || first == '[' || first == 0xEF || pathOf(name).extension() == ".json";
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+/// What begins with "{", or says by its name that it should.
+bool looksLikeJson(std::string_view start, const std::string& name) {
+  if (start.starts_with(utf8Mark)) {
+    start.remove_prefix(utf8Mark.size());
+  }
+  const std::size_t first = start.find_first_not_of(" \t\r\n");
+  const bool begins =
+      first != std::string_view::npos && (start[first] == '{' || start[first] == '[');
+  std::string extension = textOf(pathOf(name).extension());
+  std::transform(extension.begin(), extension.end(), extension.begin(), [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return begins || extension == ".json";
+}
+
+/// Refuses what is no text of a model at all.
+void checkStart(std::string_view start) {
+  const auto refuse = [](const char* code, const Text& text) {
+    throw ModelError({.code = code, .message = say(text)});
+  };
+  if (start.empty() || start == utf8Mark) {
+    refuse("empty-file", texts::emptyFile);
+  }
+  if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF") ||
+      start.substr(0, 4).find('\0') != std::string_view::npos) {
+    refuse("utf-16", texts::utf16File);
+  }
+  if (start.starts_with("ISO-10303-21;")) {
+    refuse("exchange-file", texts::exchangeFile);
+  }
 }
 
 Model readFrom(std::streambuf& text, const std::string& name) {
   try {
-    if (looksLikeJson(text, name)) {
-      return readJsonModel(text);
-    }
-    std::istream lines(&text);
-    return readBatchModel(lines);
+    StartedText started(text);
+    checkStart(started.start());
+    return looksLikeJson(started.start(), name) ? readJsonModel(started) : readBatchModel(started);
   } catch (const ModelError& error) {
     Problem problem = error.problem();
     locate(name, problem, error.readTo());

@@ -7,8 +7,9 @@
 
 namespace exportifc::host {
 
-/// Reads the model `name`: a JSON model (it begins with "{", or its name ends in .json), otherwise
-/// a batch text file; "-" is standard input. Throws a Failure that names place and reason.
+/// Reads the model `name`: a JSON model (it begins with "{" or "[", or its name ends in .json),
+/// otherwise a batch text file; "-" is standard input. Throws a Failure that names place and
+/// reason.
 Model readModel(const std::string& name);
 
 /// `name`, or the word for standard input.

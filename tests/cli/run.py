@@ -141,7 +141,10 @@ def run_case(case):
     with folder() as path:
         for name, content in case.get("before", {}).items():
             (path / name).parent.mkdir(exist_ok=True)
-            (path / name).write_text(content)
+            if isinstance(content, dict):  # bytes that are no text
+                (path / name).write_bytes(bytes.fromhex(content["hex"]))
+            else:
+                (path / name).write_text(content)
         for name, target in case.get("links", {}).items():
             (path / name).symlink_to(target)
         for name, target in case.get("hard_links", {}).items():
