@@ -286,7 +286,7 @@ void BatchLines::checkLastBar() {
          .bars = 1,
          .firstBar = static_cast<std::int32_t>(present - 1)});
   }
-  if (present > announced_ && announced_ >= 0) {
+  if (!shifted_ && present > announced_ && announced_ >= 0) {
     add({.code = "more-bars",
          .severity = Severity::warning,
          .message = say(texts::batchMoreBars, {numberText(announced_), numberText(present)}),

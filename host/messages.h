@@ -240,7 +240,8 @@ inline constexpr Text batchUnitBlank{
 inline constexpr Text batchUnitLine{
     "the unit stands in line {0} instead of 4: a batch text file begins with the number of nodes, "
     "the number of sections, a title, the unit and the number of bars, one a line",
-    "a unidade está na linha {0} em vez da 4: um arquivo de texto do modo batch começa com o número "
+    "a unidade está na linha {0} em vez da 4: um arquivo de texto do modo batch começa com o "
+    "número "
     "de nós, o número de seções, um título, a unidade e o número de barras, um por linha"};
 inline constexpr Text batchNumber{"\"{0}\" is not a number; it is read as {1}",
                                   "\"{0}\" não é um número; é lido como {1}"};
