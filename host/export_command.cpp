@@ -257,6 +257,9 @@ int runExportCommand(const ExportOptions& options) {
   }
   checkUse(options, outputs);
   planFiles(options, outputs);
+  if (!options.directory.empty()) {
+    makeFolder(options.directory);
+  }
   if (options.jobs > 1 && outputs.size() > 1) {
     std::vector<Job> jobs;
     for (std::size_t i = 0; i < outputs.size(); ++i) {

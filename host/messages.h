@@ -138,6 +138,11 @@ inline constexpr Text errorNotAllowed{"permission denied (read-only, or open in 
                                       "sem permissão (só de leitura ou aberto em outro programa?)"};
 inline constexpr Text errorNoFolder{"the file or its folder does not exist",
                                     "o arquivo ou a pasta não existe"};
+inline constexpr Text errorThisFolder{"the folder {0} does not exist", "a pasta {0} não existe"};
+inline constexpr Text errorNoFile{"the file does not exist", "o arquivo não existe"};
+inline constexpr Text errorMayNotRead{"no permission to read it", "sem permissão de leitura"};
+inline constexpr Text cannotMakeFolder{"cannot make the folder {0}: {1}",
+                                       "não foi possível criar a pasta {0}: {1}"};
 inline constexpr Text errorNotAFolder{"part of the path is not a folder",
                                       "uma parte do caminho não é uma pasta"};
 inline constexpr Text errorReadOnly{"the disk is read-only", "o disco é só de leitura"};
@@ -159,6 +164,8 @@ inline constexpr Text replaceByOutput{"name it with -o", "indique-o com -o"};
 inline constexpr Text replaceByView{"name it with the -o of exportifc view",
                                     "indique-o com -o em exportifc view"};
 inline constexpr Text replaceByHand{"remove it first", "remova-o antes"};
+inline constexpr Text emptyName{"{0} is empty: a name is missing",
+                                "{0} está vazio: falta um nome"};
 inline constexpr Text fileInput{"input", "entrada"};
 inline constexpr Text fileOutput{"output", "saída"};
 inline constexpr Text fileTemplate{"the viewer's page", "a página do visualizador"};

@@ -72,22 +72,32 @@ std::string displayName(const std::string& name) {
   return isStandardStream(name) ? say(texts::standardInput) : name;
 }
 
+namespace {
+
+void open(std::filebuf& file, const std::string& name) {
+  std::error_code ignored;
+  errno = std::filesystem::is_directory(pathOf(name), ignored) ? EISDIR : 0;
+  if (errno != 0 || file.open(pathOf(name), std::ios::in | std::ios::binary) == nullptr) {
+    throw Failure(exitUnreadable,
+                  say(texts::cannotRead, {name, readErrorText(name, errno != 0 ? errno : ENOENT)}));
+  }
+}
+
+}  // namespace
+
+void requireReadable(const std::string& name) {
+  if (!isStandardStream(name)) {
+    std::filebuf file;
+    open(file, name);
+  }
+}
+
 Model readModel(const std::string& name) {
   if (isStandardStream(name)) {
     return readFrom(*std::cin.rdbuf(), name);
   }
-  const auto refuse = [&](int error) {
-    throw Failure(exitUnreadable, say(texts::cannotRead, {name, systemErrorText(error)}));
-  };
-  std::error_code ignored;
-  if (std::filesystem::is_directory(pathOf(name), ignored)) {
-    refuse(EISDIR);
-  }
   std::filebuf file;
-  errno = 0;
-  if (file.open(pathOf(name), std::ios::in | std::ios::binary) == nullptr) {
-    refuse(errno != 0 ? errno : ENOENT);
-  }
+  open(file, name);
   return readFrom(file, name);
 }
 

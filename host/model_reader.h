@@ -12,6 +12,9 @@ namespace exportifc::host {
 /// reason.
 Model readModel(const std::string& name);
 
+/// Throws the Failure of `readModel` when there is no such file to read.
+void requireReadable(const std::string& name);
+
 /// `name`, or the word for standard input.
 std::string displayName(const std::string& name);
 

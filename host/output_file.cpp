@@ -68,6 +68,39 @@ std::string systemErrorText(int error) {
   return std::generic_category().message(error);
 }
 
+namespace {
+
+/// The folder of a file that cannot be there because it has none; otherwise empty.
+std::string missingFolder(const std::string& name) {
+  std::error_code ignored;
+  const fs::path folder = behindLinks(pathOf(name)).parent_path();
+  return folder.empty() || fs::exists(folder, ignored) ? "" : textOf(folder);
+}
+
+}  // namespace
+
+std::string readErrorText(const std::string& name, int error) {
+  if (error == EACCES || error == EPERM) {
+    return say(texts::errorMayNotRead);
+  }
+  return error == ENOENT && missingFolder(name).empty() ? say(texts::errorNoFile)
+                                                        : writeErrorText(name, error);
+}
+
+std::string writeErrorText(const std::string& name, int error) {
+  const std::string folder = error == ENOENT ? missingFolder(name) : "";
+  return folder.empty() ? systemErrorText(error) : say(texts::errorThisFolder, {folder});
+}
+
+void makeFolder(const std::string& name) {
+  std::error_code error;
+  fs::create_directories(pathOf(name), error);
+  if (error) {
+    throw Failure(exitNotWritten, say(texts::cannotMakeFolder,
+                                      {name, systemErrorText(system::errorNumber(error))}));
+  }
+}
+
 OutputFile::OutputFile(const std::string& target) : target_(target) {
   buffer_.reserve(bufferSize);
   if (isStandardStream(target)) {
@@ -155,7 +188,7 @@ void OutputFile::commit() {
 std::string OutputFile::failureText() const {
   const std::string name =
       isStandardStream(target_) ? say(texts::standardOutput) : std::string(target_);
-  return say(texts::cannotWrite, {name, systemErrorText(error_)});
+  return say(texts::cannotWrite, {name, writeErrorText(target_, error_)});
 }
 
 }  // namespace exportifc::host

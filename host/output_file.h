@@ -52,6 +52,13 @@ inline bool isStandardStream(std::string_view name) { return name == "-"; }
 /// The file that a path leads to, there or not: a link keeps pointing to what is replaced.
 std::filesystem::path behindLinks(const std::filesystem::path& path);
 
+/// Why the system refuses to read or write the file `name`: a folder that is missing is named.
+std::string readErrorText(const std::string& name, int error);
+std::string writeErrorText(const std::string& name, int error);
+
+/// Makes the folder and those above it; throws a Failure that names it.
+void makeFolder(const std::string& name);
+
 /// The system's reason for an error number, in the user's language.
 std::string systemErrorText(int error);
 

@@ -1,7 +1,6 @@
 #include "host/profiles_command.h"
 
 #include <filesystem>
-#include <system_error>
 #include <vector>
 
 #include "host/console.h"
@@ -98,8 +97,7 @@ void writeDrawings(const std::vector<const Family*>& chosen, const std::string& 
                           texts::replaceByHand);
     }
   }
-  std::error_code error;
-  fs::create_directories(pathOf(folder), error);
+  makeFolder(folder);
   for (const Family* const family : chosen) {
     if (family->parts.empty()) {
       continue;

@@ -78,6 +78,7 @@ int runViewCommand(const ViewOptions& options) {
   const std::string role = say(texts::filePageOf, {displayName(options.input)});
   options.output.empty() ? files.writesDerived(output, role, OwnFile::page, texts::replaceByOutput)
                          : files.writes(output, role);
+  requireReadable(options.input);  // a page that is missing is the smaller trouble
   const std::string page = readViewerTemplate(templatePath);
   const std::string name = isStandardStream(options.input)
                                ? displayName(options.input)

@@ -85,7 +85,7 @@ std::string readWholeFile(const std::string& path) {
   }
   if (!file.is_open()) {
     throw Failure(exitUnreadable,
-                  say(texts::cannotRead, {path, systemErrorText(errno != 0 ? errno : ENOENT)}));
+                  say(texts::cannotRead, {path, readErrorText(path, errno != 0 ? errno : ENOENT)}));
   }
   return {std::istreambuf_iterator<char>(file), {}};
 }
