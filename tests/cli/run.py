@@ -137,14 +137,16 @@ def expected(value):
     return value.removeprefix("\n")
 
 
+def content_bytes(content):
+    """What a case puts into a file: a text, or {hex = "..."} where it is none."""
+    return bytes.fromhex(content["hex"]) if isinstance(content, dict) else content.encode()
+
+
 def run_case(case):
     with folder() as path:
         for name, content in case.get("before", {}).items():
             (path / name).parent.mkdir(exist_ok=True)
-            if isinstance(content, dict):  # bytes that are no text
-                (path / name).write_bytes(bytes.fromhex(content["hex"]))
-            else:
-                (path / name).write_text(content)
+            (path / name).write_bytes(content_bytes(content))
         for name, target in case.get("links", {}).items():
             (path / name).symlink_to(target)
         for name, target in case.get("hard_links", {}).items():
@@ -171,7 +173,7 @@ def run_case(case):
             left = {n for n in found if n not in there} | set(files)
             for name, content in case.get("before", {}).items():
                 if name not in files:
-                    equal(found[name].read_bytes(), content.encode(), name)
+                    equal(found[name].read_bytes(), content_bytes(content), name)
             equal(sorted(left), sorted(files), "files")
         for name, wanted in files.items():
             data = found[name].read_bytes()
