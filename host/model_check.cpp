@@ -1,6 +1,8 @@
 #include "host/model_check.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <iterator>
 #include <map>
@@ -11,6 +13,7 @@
 #include "host/section_catalogue.h"
 #include "host/text_encoding.h"
 #include "model/batch_source.h"
+#include "step/number_format.h"
 
 namespace exportifc::host {
 
@@ -34,6 +37,15 @@ std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
     }
   }
   return uses;
+}
+
+/// The dimension as it reads in the file, where a tiny one is 0.
+double asWritten(double value) {
+  std::array<char, fixed5Capacity> text{};
+  const char* const end = putFixed5(text.data(), value);
+  double read = value;
+  std::from_chars(text.data(), end, read);
+  return read;
 }
 
 /// The problems of one section; `place` fills in which section and bars.
@@ -95,22 +107,22 @@ class SectionCheck {
 
   void checkDimensions(const Family& family) {
     for (const DimensionUse& use : family.dimensions) {
-      float value = section_.dims[static_cast<std::size_t>(use.index)];
-      if (family.secondSideAnywhere && use.index == 3) {
-        value = std::max({section_.dims[1], section_.dims[2], section_.dims[3]});
-      }
+      const double value = asWritten(dimensionValue(use.from, section_.dims));
       const std::string name = "d" + std::to_string(use.index);
       if (!std::isfinite(value)) {
         add("not-finite", say(texts::problemNotFinite, {name, meaningText(use.meaning)}),
             use.index);
-      } else if (value < 0.0F || (value == 0.0F && !use.mayBeZero)) {
+      } else if (value < 0.0 || (value == 0.0 && !use.mayBeZero)) {
         constexpr int decimals = 3;
-        add("missing-dimension",
-            value == 0.0F
+        std::string message =
+            value == 0.0
                 ? say(texts::problemMissing, {section_.text, name, meaningText(use.meaning)})
                 : say(texts::problemNegative, {section_.text, name, meaningText(use.meaning),
-                                               decimalText(double{value}, decimals)}),
-            use.index);
+                                               decimalText(value, decimals)});
+        if (use.from == Dimension::rectangleSide) {
+          message.append("; ").append(say(texts::secondSide));
+        }
+        add("missing-dimension", std::move(message), use.index);
       }
     }
   }

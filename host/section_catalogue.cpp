@@ -68,8 +68,10 @@ void addDimensions(Family& family, std::span<const FamilyArgument> arguments) {
     const int index = static_cast<int>(anySide ? Dimension::d3 : argument.from);
     if (std::none_of(family.dimensions.begin(), family.dimensions.end(),
                      [&](const DimensionUse& use) { return use.index == index; })) {
-      family.dimensions.push_back(
-          {.index = index, .meaning = argument.meaning, .mayBeZero = argument.mayBeZero});
+      family.dimensions.push_back({.index = index,
+                                   .from = argument.from,
+                                   .meaning = argument.meaning,
+                                   .mayBeZero = argument.mayBeZero});
     }
   }
   std::sort(family.dimensions.begin(), family.dimensions.end(),
@@ -104,13 +106,16 @@ std::span<const Family> families() {
 
 const Family* findFamilyWord(std::string_view word) {
   static const auto byWord = [] {
-    std::unordered_map<std::string_view, const Family*> map;
+    std::unordered_map<std::string, const Family*> map;
     for (const Family& family : families()) {
       map.emplace(family.word, &family);
+      for (const FamilyRow* const part : family.parts) {
+        map.emplace(narrow(part->name), &family);
+      }
     }
     return map;
   }();
-  const auto found = byWord.find(word);
+  const auto found = byWord.find(std::string(word));
   return found == byWord.end() ? nullptr : found->second;
 }
 

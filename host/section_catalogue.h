@@ -14,6 +14,7 @@ namespace exportifc::host {
 /// One dimension that a family reads.
 struct DimensionUse {
   int index = 0;  ///< of d0 to d9
+  Dimension from = Dimension::d0;
   Meaning meaning = Meaning::depth;
   bool mayBeZero = false;
 };
@@ -31,7 +32,8 @@ struct Family {
 /// All families, in the order of the module's table.
 std::span<const Family> families();
 
-/// Null when nobody knows the word.
+/// Of a family, or of one of its halves, which a section text may begin with, too. Null when nobody
+/// knows the word.
 const Family* findFamilyWord(std::string_view word);
 
 /// The known word that is probably meant; empty when none comes close.

@@ -40,14 +40,6 @@ double secondRectangleSide(const SectionDims& dims) {
   return dims[1];
 }
 
-double argumentValue(Dimension from, const SectionDims& dims) {
-  switch (from) {
-    case Dimension::zero: return 0.0;
-    case Dimension::rectangleSide: return secondRectangleSide(dims);
-    default: return dims[static_cast<std::size_t>(from)];
-  }
-}
-
 }  // namespace
 
 std::span<const FamilyRow> familyTable() {
@@ -67,12 +59,20 @@ const FamilyRow* findFamily(std::wstring_view name) {
   return found == rows.end() ? nullptr : found->second;
 }
 
+double dimensionValue(Dimension from, const SectionDims& dims) {
+  switch (from) {
+    case Dimension::zero: return 0.0;
+    case Dimension::rectangleSide: return secondRectangleSide(dims);
+    default: return dims[static_cast<std::size_t>(from)];
+  }
+}
+
 ProfileArguments profileArguments(const FamilyRow& row, const SectionDims& sectionDims,
                                   int flangeSide) {
   ProfileArguments arguments{static_cast<double>(flangeSide)};
   std::size_t next = 1;
   for (const FamilyArgument& argument : row.family->arguments) {
-    arguments[next++] = argumentValue(argument.from, sectionDims);
+    arguments[next++] = dimensionValue(argument.from, sectionDims);
   }
   return arguments;
 }

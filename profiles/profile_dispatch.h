@@ -31,6 +31,9 @@ std::span<const FamilyRow> familyTable();
 /// The row that decides for a family word or half; null for a name that nobody knows.
 const FamilyRow* findFamily(std::wstring_view name);
 
+/// The value of a dimension as the profile is written with it, in millimetres.
+double dimensionValue(Dimension from, const SectionDims& dims);
+
 /// What the row's writer is given for a section of dimensions d0 to d6.
 ProfileArguments profileArguments(const FamilyRow& row, const SectionDims& sectionDims,
                                   int flangeSide);
