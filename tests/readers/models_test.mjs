@@ -90,6 +90,23 @@ for (const [sample, count] of [['familias', 80], ['galpao', 608]]) {
   }
 }
 
+// ---- the box of two webs, whose outline touches itself: both readers leave its cell open, as that page says
+
+{
+  const page = readFileSync(new URL('../../docs/known-limits.md', import.meta.url), 'utf8');
+  const told = /`(PC [^`]+)` has ([\d ]+) mm².*: ([\d ]+) mm², \+(\d+) %/.exec(page);
+  run.check('the page tells the areas of a box of two webs', told !== null);
+  const [section, open, filled, more] = told ? [told[1], ...told.slice(2).map((text) => Number(text.replaceAll(' ', '')))] : [];
+  const bar = barsOf(sampleText('familias')).find((b) => b.section === section);
+  run.check('it is one of the sample', bar !== undefined, section);
+  const [d0, , d2, d3, d4] = section.split(' ').slice(1).map(Number);
+  run.check('its cell is what a filled one has more', near(filled, open + (d0 - 2 * d2) * (d4 - 2 * d3)) && near(more, 100 * (filled / open - 1), 0.5), `${open}, ${filled}, ${more} %`);
+  for (const [reader, elements] of readAll(exportSample('familias'))) {
+    const { volume } = measure(elements.find((e) => e.description === section));
+    run.check(`${reader}: the cell of ${section} is open`, near(volume / distance(bar.start, bar.end), open, 0.001 * open), `${(volume / distance(bar.start, bar.end)).toFixed(1)} mm²`);
+  }
+}
+
 // ---- units: coordinates are converted, dimensions never
 
 for (const [unit, factor] of [['m', 1000], ['cm', 10], ['mm', 1], ['ft', 1]]) {
