@@ -33,6 +33,7 @@ faults-program | full  | linux         | tests/reliability/program_faults.py
 faults-program-windows | full | windows wine | tests/reliability/program_faults.py build/windows/exportifc.exe
 other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
 msvc-host      | quick | windows wine  | tests/msvc_host/run.sh build/windows
+fresh-clone    | full  |               | scripts/checks/fresh_clone.sh
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
 cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc

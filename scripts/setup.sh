@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that are missing, and nothing else.
 #
-#   scripts/setup.sh [GROUP...]      groups: build, test, bench (default: build)
+#   scripts/setup.sh [GROUP...]      groups: build, program, test, bench (default: build)
 #
 # Silent when nothing is missing. Without root or password-free sudo it prints the command to
 # run and exits with 1.
@@ -17,6 +17,13 @@ build | g++                          | g++             | the native compiler
 build | g++-mingw-w64-x86-64-posix   | package         | the compiler for 64-bit Windows
 build | wine64 wine                  | package         | runs the Windows programs
 build | xvfb                         | Xvfb            | the screen on which they show their boxes
+program | cmake                      | cmake           | configures the build
+program | ninja-build                | ninja           | runs the build
+program | g++                        | g++             | the native compiler
+program | libcli11-dev               | package         | arguments of the command-line program
+program | nlohmann-json3-dev         | package         | the JSON model
+program | nodejs                     | node            | builds the page
+program | npm                        | npm             | its packages
 test  | googletest                   | package         | sources of GoogleTest, built for every target
 test  | clang                        | clang++         | second compiler; sanitizers and fuzzing
 test  | libclang-rt-14-dev           | package         | run-time libraries of the sanitizers
@@ -49,7 +56,7 @@ die() { echo "setup: $*" >&2; exit 1; }
 
 groups=" ${*:-build} "
 for group in $groups; do
-  case $group in build | test | bench) ;; *) die "unknown group '$group' (groups: build, test, bench)" ;; esac
+  case $group in build | program | test | bench) ;; *) die "unknown group '$group' (groups: build, program, test, bench)" ;; esac
 done
 
 installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }
