@@ -1,10 +1,11 @@
 #include "host/command_line.h"
 
 #include <algorithm>
-#include <sstream>
+#include <charconv>
 
 #include <CLI/CLI.hpp>
 
+#include "host/arguments.h"
 #include "host/check_command.h"
 #include "host/console.h"
 #include "host/convert_command.h"
@@ -21,6 +22,28 @@ namespace {
 
 constexpr const char* hidden = "";
 
+/// A name that may not be empty; `option` is what the message calls it.
+CLI::Validator someName(const std::string& option) {
+  return {[option](std::string& value) {
+            return value.empty() ? say(texts::useEmptyName, {option}) : std::string();
+          },
+          ""};
+}
+
+/// A number of processes.
+CLI::Validator jobCount() {
+  return {[](std::string& value) {
+            constexpr int most = 64;
+            int count = 0;
+            const char* const end = value.data() + value.size();
+            const auto read = std::from_chars(value.data(), end, count);
+            const bool isGood =
+                read.ec == std::errc() && read.ptr == end && count > 0 && count <= most;
+            return isGood ? std::string() : say(texts::useJobs, {value});
+          },
+          ""};
+}
+
 /// The program's commands and options, and the values they are given.
 class CommandLine {
  public:
@@ -31,10 +54,11 @@ class CommandLine {
     formatter->label("SUBCOMMAND", say(texts::helpCommand));
     formatter->label("OPTIONS", say(texts::helpOptionsWord));
     formatter->label("REQUIRED", say(texts::helpRequired));
+    formatter->label("Excludes", say(texts::helpExcludes));
     constexpr std::size_t optionColumn = 28;
     formatter->column_width(optionColumn);
     app_.formatter(formatter);
-    app_.option_defaults()->group(say(texts::helpOptions));
+    app_.option_defaults()->group(say(texts::helpOptions))->disable_flag_override();
     app_.set_help_flag("-h,--help", say(texts::helpHelp))->group(say(texts::helpOptions));
     app_.set_version_flag("--version", "exportifc " EXPORTIFC_VERSION, say(texts::helpVersion));
     app_.add_flag("--man", man_)->group(hidden);
@@ -50,12 +74,22 @@ class CommandLine {
   }
 
   int run(const std::vector<std::string>& arguments) {
+    const CLI::App& command = chosenCommand(app_, arguments);
+    if (askForHelp(arguments)) {
+      return print(&command == &app_ ? app_.help() : command.help("exportifc"));
+    }
+    if (askForVersion(arguments)) {
+      return print(app_.version());
+    }
+    if (const std::string text = misleadingArgument(command, arguments); !text.empty()) {
+      return refuse(command, text);
+    }
     // The library takes the last argument first.
     std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
     try {
       app_.parse(std::move(reversed));
     } catch (const CLI::ParseError& error) {
-      return explain(error);
+      return refuse(command, refusalText(app_, command, error));
     }
     if (man_) {
       return print(manualPage(app_));
@@ -91,53 +125,66 @@ class CommandLine {
     return command;
   }
 
+  template <typename Value>
+  static CLI::Option* addArgument(CLI::App* command, const Text& name, Value& value,
+                                  const Text& help) {
+    return command->add_option(say(name), value, say(help))
+        ->type_name("")
+        ->check(someName(say(name)));
+  }
+
+  /// An option that names a file or a folder.
+  static CLI::Option* addName(CLI::App* command, const std::string& names, std::string& value,
+                              const Text& help, const Text& kind) {
+    CLI::Option* const option = command->add_option(names, value, say(help));
+    return option->type_name(say(kind))->check(someName(option->get_name()));
+  }
+
   void addExport() {
     CLI::App* const command = add("export", texts::helpExport);
-    command->add_option("MODEL", export_.models, say(texts::helpModels))->required()->type_name("");
-    auto* const output = command->add_option("-o,--output", export_.output, say(texts::helpOutput))
-                             ->type_name("FILE");
-    command->add_option("--out-dir", export_.directory, say(texts::helpOutDir))
-        ->type_name("DIR")
+    addArgument(command, texts::wordModel, export_.models, texts::helpModels)->required();
+    auto* const output =
+        addName(command, "-o,--output", export_.output, texts::helpOutput, texts::wordFile);
+    addName(command, "--out-dir", export_.directory, texts::helpOutDir, texts::wordFolder)
         ->excludes(output);
     command->add_flag("--visible-only", export_.visibleOnly, say(texts::helpVisibleOnly));
     command->add_flag("--strict", export_.strict, say(texts::helpStrict));
     command->add_flag("--transliterate", export_.transliterate, say(texts::helpTransliterate));
     command->add_flag("--html", export_.html, say(texts::helpHtml));
-    command->add_option("--template", export_.viewerTemplate, say(texts::helpTemplate))
-        ->type_name("FILE");
-    command->add_option("-j,--jobs", export_.jobs, say(texts::helpJobs))->type_name("N");
+    addName(command, "--template", export_.viewerTemplate, texts::helpTemplate, texts::wordFile);
+    command->add_option("-j,--jobs", export_.jobs, say(texts::helpJobs))
+        ->type_name(say(texts::wordNumber))
+        ->check(jobCount());
     command->add_flag("-q,--quiet", export_.quiet, say(texts::helpQuiet));
   }
 
   void addCheck() {
     CLI::App* const command = add("check", texts::helpCheck);
-    command->add_option("MODEL", check_.models, say(texts::helpModels))->required()->type_name("");
+    addArgument(command, texts::wordModel, check_.models, texts::helpModels)->required();
     command->add_flag("--visible-only", check_.visibleOnly, say(texts::helpVisibleOnly));
     command->add_flag("--json", check_.json, say(texts::helpJson));
   }
 
   void addProfiles() {
     CLI::App* const command = add("profiles", texts::helpProfiles);
-    command->add_option("FAMILY", profiles_.family, say(texts::helpFamily))->type_name("");
-    command->add_option("--svg", profiles_.drawings, say(texts::helpSvg))->type_name("DIR");
+    addArgument(command, texts::wordFamily, profiles_.family, texts::helpFamily);
+    addName(command, "--svg", profiles_.drawings, texts::helpSvg, texts::wordFolder);
     command->add_flag("--markdown", profiles_.markdown, say(texts::helpMarkdown));
   }
 
   void addConvert() {
     CLI::App* const command = add("convert", texts::helpConvert);
-    command->add_option("MODEL", convert_.model, say(texts::helpModel))->required()->type_name("");
-    command->add_option("-o,--output", convert_.output, say(texts::helpConvertOutput))
-        ->required()
-        ->type_name("FILE");
+    addArgument(command, texts::wordModel, convert_.model, texts::helpModel)->required();
+    addName(command, "-o,--output", convert_.output, texts::helpConvertOutput, texts::wordFile)
+        ->required();
     command->add_flag("--strict", convert_.strict, say(texts::helpConvertStrict));
   }
 
   void addView() {
     CLI::App* const command = add("view", texts::helpView);
-    command->add_option("INPUT", view_.input, say(texts::helpViewInput))->required()->type_name("");
-    command->add_option("-o,--output", view_.output, say(texts::helpViewOutput))->type_name("FILE");
-    command->add_option("--template", view_.viewerTemplate, say(texts::helpTemplate))
-        ->type_name("FILE");
+    addArgument(command, texts::wordInput, view_.input, texts::helpViewInput)->required();
+    addName(command, "-o,--output", view_.output, texts::helpViewOutput, texts::wordFile);
+    addName(command, "--template", view_.viewerTemplate, texts::helpTemplate, texts::wordFile);
     command->add_flag("--visible-only", view_.visibleOnly, say(texts::helpVisibleOnly));
     command->add_flag("--transliterate", view_.transliterate, say(texts::helpTransliterate));
   }
@@ -150,29 +197,9 @@ class CommandLine {
     return exitOk;
   }
 
-  /// Help and version are not errors; the others are told in the user's language.
-  int explain(const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) {
-      std::ostringstream out;
-      std::ostringstream ignored;
-      app_.exit(error, out, ignored);
-      return print(out.str());
-    }
-    const std::string what = error.what();
-    std::string detail;
-    switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
-      case CLI::ExitCodes::RequiredError:  // "MODEL is required"
-        detail = say(texts::useMissing, {what.substr(0, what.find(' '))});
-        break;
-      case CLI::ExitCodes::ExtrasError:  // "The following argument was not expected: frob"
-        detail = say(texts::useUnknown, {what.substr(what.rfind(": ") + 2)});
-        break;
-      case CLI::ExitCodes::ExcludesError: detail = say(texts::useExcluded, {what}); break;
-      default: detail = say(texts::useWrong, {what});
-    }
-    const auto chosen = app_.get_subcommands();
-    const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
-    reportError(say(texts::useHelp, {detail, command}));
+  /// Says what is wrong and where the right use stands.
+  int refuse(const CLI::App& command, const std::string& text) const {
+    reportError(say(texts::useHelp, {text, &command == &app_ ? "" : command.get_name() + " "}));
     return exitBadUse;
   }
 

@@ -51,13 +51,14 @@ void reportMessages(const std::string& name, const Model& model, const ExportRes
   std::vector<Problem> problems;
   for (const ModuleMessage& message : result.messages) {
     const ModelSection& section = model.sections[static_cast<std::size_t>(message.section)];
-    problems.push_back({.code = "module-message",
-                        .severity = Severity::warning,
-                        .message = say(texts::moduleMessage, {message.text, section.text}),
-                        .pointer = sectionPointer(section) + "/text",
-                        .section = message.section,
-                        .bars = message.bars,
-                        .firstBar = message.firstBar});
+    problems.push_back(
+        {.code = "module-message",
+         .severity = Severity::warning,
+         .message = say(texts::moduleMessage, {moduleText(message.text), section.text}),
+         .pointer = sectionPointer(section) + "/text",
+         .section = message.section,
+         .bars = message.bars,
+         .firstBar = message.firstBar});
   }
   reportProblems(name, model, std::move(problems));
 }
@@ -169,10 +170,6 @@ void checkUse(const ExportOptions& options, const std::vector<std::string>& outp
   if (!options.output.empty() && outputs.size() > 1) {
     throw Failure(exitBadUse, say(texts::useOneOutput,
                                   {numberText(static_cast<std::int64_t>(outputs.size()))}));
-  }
-  constexpr int mostJobs = 64;
-  if (options.jobs < 1 || options.jobs > mostJobs) {
-    throw Failure(exitBadUse, say(texts::useJobs));
   }
   for (const std::string& output : outputs) {
     if (isStandardStream(output) && options.html) {

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/arguments.h"
 #include "host/messages.h"
 
 namespace exportifc::host {
@@ -62,33 +63,29 @@ std::string section(std::string_view title, const std::string& body) {
 std::string manualPage(const CLI::App& app) {
   std::string commands;
   for (const CLI::App* const command : app.get_subcommands({})) {
-    std::string synopsis = "exportifc " + command->get_name() + " [OPTIONS]";
-    for (const CLI::Option* const option : command->get_options()) {
-      if (option->get_positional()) {
-        const std::string name = option->get_name() + (option->get_expected_max() > 1 ? "..." : "");
-        synopsis += option->get_required() ? " " + name : " [" + name + "]";
-      }
-    }
     commands += ".SS " + roff(command->get_name()) + "\n" + roff(command->get_description()) +
-                ".\n.PP\n.B " + roff(synopsis) + "\n" + optionList(*command);
+                ".\n.PP\n.B " + roff(synopsis(*command)) + "\n" + optionList(*command);
   }
+  const auto variable = [](const char* names, const Text& text) {
+    return ".TP\n.B " + std::string(names) + "\n" + roff(say(text)) + "\n";
+  };
   return ".\\\" Made by exportifc \\-\\-man; do not edit.\n.TH EXPORTIFC 1 \"\" "
          "\"exportifc " EXPORTIFC_VERSION "\"\n" +
-         section("NAME", "exportifc \\- export structural models as IFC2X3 files\n") +
-         section("SYNOPSIS", ".B exportifc COMMAND [OPTIONS]\n") +
-         section("DESCRIPTION",
-                 roff(app.get_description()) + "\n" +
-                     "Models are JSON files (see docs/model\\-format.md) or the batch text files "
-                     "that the host writes.\n" +
-                     optionList(app)) +
-         section("COMMANDS", commands) + section("EXIT STATUS", roff(app.get_footer()) + ".\n") +
-         section(
-             "ENVIRONMENT",
-             ".TP\n.B EXPORTIFC_LANG, LC_ALL, LC_MESSAGES, LANG\nThe first that is set decides: "
-             "messages are Portuguese if it begins with pt, otherwise English.\n.TP\n.B "
-             "EXPORTIFC_VIEWER\nThe viewer's page, if it does "
-             "not lie beside the program.\n") +
-         section("EXAMPLES",
+         section(say(texts::manualName),
+                 std::string("exportifc \\- ") + say(texts::manualTitle) + "\n") +
+         section(say(texts::manualSynopsis), std::string(".B exportifc ") +
+                                                 say(texts::helpCommand) + " [" +
+                                                 say(texts::helpOptionsWord) + "]\n") +
+         section(say(texts::manualDescription), roff(app.get_description()) + "\n" +
+                                                    roff(say(texts::manualModels)) + "\n" +
+                                                    optionList(app)) +
+         section(say(texts::manualCommands), commands) +
+         section(say(texts::manualExitStatus), roff(app.get_footer()) + ".\n") +
+         section(say(texts::manualEnvironment),
+                 variable("EXPORTIFC_LANG", texts::manualLanguage) +
+                     variable("LC_ALL, LC_MESSAGES, LANG", texts::manualLocale) +
+                     variable("EXPORTIFC_VIEWER", texts::manualViewer)) +
+         section(say(texts::manualExamples),
                  ".nf\nexportifc export samples/galpao.json \\-o galpao.ifc\n"
                  "exportifc check \\-\\-json model.json\n"
                  "exportifc export \\-\\-jobs 4 \\-\\-out\\-dir ifc models/*.json\n"

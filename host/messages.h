@@ -114,6 +114,10 @@ std::string say(std::type_identity_t<TextWith<Count>> text,
   return fill(text.text, values);
 }
 
+/// What the module says in its own, fixed words, in quotes; for people who do not read them with
+/// their meaning behind: "Perfil Desconhecido" (unknown profile).
+std::string moduleText(const std::string& original);
+
 /// A whole number with its thousands grouped, a number with decimals.
 std::string numberText(std::int64_t value);
 std::string decimalText(double value, int decimals);
@@ -337,7 +341,7 @@ inline constexpr Text stoppedByUser{"interrupted by the user; nothing was writte
                                     "interrompido pelo usuário; nada foi gravado"};
 inline constexpr Text outOfMemory{"not enough memory", "memória insuficiente"};
 inline constexpr Text fileIncomplete{"the file has no end", "o arquivo ficou sem fim"};
-inline constexpr Text moduleMessage{"\"{0}\": section \"{1}\"", "\"{0}\": seção \"{1}\""};
+inline constexpr Text moduleMessage{"{0}: section \"{1}\"", "{0}: seção \"{1}\""};
 inline constexpr Text manyBars{"{0} {0:bar|bars}", "{0} {0:barra|barras}"};
 
 inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",
@@ -511,24 +515,94 @@ inline constexpr Text helpViewOutput{"the page (default: beside the input, .html
 inline constexpr Text helpHelp{"this help", "esta ajuda"};
 inline constexpr Text helpVersion{"the version", "a versão"};
 inline constexpr Text helpExitCodes{
-    "Exit codes: 0 fine, 1 problems found, 2 bad use, 3 input unreadable, 4 output not written",
-    "Códigos de saída: 0 tudo certo, 1 problemas no modelo, 2 uso incorreto, 3 entrada ilegível, "
-    "4 saída não gravada"};
+    "Exit codes: 0 fine, 1 problems in the model, 2 bad use, 3 input unreadable or no model, 4 "
+    "output not written; of several models all are done, and the largest code counts",
+    "Códigos de saída: 0 tudo certo, 1 problemas no modelo, 2 uso incorreto, 3 entrada ilegível ou "
+    "que não é modelo, 4 saída não gravada; de vários modelos, todos são feitos e vale o maior "
+    "código"};
+
+// ---- manual
+inline constexpr Text manualName{"NAME", "NOME"};
+inline constexpr Text manualTitle{"export structural models as IFC2X3 files",
+                                  "exporta modelos de estruturas como arquivos IFC2X3"};
+inline constexpr Text manualSynopsis{"SYNOPSIS", "SINOPSE"};
+inline constexpr Text manualDescription{"DESCRIPTION", "DESCRIÇÃO"};
+inline constexpr Text manualModels{
+    "Models are JSON files (see docs/model-format.md) or the batch text files that the host "
+    "writes.",
+    "Os modelos são arquivos JSON (veja docs/model-format.md) ou os arquivos de texto batch que o "
+    "programa hospedeiro grava."};
+inline constexpr Text manualCommands{"COMMANDS", "COMANDOS"};
+inline constexpr Text manualExitStatus{"EXIT STATUS", "CÓDIGOS DE SAÍDA"};
+inline constexpr Text manualEnvironment{"ENVIRONMENT", "AMBIENTE"};
+inline constexpr Text manualLanguage{
+    "The language of the messages: pt, português, en or english, in any case and with a country "
+    "behind (pt_BR); anything else is an error.",
+    "O idioma das mensagens: pt, português, en ou english, em maiúsculas ou minúsculas e também "
+    "com o país (pt_BR); qualquer outro valor é um erro."};
+inline constexpr Text manualLocale{
+    "Without EXPORTIFC_LANG the first of these that is set decides: Portuguese or, for any other "
+    "language, English. Without them, on Windows, the language of the system.",
+    "Sem EXPORTIFC_LANG decide a primeira destas que tem valor: português ou, para qualquer outro "
+    "idioma, inglês. Sem elas, no Windows, o idioma do sistema."};
+inline constexpr Text manualViewer{"The viewer's page, if it does not lie beside the program.",
+                                   "A página do visualizador, se não está junto ao programa."};
+inline constexpr Text manualExamples{"EXAMPLES", "EXEMPLOS"};
+
+// ---- help
 inline constexpr Text helpUsage{"Usage", "Uso"};
 inline constexpr Text helpOptions{"Options", "Opções"};
 inline constexpr Text helpPositionals{"Arguments", "Argumentos"};
 inline constexpr Text helpCommands{"Commands", "Comandos"};
 inline constexpr Text helpCommand{"COMMAND", "COMANDO"};
 inline constexpr Text helpOptionsWord{"OPTIONS", "OPÇÕES"};
-inline constexpr Text helpRequired{"REQUIRED", "OBRIGATÓRIO"};
-inline constexpr Text useHelp{"{0}; see exportifc {1}--help", "{0}; veja exportifc {1}--help"};
-inline constexpr Text useMissing{"something is missing: {0}", "falta algo: {0}"};
-inline constexpr Text useUnknown{"not understood: {0}", "não entendido: {0}"};
-inline constexpr Text useExcluded{"these do not go together: {0}", "estas não vão juntas: {0}"};
+inline constexpr Text helpRequired{"REQUIRED", "REQUERIDO"};
+inline constexpr Text helpExcludes{"Excludes", "Exclui"};
+inline constexpr Text wordModel{"MODEL", "MODELO"};
+inline constexpr Text wordInput{"INPUT", "ENTRADA"};
+inline constexpr Text wordFamily{"WORD", "PALAVRA"};
+inline constexpr Text wordFile{"FILE", "ARQUIVO"};
+inline constexpr Text wordFolder{"FOLDER", "PASTA"};
+inline constexpr Text wordNumber{"N", "N"};
+inline constexpr Text useHelp{"{0} (see exportifc {1}--help)", "{0} (veja exportifc {1}--help)"};
+inline constexpr Text useMissing{"{0} is missing; write {1}", "falta {0}; escreva {1}"};
+inline constexpr Text useCommandFirst{"a command comes first; write exportifc {0} {1}",
+                                      "primeiro vem um comando; escreva exportifc {0} {1}"};
+inline constexpr Text useNoCommand{"\"{0}\" is no command", "\"{0}\" não é um comando"};
+inline constexpr Text useCommands{"; the commands are {0}", "; os comandos são {0}"};
+inline constexpr Text useNoOption{"{0} has no option {1}", "{0} não tem a opção {1}"};
+inline constexpr Text useOptionOf{"{0} is an option of {1}; write exportifc {1} {0} ...",
+                                  "{0} é uma opção de {1}; escreva exportifc {1} {0} ..."};
+inline constexpr Text useOrder{"{0} stands before its command; write exportifc {1} {0} ...",
+                               "{0} está antes do comando; escreva exportifc {1} {0} ..."};
+inline constexpr Text useNameWithDash{"{0} is read as an option; write ./{0} for the file",
+                                      "{0} é lido como opção; escreva ./{0} para o arquivo"};
+inline constexpr Text useTooMany{"\"{0}\" is one name too many; write {1}",
+                                 "\"{0}\" é um nome a mais; escreva {1}"};
+inline constexpr Text useTwice{"{0} is given {1} times ({2}), but counts only once",
+                               "{0} foi dado {1} vezes ({2}), mas só vale uma"};
+inline constexpr Text useNoValue{"{0} takes no value; write {0} alone",
+                                 "{0} não leva valor; escreva só {0}"};
+inline constexpr Text useNeedsValue{"{0} needs a value; write {0} {1}",
+                                    "{0} precisa de um valor; escreva {0} {1}"};
+inline constexpr Text useValueIsOption{
+    "{0} needs a value, but the option {1} follows; write {0} {2} {1} (a file of that name is "
+    "./{1})",
+    "{0} precisa de um valor, mas segue a opção {1}; escreva {0} {2} {1} (um arquivo com esse nome "
+    "é "
+    "./{1})"};
+inline constexpr Text useEmptyName{"{0} \"\": a name cannot be empty",
+                                   "{0} \"\": um nome não pode ser vazio"};
+inline constexpr Text useExcluded{"{0} and {1} do not go together", "{0} e {1} não vão juntas"};
 inline constexpr Text useWrong{"wrong value: {0}", "valor errado: {0}"};
+inline constexpr Text languageUnknown{
+    "EXPORTIFC_LANG is \"{0}\"; allowed: pt, português, en, english",
+    "EXPORTIFC_LANG é \"{0}\"; permitido: pt, português, en, english"};
+inline constexpr Text unexpected{"unexpected failure: {0}", "falha inesperada: {0}"};
 inline constexpr Text useOneOutput{"-o names one file, but there are {0} models; use --out-dir",
                                    "-o indica um arquivo, mas há {0} modelos; use --out-dir"};
-inline constexpr Text useJobs{"--jobs must be 1 to 64", "--jobs deve ser de 1 a 64"};
+inline constexpr Text useJobs{"--jobs {0}: must be a whole number from 1 to 64",
+                              "--jobs {0}: deve ser um número inteiro de 1 a 64"};
 inline constexpr Text useHtmlOutput{"--html needs an IFC file that is not standard output",
                                     "--html precisa de um arquivo IFC que não seja a saída padrão"};
 inline constexpr Text useTerminal{

@@ -23,8 +23,11 @@ void prepareProcess();
 /// Whether the user asked the program to end.
 bool interrupted();
 
-/// The language of the user's session.
-Language sessionLanguage();
+/// A variable of the environment as UTF-8; empty when it is not set.
+std::string variable(const char* name);
+
+/// The language that the user has chosen for the system, apart from variables.
+Language userLanguage();
 
 bool inputIsTerminal();
 bool outputIsTerminal();

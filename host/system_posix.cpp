@@ -2,7 +2,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <string_view>
 #include <system_error>
 
 #include <sys/ioctl.h>
@@ -67,16 +66,12 @@ void prepareProcess() {
 
 bool interrupted() { return interruptSeen != 0; }
 
-Language sessionLanguage() {
-  for (const char* const name : {"EXPORTIFC_LANG", "LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const char* const value = std::getenv(name);
-    if (value != nullptr && *value != '\0') {
-      return std::string_view(value).substr(0, 2) == "pt" ? Language::portuguese
-                                                          : Language::english;
-    }
-  }
-  return Language::english;
+std::string variable(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr ? value : "";
 }
+
+Language userLanguage() { return Language::english; }  // variables are all there is
 
 bool inputIsTerminal() { return isatty(STDIN_FILENO) != 0; }
 bool outputIsTerminal() { return isatty(STDOUT_FILENO) != 0; }

@@ -7,7 +7,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
+#include <cstring>
 #include <system_error>
 
 #include <sys/stat.h>
@@ -116,14 +116,14 @@ void prepareProcess() {
 
 bool interrupted() { return interruptSeen; }
 
-Language sessionLanguage() {
-  for (const char* const name : {"EXPORTIFC_LANG", "LC_ALL", "LC_MESSAGES", "LANG"}) {
-    const char* const value = std::getenv(name);
-    if (value != nullptr && *value != '\0') {
-      return std::string_view(value).substr(0, 2) == "pt" ? Language::portuguese
-                                                          : Language::english;
-    }
-  }
+std::string variable(const char* name) {
+  // The narrow environment has lost what the system's code page does not know.
+  const std::wstring wideName(name, name + std::strlen(name));
+  const wchar_t* const value = _wgetenv(wideName.c_str());
+  return value != nullptr ? utf8(value) : "";
+}
+
+Language userLanguage() {
   return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_PORTUGUESE ? Language::portuguese
                                                                       : Language::english;
 }

@@ -188,6 +188,43 @@ def run_case(case):
             equal((path / model.name).read_bytes(), model.read_bytes(), f"the model {model.name}")
 
 
+CALLS = {"export": ["export", "-q", "-o", "out"], "strict": ["export", "-q", "--strict", "-o", "out"],
+         "check": ["check"], "convert": ["convert", "-o", "out"],
+         "view": ["view", "--template", "page.html", "-o", "out"]}
+
+
+def run_fault(fault):
+    def files_before(path):
+        (path / "page.html").write_text("<a>@EXPORTIFC_NAME@</a><b>@EXPORTIFC_MODEL@</b>")
+        for name, content in fault.get("before", {}).items():
+            (path / name).parent.mkdir(exist_ok=True)
+            (path / name).write_text(content)
+
+    found = {}
+    for name in fault["codes"]:
+        with folder() as path:
+            files_before(path)
+            words = [fault.get("output", "out") if word == "out" else word for word in CALLS[name]]
+            result = run(*words, fault["model"], *fault.get("more", []), cwd=path)
+            found[name] = result.returncode
+            check(result.returncode == 0 or result.stderr + result.stdout, f"{name} says nothing")
+    equal(found, fault["codes"], "exit codes")
+    if "output" in fault or "more" in fault:
+        return
+    for jobs in ([], ["--jobs", "2"]):
+        with folder() as path:
+            files_before(path)
+            (path / "sub").mkdir()
+            result = run("export", "-q", fault["model"], "one.json", "--out-dir", "sub", *jobs, cwd=path)
+            equal(result.returncode, fault["codes"]["export"], f"exit code with a sound model {jobs}")
+            check(is_exchange((path / "sub/one.ifc").read_bytes(), 1), "the sound model was not exported")
+    with folder() as path:
+        files_before(path)
+        result = run("check", fault["model"], "one.json", cwd=path)
+        equal(result.returncode, fault["codes"]["check"], "exit code with a sound model")
+        check("one.json: 1 bar, no problems" in text(result.stdout), "the sound model was not checked")
+
+
 # ---- same bytes
 
 @test
@@ -635,6 +672,19 @@ def the_model_of_the_documentation_is_exported():
 
 
 @native_only
+def help_and_manual_speak_one_language():
+    commands = ["export", "check", "profiles", "convert", "view"]
+    calls = [["--help"], ["--man"], *([name, "--help"] for name in commands)]
+    english = r"\b(the|with|when|write|without|file|folder|FILE|FOLDER|MODEL|OPTIONS|COMMAND|Usage|Options|Excludes|REQUIRED|NAME)\b"
+    portuguese = r"\b(sem|com|não|arquivo|pasta|ARQUIVO|PASTA|MODELO|OPÇÕES|COMANDO|Uso|Opções|Exclui|REQUERIDO|NOME)\b"
+    for arguments in calls:
+        for language, other in (("pt", english), ("en", portuguese)):
+            said = text(run(*arguments, language=language).stdout)
+            foreign = re.findall(other, re.sub(r"[\w.-]*-[\w-]+", "", said))
+            equal(foreign, [], f"{arguments} in {language}")
+
+
+@native_only
 def texts_that_differ_do_not_compile():
     for wanted, source in ((True, 'Text t{"{0} {0:bar|bars} {1}", "{1}: {0} {…}"}; std::string s = say(t, {"1", "x"});'),
                            (False, 'Text t{"{0}", "{1}"};'), (False, 'Text t{"{0}", "none"};'),
@@ -668,7 +718,11 @@ def main():
         os.execv(str(ROOT / "scripts/wine.sh"), ["wine.sh", "--session", sys.executable, *sys.argv])
     files = sorted((HERE / "cases").glob("*.toml"))
     cases = [case for file in files for case in tomllib.loads(file.read_text())["case"]]
-    everything = [(case["name"], lambda case=case: run_case(case)) for case in cases] + tests
+    cases += [case | {"name": case["name"] + ", in Portuguese", "lang": "pt", "err": case["err_pt"]}
+              for case in cases if "err_pt" in case]
+    faults = [fault for file in files for fault in tomllib.loads(file.read_text()).get("fault", [])]
+    everything = [(case["name"], lambda case=case: run_case(case)) for case in cases] + \
+        [("codes: " + fault["name"], lambda fault=fault: run_fault(fault)) for fault in faults] + tests
     if options.wine:
         everything = [(name, function) for name, function in everything if not getattr(function, "native_only", False)]
     twice = [name for name, count in collections.Counter(name for name, _ in everything).items() if count > 1]
