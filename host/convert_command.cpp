@@ -39,7 +39,7 @@ class BatchLosses {
   explicit BatchLosses(const Model& model) {
     for (std::size_t i = 0; i < model.bars.size(); ++i) {
       const ModelBar& bar = model.bars[i];
-      if (bar.type == neverExportedType) {
+      if (!barTypeOf(bar.type).isExported) {
         note(texts::lossType10, i);
         continue;
       }
@@ -104,7 +104,7 @@ void writeBatchModel(const Model& model, OutputFile& output) {
     output.write("\r\n");
   };
   const auto carried = std::count_if(model.bars.begin(), model.bars.end(), [](const ModelBar& bar) {
-    return bar.type != neverExportedType;
+    return barTypeOf(bar.type).isExported;
   });
   line(std::to_string(model.nodes.size()));
   line(std::to_string(model.sections.size()));
@@ -115,7 +115,7 @@ void writeBatchModel(const Model& model, OutputFile& output) {
   line(std::to_string(carried));
   for (std::size_t i = 0; i < model.bars.size(); ++i) {
     const ModelBar& bar = model.bars[i];
-    if (bar.type == neverExportedType) {
+    if (!barTypeOf(bar.type).isExported) {
       continue;
     }
     const std::string number = std::to_string(i + 1);

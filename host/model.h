@@ -1,14 +1,18 @@
 // A whole model in memory, as the model files tell it.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/problem.h"
 #include "model/bar.h"
+#include "model/bar_type.h"
+#include "model/length_unit.h"
 
 namespace exportifc::host {
 
@@ -36,24 +40,29 @@ enum class ModelFormat : std::uint8_t { json, batch };
 struct Model {
   ModelFormat format = ModelFormat::json;
   std::string title;
-  std::int32_t unitCode = -1;               ///< 0 m, 1 cm, 2 mm, other: as millimetres
-  std::vector<std::array<float, 3>> nodes;  ///< in the model's unit
+  std::int32_t unitCode = unknownLengthUnit;  ///< of `lengthUnits`
+  std::vector<std::array<float, 3>> nodes;    ///< in the model's unit
   std::vector<ModelSection> sections;
   std::vector<ModelBar> bars;
   std::vector<Problem> found;  ///< by the reader: values that it takes otherwise than they stand
   std::int32_t announcedBars = 0;  ///< batch: what the header says, at least the bars present
 };
 
-/// A bar that the loop never exports.
-inline constexpr std::uint8_t neverExportedType = 10;
-
-/// Readable names of the bar types 0 to 11, by their number.
-inline constexpr std::array<std::string_view, 12> barTypeNames = {
-    "member",     "frame-beam",  "floor-beam", "truss-chord", "column",       "bracing",
-    "crane-beam", "wind-column", "stair",      "truss-web",   "not-exported", "other"};
+/// Readable names of the bar types, by their number.
+inline constexpr auto barTypeNames = [] {
+  std::array<std::string_view, barTypeCount> names{};
+  std::transform(std::begin(barTypes), std::end(barTypes), names.begin(),
+                 [](const BarType& type) { return type.name; });
+  return names;
+}();
 
 /// Unit words by unit code.
-inline constexpr std::array<std::string_view, 3> unitNames = {"m", "cm", "mm"};
+inline constexpr auto unitNames = [] {
+  std::array<std::string_view, std::size(lengthUnits)> names{};
+  std::transform(std::begin(lengthUnits), std::end(lengthUnits), names.begin(),
+                 [](const LengthUnit& unit) { return unit.name; });
+  return names;
+}();
 
 inline bool isNode(const Model& model, std::int32_t index) {
   return index >= 0 && static_cast<std::size_t>(index) < model.nodes.size();

@@ -204,7 +204,7 @@ void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& prob
 }  // namespace
 
 bool isExported(const ModelBar& bar, bool visibleOnly) {
-  return bar.type != neverExportedType && (bar.visible || !visibleOnly);
+  return barTypeOf(bar.type).isExported && (bar.visible || !visibleOnly);
 }
 
 std::vector<Problem> checkReferences(const Model& model) {

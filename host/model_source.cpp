@@ -20,7 +20,7 @@ bool ModelSource::next(std::int32_t index, SourceBar& bar) {
   bar.dims = model_.sections[static_cast<std::size_t>(told.section)].dims;
   if (bar.record == nullptr) {
     ++skipped_.withoutRecord;
-  } else if (told.type == neverExportedType) {
+  } else if (!barTypeOf(told.type).isExported) {
     ++skipped_.notExportedType;
   } else if (visibleOnly_ && !told.visible) {
     ++skipped_.invisible;

@@ -43,23 +43,13 @@ struct BarGeometry {
 /// a whole export: what a source leaves alone keeps the value of the bar before.
 struct SourceBar {
   const BarRecord* record = nullptr;  ///< owned by the source or the host; null: no such record
-  float typeCode = 0.0F;              ///< truncated toward zero; see `EXPORTIFC_BAR_TYPE`
+  float typeCode = 0.0F;              ///< truncated toward zero; see `barTypes`
   std::int32_t visible = 0;           ///< 0 hidden
   float angle = 0.0F;                 ///< of the section about the bar, radians
   std::array<float, 3> start{};
   std::array<float, 3> end{};
   SectionDims dims{};
 };
-
-/// Factor from the model's length unit to millimetres: unit code 0 metre, 1 centimetre, any other
-/// none.
-constexpr double millimetresPer(std::int32_t unitCode) {
-  switch (unitCode) {
-    case 0: return 1000.0;
-    case 1: return 10.0;
-    default: return 1.0;
-  }
-}
 
 /// The record's section text up to its terminator (at most the field's 48 bytes), each byte
 /// sign-extended to a UTF-16 code unit: 0x80 to 0xFF become U+FF80 to U+FFFF on every platform.

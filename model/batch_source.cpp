@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "model/host_number.h"
+#include "model/length_unit.h"
 
 namespace exportifc {
 
@@ -98,13 +99,8 @@ void BatchReader::readHeader() {
   line();
   line();
   title_ = line();
-  const std::string_view unit = line();
-  if (unit == "m") {
-    unitCode_ = 0;
-  } else if (unit == "cm") {
-    unitCode_ = 1;
-  } else if (unit == "mm") {
-    unitCode_ = 2;
+  if (const LengthUnit* const unit = lengthUnitNamed(line()); unit != nullptr) {
+    unitCode_ = unit->code;
   }
   barCount_ = parseHostInteger(line());
 }

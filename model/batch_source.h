@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "model/bar_source.h"
+#include "model/length_unit.h"
 #include "model/line_reader.h"
 
 namespace exportifc {
@@ -48,7 +49,7 @@ class BatchReader {
 
   LineReader reader_;
   std::string title_;
-  std::int32_t unitCode_ = -1;  // an unknown unit: no conversion
+  std::int32_t unitCode_ = unknownLengthUnit;
   std::int32_t barCount_ = 0;
 };
 

@@ -9,6 +9,8 @@
 #include "elements/assemblies.h"
 #include "elements/bar_element.h"
 #include "model/bar.h"
+#include "model/bar_type.h"
+#include "model/length_unit.h"
 #include "platform/user_interface.h"
 #include "plugin/known_sections.h"
 #include "plugin/texts.h"
@@ -19,8 +21,6 @@ namespace exportifc {
 namespace {
 
 using EntityNumbers = std::vector<std::int32_t>;
-
-constexpr std::int32_t neverExportedType = 10;
 
 /// Truncated toward zero; NaN and values outside 32 bits give the smallest integer, as the
 /// processor's conversion does.
@@ -47,22 +47,14 @@ struct Groups {
   EntityNumbers trussElements;
   EntityNumbers storeyElements;
 
-  EntityNumbers& of(std::int32_t type) {
-    switch (type) {
-      case 1:
-      case 2:
-      case 4:
-      case 6:
-      case 7:
-      case 8: return frameElements;
-      case 3:
-      case 9: return trussElements;
+  EntityNumbers& of(BarGroup group) {
+    switch (group) {
+      case BarGroup::frame: return frameElements;
+      case BarGroup::truss: return trussElements;
       default: return storeyElements;
     }
   }
 };
-
-std::int32_t elementKindOf(std::int32_t type) { return type == 4 || type == 7 ? columnKind : 0; }
 
 void keep(EntityNumbers& elements, std::int32_t element) {
   if (element > 0) {
@@ -89,9 +81,9 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
       ui.show(texts::barProblem, texts::barProblemCaption);
       continue;
     }
-    const std::int32_t type = truncated(bar.typeCode);
+    const BarType& type = barTypeOf(truncated(bar.typeCode));
     const bool hidden = exportInvisible == answerNo && bar.visible == 0;
-    if (type == neverExportedType || hidden) {
+    if (!type.isExported || hidden) {
       continue;
     }
     // All that is read of the record is read here: a message box below lets the host run, which may
@@ -102,14 +94,14 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
       part.bar.start = millimetres(bar.start, factor);
       part.bar.end = millimetres(bar.end, factor);
       part.bar.rotation = rotation;
-      part.bar.elementKind = elementKindOf(type);
+      part.bar.elementKind = type.mayBeColumn ? columnKind : 0;
       if (!placement) {  // the second half lies where the first does
         placement = placementOf(part.bar);
       }
       const std::int32_t profile =
           writeProfile(writer, part.row, part.profileName(), bar.dims,
                        part.isHalf ? halfFlangeSide : simpleFlangeSide, ui);
-      keep(groups.of(type), writeBar(writer, part.bar, *placement, profile));
+      keep(groups.of(type.group), writeBar(writer, part.bar, *placement, profile));
     }
   }
   model.close();

@@ -41,10 +41,9 @@ extern "C" {
 typedef int32_t (*HostQuery)(uint64_t hostHandle, int32_t index, int32_t code, void* out);
 
 enum {
-  EXPORTIFC_LENGTH_UNIT = 0x25000C,     /* int32_t: 0 metre, 1 centimetre, 2 millimetre           */
+  EXPORTIFC_LENGTH_UNIT = 0x25000C,     /* int32_t: one of the units below                        */
   EXPORTIFC_BAR_COUNT = 0x50005,        /* int32_t: number of bars                                */
-  EXPORTIFC_BAR_TYPE = 0x210003,        /* float: bar type, truncated toward zero; 10 is not
-                                           exported; 1 2 4 6 7 8 frame, 3 9 truss, others storey  */
+  EXPORTIFC_BAR_TYPE = 0x210003,        /* float: one of the types below, truncated toward zero   */
   EXPORTIFC_BAR_VISIBLE = 0x210702,     /* int32_t: 0 hidden                                      */
   EXPORTIFC_BAR_RECORD = 0x210005,      /* uint32_t: address of the bar's BarRecord, 0 for none;
                                            64-bit hosts keep their records below 4 GiB            */
@@ -54,6 +53,25 @@ enum {
   EXPORTIFC_BAR_START_NODE = 0x21001F,  /* int32_t: node index of the bar's first end             */
   EXPORTIFC_BAR_END_NODE = 0x210020,    /* int32_t: node index of the bar's second end            */
   EXPORTIFC_NODE_COORDINATES = 0x220007 /* float[3]: x, y, z in the model's length unit           */
+};
+
+/* Answers to EXPORTIFC_LENGTH_UNIT. Any other is taken as millimetres. */
+enum { EXPORTIFC_METRES = 0, EXPORTIFC_CENTIMETRES = 1, EXPORTIFC_MILLIMETRES = 2 };
+
+/* Answers to EXPORTIFC_BAR_TYPE. Any other is exported as EXPORTIFC_OTHER is. */
+enum {
+  EXPORTIFC_MEMBER = 0,        /* storey                                        */
+  EXPORTIFC_FRAME_BEAM = 1,    /* frame assembly                                */
+  EXPORTIFC_FLOOR_BEAM = 2,    /* frame assembly                                */
+  EXPORTIFC_TRUSS_CHORD = 3,   /* truss assembly                                */
+  EXPORTIFC_COLUMN = 4,        /* frame assembly; a column when it is upright   */
+  EXPORTIFC_BRACING = 5,       /* storey                                        */
+  EXPORTIFC_CRANE_BEAM = 6,    /* frame assembly                                */
+  EXPORTIFC_WIND_COLUMN = 7,   /* frame assembly; a column when it is upright   */
+  EXPORTIFC_STAIR = 8,         /* frame assembly                                */
+  EXPORTIFC_TRUSS_WEB = 9,     /* truss assembly                                */
+  EXPORTIFC_NOT_EXPORTED = 10, /* never written                                 */
+  EXPORTIFC_OTHER = 11         /* storey                                        */
 };
 
 /* ---- Bar record ---------------------------------------------------------------------------- */

@@ -3,10 +3,14 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string>
+#include <string_view>
 
 #include <gtest/gtest.h>
 
+#include "model/bar_type.h"
+#include "model/length_unit.h"
 #include "support.h"
 
 namespace exportifc {
@@ -75,6 +79,21 @@ TEST(MillimetresPer, UnitCodes) {
   EXPECT_EQ(millimetresPer(2), 1.0);
   EXPECT_EQ(millimetresPer(3), 1.0);
   EXPECT_EQ(millimetresPer(-1), 1.0);
+}
+
+TEST(BarTypes, CodesOutsideTheTableAreAsOther) {
+  for (const std::int32_t code : {-1, 12, 1000, std::numeric_limits<std::int32_t>::min()}) {
+    EXPECT_EQ(&barTypeOf(code), &barTypeOf(EXPORTIFC_OTHER)) << code;
+  }
+  EXPECT_EQ(barTypeOf(EXPORTIFC_OTHER).group, BarGroup::storey);
+  EXPECT_TRUE(barTypeOf(EXPORTIFC_OTHER).isExported);
+}
+
+TEST(LengthUnits, NamesAreComparedWhole) {
+  EXPECT_EQ(lengthUnitNamed("cm")->code, EXPORTIFC_CENTIMETRES);
+  for (const std::string_view name : {"", "M", "mm ", " mm", "km", "c"}) {
+    EXPECT_EQ(lengthUnitNamed(name), nullptr) << name;
+  }
 }
 
 }  // namespace
