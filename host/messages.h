@@ -168,8 +168,7 @@ inline constexpr Text replaceByOutput{"name it with -o", "indique-o com -o"};
 inline constexpr Text replaceByView{"name it with the -o of exportifc view",
                                     "indique-o com -o em exportifc view"};
 inline constexpr Text replaceByHand{"remove it first", "remova-o antes"};
-inline constexpr Text emptyName{"{0} is empty: a name is missing",
-                                "{0} está vazio: falta um nome"};
+inline constexpr Text emptyName{"{0} is empty: a name is missing", "{0} está vazio: falta um nome"};
 inline constexpr Text fileInput{"input", "entrada"};
 inline constexpr Text fileOutput{"output", "saída"};
 inline constexpr Text fileTemplate{"the viewer's page", "a página do visualizador"};
@@ -318,6 +317,11 @@ inline constexpr Text problemMissing{"section \"{0}\": dimension {1} ({2}) is mi
 inline constexpr Text problemNegative{
     "section \"{0}\": dimension {1} ({2}) is {3}, it must be positive",
     "seção \"{0}\": a dimensão {1} ({2}) é {3}, mas deve ser positiva"};
+inline constexpr Text noteTouches{
+    "section \"{0}\": its outline touches itself; some programs fill the cell between its webs and "
+    "show a volume several times too large",
+    "seção \"{0}\": seu contorno toca a si mesmo; alguns programas preenchem a célula entre as "
+    "almas e mostram um volume várias vezes maior"};
 inline constexpr Text problemNotFinite{"dimension {0} ({1}) is not a finite number",
                                        "a dimensão {0} ({1}) não é um número finito"};
 inline constexpr Text problemBarNotFinite{"a coordinate or the angle is not a finite number",

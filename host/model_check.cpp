@@ -71,6 +71,10 @@ class SectionCheck {
       add("family-without-profile", say(texts::problemNoProfile, {word}));
     } else {
       checkDimensions(*family);
+      if (family->parts.front()->writer == ProfileWriter(Outline::pc)) {
+        add("outline-touches-itself", say(texts::noteTouches, {text}));
+        problems_.back().severity = Severity::note;
+      }
     }
   }
 
