@@ -1,6 +1,8 @@
 #include "host/check_command.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -10,6 +12,7 @@
 #include "host/messages.h"
 #include "host/model_check.h"
 #include "host/model_reader.h"
+#include "host/plausibility.h"
 #include "host/problem_report.h"
 
 namespace exportifc::host {
@@ -62,6 +65,7 @@ struct Finding {
   Json json;
 };
 
+/// "no problems", "2 problems, 1 note".
 std::string countText(const std::vector<Problem>& problems) {
   const auto notes = std::count_if(problems.begin(), problems.end(), isNote);
   const auto others = static_cast<std::int64_t>(problems.size()) - notes;
@@ -77,6 +81,12 @@ Finding checkOne(const std::string& name, const CheckOptions& options) {
     const Model model = readModel(name);
     finding.json["bars"] = model.bars.size();
     std::vector<Problem> problems = checkModel(model, options.visibleOnly);
+    if (options.notes) {
+      auto notes = checkPlausibility(model, options.visibleOnly);
+      std::move(notes.begin(), notes.end(), std::back_inserter(problems));
+    } else {
+      std::erase_if(problems, isNote);
+    }
     locate(name, model, problems);
     for (const Problem& problem : problems) {
       list.push_back(problemJson(name, model, problem));

@@ -9,6 +9,7 @@ namespace exportifc::host {
 struct CheckOptions {
   std::vector<std::string> models;
   bool visibleOnly = false;
+  bool notes = true;  ///< also say what is only unusual
   bool json = false;  ///< for programs
 };
 

@@ -162,12 +162,13 @@ class CommandLine {
     CLI::App* const command = add("check", texts::helpCheck);
     addArgument(command, texts::wordModel, check_.models, texts::helpModels)->required();
     command->add_flag("--visible-only", check_.visibleOnly, say(texts::helpVisibleOnly));
+    command->add_flag("!--no-notes", check_.notes, say(texts::helpNoNotes));
     command->add_flag("--json", check_.json, say(texts::helpJson));
   }
 
   void addProfiles() {
     CLI::App* const command = add("profiles", texts::helpProfiles);
-    addArgument(command, texts::wordFamily, profiles_.family, texts::helpFamily);
+    addArgument(command, texts::wordFamily, profiles_.words, texts::helpFamily);
     addName(command, "--svg", profiles_.drawings, texts::helpSvg, texts::wordFolder);
     command->add_flag("--markdown", profiles_.markdown, say(texts::helpMarkdown));
   }
@@ -187,6 +188,7 @@ class CommandLine {
     addName(command, "--template", view_.viewerTemplate, texts::helpTemplate, texts::wordFile);
     command->add_flag("--visible-only", view_.visibleOnly, say(texts::helpVisibleOnly));
     command->add_flag("--transliterate", view_.transliterate, say(texts::helpTransliterate));
+    command->add_flag("!--no-notes", view_.notes, say(texts::helpNoNotes));
   }
 
   static int print(std::string text) {

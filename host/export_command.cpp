@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <iterator>
 #include <new>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "host/console.h"
 #include "host/failure.h"
@@ -47,9 +50,46 @@ std::string pageFor(const std::string& output) {
   return textOf(pathOf(output).replace_extension(".html"));
 }
 
-void reportMessages(const std::string& name, const Model& model, const ExportResult& result) {
+/// What `check` finds, in a few lines; the file is written all the same.
+void reportFindings(const std::string& name, const Model& model, std::vector<Problem> problems) {
+  // Of a long list, the problems of the whole model are not to be missed, nor errors.
+  const auto rank = [](const Problem& problem) {
+    return std::pair(problem.bars > 0, problem.severity);
+  };
+  std::stable_sort(problems.begin(), problems.end(),
+                   [&](const Problem& a, const Problem& b) { return rank(a) < rank(b); });
+  constexpr std::size_t mostLines = 10;
+  const std::size_t found = problems.size();
+  problems.resize(std::min(found, mostLines));
+  for (Problem& problem : problems) {
+    problem.severity = Severity::warning;
+  }
+  reportProblems(name, model, std::move(problems));
+  const std::string count = numberText(static_cast<std::int64_t>(found));
+  if (found > mostLines) {
+    reportModelWarning(name, say(texts::exportProblemsMore, {count}));
+  } else if (found > 1) {
+    reportModelWarning(name, say(texts::checkProblems, {count}));
+  }
+}
+
+/// Whether a problem of the section says already what the module's message says.
+bool isTold(const ModuleMessage& message, const std::vector<Problem>& found) {
+  constexpr std::string_view told[] = {"empty-section", "unknown-family", "family-without-profile",
+                                       "text-too-long"};
+  return std::any_of(found.begin(), found.end(), [&](const Problem& problem) {
+    return problem.section == message.section &&
+           std::find(std::begin(told), std::end(told), problem.code) != std::end(told);
+  });
+}
+
+void reportMessages(const std::string& name, const Model& model, const ExportResult& result,
+                    const std::vector<Problem>& found) {
   std::vector<Problem> problems;
   for (const ModuleMessage& message : result.messages) {
+    if (isTold(message, found)) {
+      continue;
+    }
     const ModelSection& section = model.sections[static_cast<std::size_t>(message.section)];
     problems.push_back(
         {.code = "module-message",
@@ -144,7 +184,7 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   // Before the model: a page that is missing must not cost a long export.
   const std::string page =
       options.html ? readViewerTemplate(viewerTemplatePath(options.viewerTemplate)) : "";
-  const Model model = loadForExport(name, options);
+  const auto [model, problems] = loadForExport(name, options);
   OutputFile file(output);
   ExportResult result;
   {
@@ -160,7 +200,7 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
                     pageFor(output));
   }
   if (!options.quiet) {
-    reportMessages(name, model, result);
+    reportMessages(name, model, result, problems);
     printSummary(model, name, output, result,
                  std::chrono::duration<double>(Clock::now() - started).count());
   }
@@ -229,7 +269,7 @@ bool canRunBeside(const std::string& model, const std::string& output) {
 
 }  // namespace
 
-Model loadForExport(const std::string& name, const ExportOptions& options) {
+LoadedModel loadForExport(const std::string& name, const ExportOptions& options) {
   Model model = readModel(name);
   const auto refuse = [&](const std::vector<Problem>& problems) {
     if (std::all_of(problems.begin(), problems.end(), isNote)) {
@@ -244,7 +284,12 @@ Model loadForExport(const std::string& name, const ExportOptions& options) {
   }
   refuse(options.strict ? checkModel(model, options.visibleOnly)
                         : checkCharacters(model, options.visibleOnly));
-  return model;
+  std::vector<Problem> problems = checkModel(model, options.visibleOnly);
+  std::erase_if(problems, isNote);
+  if (!options.quiet) {
+    reportFindings(name, model, problems);
+  }
+  return {.model = std::move(model), .problems = std::move(problems)};
 }
 
 int runExportCommand(const ExportOptions& options) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/model.h"
+#include "host/model_check.h"
 
 namespace exportifc::host {
 
@@ -24,8 +25,15 @@ struct ExportOptions {
 /// Exports every model; goes on after one that fails. Returns the exit code.
 int runExportCommand(const ExportOptions& options);
 
+/// A model that can be exported, and what `check` finds in it all the same.
+struct LoadedModel {
+  Model model;
+  std::vector<Problem> problems;
+};
+
 /// Reads a model and makes it ready for an export: references sound, no character that would end
 /// the file, no problem at all with `strict`. Throws a Failure, after having reported each problem.
-Model loadForExport(const std::string& name, const ExportOptions& options);
+/// Problems that do not stop the export are reported as warnings, unless `quiet`.
+LoadedModel loadForExport(const std::string& name, const ExportOptions& options);
 
 }  // namespace exportifc::host

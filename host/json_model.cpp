@@ -374,7 +374,10 @@ bool ModelBuilder::end_array() {
       in_ = In::nodes;
       model_.nodes.push_back(node_);
       break;
-    case In::dims: in_ = In::section; break;
+    case In::dims:
+      model_.sections[static_cast<std::size_t>(section_)].givenDims = static_cast<int>(item_);
+      in_ = In::section;
+      break;
     default:
       if (item_ != 2) {
         failAround(In::bar, say(texts::twoNodes, {std::to_string(item_)}));

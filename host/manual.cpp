@@ -6,6 +6,7 @@
 
 #include "host/arguments.h"
 #include "host/messages.h"
+#include "host/section_catalogue.h"
 
 namespace exportifc::host {
 
@@ -92,6 +93,15 @@ std::string manualPage(const CLI::App& app) {
                  "exportifc view model.json \\-o model.html\n.fi\n");
 }
 
+/// Families as words of a shell, where brackets and arrows need quotes.
+std::string quotedFamilies() {
+  std::string text;
+  for (const Family& family : families()) {
+    text += " '" + family.word + "'";
+  }
+  return text;
+}
+
 std::string bashCompletion(const CLI::App& app) {
   const auto words = [](const CLI::App& from) {
     std::string text;
@@ -111,7 +121,9 @@ std::string bashCompletion(const CLI::App& app) {
   std::string cases;
   for (const CLI::App* const command : app.get_subcommands({})) {
     commands += command->get_name() + " ";
-    cases += "    " + command->get_name() + ") words=\"" + words(*command) + "\" ;;\n";
+    const bool takesFamily = command->get_name() == "profiles";
+    cases += "    " + command->get_name() + ") words=\"" + words(*command) +
+             (takesFamily ? quotedFamilies() : "") + "\" ;;\n";
   }
   return "# Completion of exportifc for bash; made by exportifc --completion, do not edit.\n"
          "_exportifc() {\n"
@@ -120,7 +132,7 @@ std::string bashCompletion(const CLI::App& app) {
          cases + "    *) words=\"" + commands + words(app) +
          "\" ;;\n"
          "  esac\n"
-         "  if [[ $COMP_CWORD -gt 1 && $current != -* ]]; then\n"
+         "  if [[ $COMP_CWORD -gt 1 && $current != -* && ${COMP_WORDS[1]} != profiles ]]; then\n"
          "    mapfile -t COMPREPLY < <(compgen -f -- \"$current\")\n"
          "  else\n"
          "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\")\n"

@@ -314,6 +314,42 @@ inline constexpr Text problemControl{"the section text has a control character (
                                      "fim de linha)"};
 inline constexpr Text problemMissing{"section \"{0}\": dimension {1} ({2}) is missing",
                                      "seção \"{0}\": falta a dimensão {1} ({2})"};
+inline constexpr Text problemNotANumber{
+    "section \"{0}\": \"{2}\" for {1} is no number and is read as 0",
+    "seção \"{0}\": \"{2}\" em {1} não é um número e é lido como 0"};
+inline constexpr Text problemNumberCut{"section \"{0}\": \"{2}\" for {1} is read as {3}",
+                                       "seção \"{0}\": \"{2}\" em {1} é lido como {3}"};
+inline constexpr Text problemGlued{
+    "section \"{0}\": in \"{1}\" the piece behind the last x, \"{2}\", is not read",
+    "seção \"{0}\": em \"{1}\" o que vem depois do último x, \"{2}\", não é lido"};
+inline constexpr Text problemGluedCut{"section \"{0}\": in \"{1}\", \"{2}\" is read as {3}",
+                                      "seção \"{0}\": em \"{1}\", \"{2}\" é lido como {3}"};
+inline constexpr Text problemGrouped{
+    "section \"{0}\": \"{2}\" for {1} is read as {3}; if {4} is meant, write it without the "
+    "separator",
+    "seção \"{0}\": \"{2}\" em {1} é lido como {3}; se o valor é {4}, escreva-o sem o separador"};
+inline constexpr Text adviceBlanks{"; write blanks between the dimensions",
+                                   "; separe as dimensões com espaços"};
+inline constexpr Text adviceWriteBlanks{"; write blanks: \"{0}\"", "; separe com espaços: \"{0}\""};
+inline constexpr Text adviceMillimetres{"; write the number alone, in millimetres",
+                                        "; escreva só o número, em milímetros"};
+inline constexpr Text adviceNoThousands{
+    "; a number has one decimal sign and no separator of thousands, and blanks stand between two "
+    "dimensions",
+    "; um número tem um só sinal decimal, sem separador de milhares, e há espaço entre duas "
+    "dimensões"};
+inline constexpr Text adviceLeadingBlank{"; it begins with a blank, so the word is empty",
+                                         "; começa com um espaço, e assim a palavra fica vazia"};
+inline constexpr Text adviceOtherBlank{"; a tab or a no-break space is no blank",
+                                       "; tabulação e espaço inseparável não valem como espaço"};
+inline constexpr Text adviceOrder{"; {0} reads {1}", "; {0} lê {1}"};
+inline constexpr Text adviceSecondSide{"; {0}", "; {0}"};
+inline constexpr Text adviceCase{"; it must be in capitals", "; deve estar em maiúsculas"};
+inline constexpr Text adviceBlankMissing{"; a blank is missing behind \"{0}\"",
+                                         "; falta um espaço depois de \"{0}\""};
+inline constexpr Text adviceWrite{"; write \"{0}\"", "; escreva \"{0}\""};
+inline constexpr Text adviceStillMissing{", and also {0}", ", e ainda {0}"};
+inline constexpr Text adviceShape{"; families of this shape: {0}", "; famílias desta forma: {0}"};
 inline constexpr Text problemNegative{
     "section \"{0}\": dimension {1} ({2}) is {3}, it must be positive",
     "seção \"{0}\": a dimensão {1} ({2}) é {3}, mas deve ser positiva"};
@@ -333,10 +369,43 @@ inline constexpr Text problemUnit{
     "a unidade \"{0}\" não é m, cm nem mm; as coordenadas são tomadas como milímetros"};
 inline constexpr Text problemMissingBars{"the file announces {0} {0:bar|bars}, but holds {1}",
                                          "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}"};
-inline constexpr Text problemNoBars{"no bar would be exported", "nenhuma barra seria exportada"};
+inline constexpr Text problemNoBars{"the model has no bars", "o modelo não tem barras"};
+inline constexpr Text problemAllLeftOut{"all bars are left out: {0}",
+                                        "todas as barras ficam fora: {0}"};
 inline constexpr Text didYouMean{"; did you mean {0}?", "; você quis dizer {0}?"};
 
 inline constexpr Text barsFrom{"{0}, first: {1}", "{0}, primeira: {1}"};
+
+// ---- what is only unusual
+inline constexpr Text noteSmallDimension{"section \"{0}\": {1} is only {2} mm",
+                                         "seção \"{0}\": {1} tem só {2} mm"};
+inline constexpr Text noteLargeDimension{
+    "section \"{0}\": {1} is {2} mm, more than 3 m; dimensions are millimetres",
+    "seção \"{0}\": {1} tem {2} mm, mais de 3 m; as dimensões são em milímetros"};
+inline constexpr Text noteThick{
+    "section \"{0}\": {1} is {2} mm, more than half of {3}, {4} mm; perhaps in the wrong order?",
+    "seção \"{0}\": {1} tem {2} mm, mais da metade de {3}, {4} mm; talvez fora de ordem?"};
+inline constexpr Text noteTextDims{
+    "section \"{0}\": the text says {1}, but \"dims\" says {3} for {2}; the bars get the latter",
+    "seção \"{0}\": o texto diz {1}, mas \"dims\" diz {3} em {2}; as barras ficam com este valor"};
+inline constexpr Text noteShortBar{
+    "the bar is {0} mm long, shorter than its section \"{1}\" is deep ({2} mm)",
+    "a barra tem {0} mm, menos que a altura da sua seção \"{1}\" ({2} mm)"};
+inline constexpr Text noteAngle{
+    "the angle is {0}, more than a whole turn; angles are radians, are these degrees?",
+    "o ângulo é {0}, mais que uma volta inteira; ângulos são em radianos, estes são graus?"};
+inline constexpr Text noteSamePlace{"the bar lies where bar {0} lies: the same two ends",
+                                    "a barra está no lugar da barra {0}: as mesmas extremidades"};
+inline constexpr Text noteSmallModel{"the whole model measures {0} m; is the unit right ({1})?",
+                                     "o modelo inteiro mede {0} m; a unidade está certa ({1})?"};
+inline constexpr Text noteLargeModel{"the whole model measures {0} km; is the unit right ({1})?",
+                                     "o modelo inteiro mede {0} km; a unidade está certa ({1})?"};
+inline constexpr Text noteUnusedSections{
+    "{0} {0:section|sections} used by no bar: {1}",
+    "{0} {0:seção|seções} sem nenhuma barra que {0:a|as} use: {1}"};
+inline constexpr Text noteUnusedNodes{
+    "{0} {0:node|nodes} used by no bar, the first is node {1}",
+    "{0} {0:nó|nós} sem nenhuma barra que {0:o|os} use, o primeiro é o nó {1}"};
 
 // ---- export
 inline constexpr Text nothingWritten{"{0}: nothing was written", "{0}: nada foi gravado"};
@@ -345,6 +414,9 @@ inline constexpr Text stoppedByUser{"interrupted by the user; nothing was writte
                                     "interrompido pelo usuário; nada foi gravado"};
 inline constexpr Text outOfMemory{"not enough memory", "memória insuficiente"};
 inline constexpr Text fileIncomplete{"the file has no end", "o arquivo ficou sem fim"};
+inline constexpr Text exportProblemsMore{
+    "{0} {0:problem|problems}; exportifc check shows all",
+    "{0} {0:problema|problemas}; exportifc check mostra todos"};
 inline constexpr Text moduleMessage{"{0}: section \"{1}\"", "{0}: seção \"{1}\""};
 inline constexpr Text manyBars{"{0} {0:bar|bars}", "{0} {0:barra|barras}"};
 
@@ -408,6 +480,7 @@ inline constexpr Text badTemplate{"{0} is not the viewer's page",
                                   "{0} não é a página do visualizador"};
 
 // ---- profiles
+inline constexpr Text explainNotRead{"not read by this family", "esta família não a lê"};
 inline constexpr Text profilesTwoHalves{" (two halves)", " (duas metades)"};
 inline constexpr Text profilesNoProfile{"no profile: both halves become squares of 4 mm",
                                         "sem perfil: as duas metades viram quadrados de 4 mm"};
@@ -504,8 +577,11 @@ inline constexpr Text helpTemplate{"the viewer's page, if not beside the program
                                    "a página do visualizador, se não está junto ao programa"};
 inline constexpr Text helpJson{"for programs: one JSON array, one object for each model",
                                "para programas: uma lista JSON, um objeto por modelo"};
-inline constexpr Text helpFamily{"a family word (default: all)",
-                                 "uma palavra de família (sem ela: todas)"};
+inline constexpr Text helpNoNotes{"do not say what is only unusual",
+                                  "não diz o que é apenas incomum"};
+inline constexpr Text helpFamily{
+    "a family word, or a section text to explain (default: all families)",
+    "uma palavra de família, ou um texto de seção a explicar (sem ela: todas as famílias)"};
 inline constexpr Text helpSvg{"write a drawing of each family into this folder",
                               "grava um desenho de cada família nesta pasta"};
 inline constexpr Text helpMarkdown{"the page docs/profiles.md", "a página docs/profiles.md"};

@@ -21,6 +21,7 @@ struct ModelSection {
   std::string name;  ///< by which bars refer to it
   std::string text;  ///< family word and dimensions: what the file will hold
   SectionDims dims{};
+  int givenDims = -1;   ///< how many the model lists; below 0: they are read from the text
   bool defined = true;  ///< false: bars refer to a name that the model does not define
 };
 

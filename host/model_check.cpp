@@ -1,8 +1,6 @@
 #include "host/model_check.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <iterator>
 #include <map>
@@ -10,10 +8,8 @@
 
 #include "host/json_places.h"
 #include "host/messages.h"
-#include "host/section_catalogue.h"
+#include "host/section_check.h"
 #include "host/text_encoding.h"
-#include "model/batch_source.h"
-#include "step/number_format.h"
 
 namespace exportifc::host {
 
@@ -39,103 +35,6 @@ std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
   return uses;
 }
 
-/// The dimension as it reads in the file, where a tiny one is 0.
-double asWritten(double value) {
-  std::array<char, fixed5Capacity> text{};
-  const char* const end = putFixed5(text.data(), value);
-  double read = value;
-  std::from_chars(text.data(), end, read);
-  return read;
-}
-
-/// The problems of one section; `place` fills in which section and bars.
-class SectionCheck {
- public:
-  SectionCheck(const ModelSection& section, const Problem& place, std::vector<Problem>& problems)
-      : section_(section), place_(place), problems_(problems) {}
-
-  void run() {
-    const std::string& text = section_.text;
-    checkText();
-    if (text.find_first_not_of(' ') == std::string::npos) {
-      add("empty-section", say(texts::problemEmptySection));
-      return;
-    }
-    const std::string word = text.substr(0, text.find(' '));
-    const Family* const family = findFamilyWord(word);
-    if (family == nullptr) {
-      const std::string near = nearestFamily(word);
-      add("unknown-family", say(texts::problemFamily, {word}) +
-                                (near.empty() ? std::string() : say(texts::didYouMean, {near})));
-    } else if (family->parts.empty()) {
-      add("family-without-profile", say(texts::problemNoProfile, {word}));
-    } else {
-      checkDimensions(*family);
-      if (family->parts.front()->writer == ProfileWriter(Outline::pc)) {
-        add("outline-touches-itself", say(texts::noteTouches, {text}));
-        problems_.back().severity = Severity::note;
-      }
-    }
-  }
-
- private:
-  void add(const char* code, std::string message, int dimension = -1) {
-    Problem problem = place_;
-    problem.code = code;
-    problem.message = std::move(message);
-    problem.dimension = dimension;
-    if (dimension >= 0 && section_.dims != parseSectionDims(section_.text)) {
-      problem.pointer = sectionPointer(section_) + "/dims/" + std::to_string(dimension);
-    }
-    problems_.push_back(std::move(problem));
-  }
-
-  void checkText() {
-    constexpr std::size_t longest = sizeof(BarRecord::sectionName) - 1;
-    const std::string& text = section_.text;
-    if (text.size() > longest) {
-      add("text-too-long",
-          say(texts::problemTooLong, {text, std::to_string(text.size()), std::to_string(longest)}));
-    }
-    if (text.find_first_of("'\\") != std::string::npos) {
-      add("quote-character", say(texts::problemQuote, {text}));
-    }
-    if (text.find("*/") != std::string::npos) {
-      add("comment-end", say(texts::problemComment, {text}));
-    }
-    if (std::any_of(text.begin(), text.end(),
-                    [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; })) {
-      add("control-character", say(texts::problemControl));
-    }
-  }
-
-  void checkDimensions(const Family& family) {
-    for (const DimensionUse& use : family.dimensions) {
-      const double value = asWritten(dimensionValue(use.from, section_.dims));
-      const std::string name = "d" + std::to_string(use.index);
-      if (!std::isfinite(value)) {
-        add("not-finite", say(texts::problemNotFinite, {name, meaningText(use.meaning)}),
-            use.index);
-      } else if (value < 0.0 || (value == 0.0 && !use.mayBeZero)) {
-        constexpr int decimals = 3;
-        std::string message =
-            value == 0.0
-                ? say(texts::problemMissing, {section_.text, name, meaningText(use.meaning)})
-                : say(texts::problemNegative, {section_.text, name, meaningText(use.meaning),
-                                               decimalText(value, decimals)});
-        if (use.from == Dimension::rectangleSide) {
-          message.append("; ").append(say(texts::secondSide));
-        }
-        add("missing-dimension", std::move(message), use.index);
-      }
-    }
-  }
-
-  const ModelSection& section_;
-  const Problem& place_;
-  std::vector<Problem>& problems_;
-};
-
 void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
   const auto uses =
       usesOf(model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); });
@@ -145,13 +44,11 @@ void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& p
                           .section = static_cast<std::int32_t>(i),
                           .bars = uses[i].bars,
                           .firstBar = uses[i].firstBar};
-      SectionCheck(model.sections[i], place, problems).run();
+      auto found = checkSection(model.sections[i], place);
+      std::move(found.begin(), found.end(), std::back_inserter(problems));
     }
   }
 }
-
-/// Millimetres below which a bar has no direction.
-constexpr double shortestBar = 0.01;
 
 void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
   Problem shortBars{
@@ -187,6 +84,37 @@ void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& probl
   }
 }
 
+/// Whether any bar is written, and why none is.
+void checkLeftOut(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  std::int64_t hidden = 0;
+  std::int64_t unwanted = 0;
+  std::int64_t tooLong = 0;
+  for (const ModelBar& bar : model.bars) {
+    if (!fitsRecord(model.sections[static_cast<std::size_t>(bar.section)])) {
+      ++tooLong;
+    } else if (!barTypeOf(bar.type).isExported) {
+      ++unwanted;
+    } else if (visibleOnly && !bar.visible) {
+      ++hidden;
+    } else {
+      return;
+    }
+  }
+  std::string reasons;
+  const auto add = [&](const Text& pattern, std::int64_t count) {
+    if (count > 0) {
+      reasons += (reasons.empty() ? "" : ", ") + fill(pattern, {numberText(count)});
+    }
+  };
+  add(texts::sumInvisible, hidden);
+  add(texts::sumType10, unwanted);
+  add(texts::sumTooLong, tooLong);
+  problems.push_back({.code = "no-bars",
+                      .severity = Severity::warning,
+                      .message = say(texts::problemAllLeftOut, {reasons}),
+                      .pointer = "/bars"});
+}
+
 void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
   const auto warn = [&](const char* code, const char* pointer, std::string message) {
     problems.push_back({.code = code,
@@ -199,9 +127,10 @@ void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& prob
     warn("missing-bars", "/bars",
          say(texts::problemMissingBars, {numberText(model.announcedBars), numberText(present)}));
   }
-  if (std::none_of(model.bars.begin(), model.bars.end(),
-                   [&](const ModelBar& bar) { return isExported(bar, visibleOnly); })) {
+  if (model.bars.empty()) {
     warn("no-bars", "/bars", say(texts::problemNoBars));
+  } else {
+    checkLeftOut(model, visibleOnly, problems);
   }
 }
 

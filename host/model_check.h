@@ -14,7 +14,10 @@ namespace exportifc::host {
 std::string barPointer(std::int32_t index);
 std::string sectionPointer(const ModelSection& section);
 
-/// Bars that an export writes.
+/// Millimetres below which a bar has no direction.
+inline constexpr double shortestBar = 0.01;
+
+/// Bars that an export does not leave out for their type or visibility.
 bool isExported(const ModelBar& bar, bool visibleOnly);
 
 /// Node indexes out of range and sections that are not defined: with these, nothing can be
@@ -24,8 +27,8 @@ std::vector<Problem> checkReferences(const Model& model);
 /// Section texts with characters at which the file would end, of bars that are exported.
 std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly);
 
-/// Everything, in the order: references, what the reader found, characters, sections, bars, the
-/// model as a whole.
+/// Every error and warning, in the order: references, what the reader found, characters, sections,
+/// bars, the model as a whole. What is only unusual, `checkPlausibility` says.
 std::vector<Problem> checkModel(const Model& model, bool visibleOnly);
 
 /// Writes what the file cannot hold as plain letters.

@@ -171,6 +171,8 @@ void reportModelWarning(const std::string& name, const std::string& message) {
   printError(lineOf(name, problem, message));
 }
 
+std::string severityText(Severity severity) { return say(severityWord(severity)); }
+
 const char* severityCode(Severity severity) {
   return severity == Severity::error ? "error" : severity == Severity::warning ? "warning" : "note";
 }

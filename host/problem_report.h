@@ -42,6 +42,9 @@ void reportProblems(const std::string& name, const Model& model, std::vector<Pro
 /// A warning of the model as a whole, on standard error.
 void reportModelWarning(const std::string& name, const std::string& message);
 
+/// The word for people, in their language.
+std::string severityText(Severity severity);
+
 /// The word for programs: "error", "warning", "note".
 const char* severityCode(Severity severity);
 

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace exportifc::host {
 
 struct ProfilesOptions {
-  std::string family;     ///< empty: all
+  /// A family word, or a section text, in one argument or several; empty: all families.
+  std::vector<std::string> words;
   std::string drawings;   ///< folder for the drawings; empty: none
   bool markdown = false;  ///< the page docs/profiles.md
 };

@@ -134,6 +134,24 @@ std::string meaningText(Meaning meaning) {
   return say(meaningNames[static_cast<std::size_t>(meaning)].text);
 }
 
+bool measuresWhole(Meaning meaning) {
+  switch (meaning) {
+    case depth:
+    case width:
+    case leg:
+    case diameter:
+    case flangeWidth:
+    case topFlangeWidth:
+    case bottomFlangeWidth:
+    case overWebs:
+    case hatHeight:
+    case overBoth:
+    case overCorners:
+    case betweenCentres: return true;
+    default: return false;
+  }
+}
+
 std::string_view profileEntity(const Family& family) {
   if (family.parts.empty()) {
     return "IFCARBITRARYCLOSEDPROFILEDEF";

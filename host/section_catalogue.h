@@ -42,6 +42,9 @@ std::string nearestFamily(std::string_view word);
 /// What the dimension measures, in the user's language.
 std::string meaningText(Meaning meaning);
 
+/// A measure from one end of the section to the other, not that of a plate, a lip or a gap.
+bool measuresWhole(Meaning meaning);
+
 /// The IFC entity of the family's profiles.
 std::string_view profileEntity(const Family& family);
 

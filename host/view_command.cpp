@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string_view>
+#include <vector>
 
 #include "host/console.h"
 #include "host/export_command.h"
@@ -13,6 +14,8 @@
 #include "host/model_reader.h"
 #include "host/output_file.h"
 #include "host/paths.h"
+#include "host/plausibility.h"
+#include "host/problem_report.h"
 #include "host/progress.h"
 #include "host/viewer_page.h"
 
@@ -41,14 +44,28 @@ bool isExchangeFile(const std::string& name) {
   return start == exchangeStart;
 }
 
-std::string exchangeFileOf(const ViewOptions& options) {
+/// What the page shows.
+struct Shown {
+  std::string exchangeFile;
+  std::vector<std::string> notes{};
+};
+
+std::vector<std::string> notesOn(const Model& model, bool visibleOnly) {
+  std::vector<std::string> notes;
+  for (const Problem& problem : checkPlausibility(model, visibleOnly)) {
+    notes.push_back(problemText(model, problem));
+  }
+  return notes;
+}
+
+Shown shownOf(const ViewOptions& options) {
   if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
-    return readWholeFile(options.input);
+    return {.exchangeFile = readWholeFile(options.input)};
   }
   ExportOptions loading;
   loading.transliterate = options.transliterate;
   loading.visibleOnly = options.visibleOnly;
-  const Model model = loadForExport(options.input, loading);
+  const Model model = loadForExport(options.input, loading).model;
   MemorySink memory;
   Progress progress(true, static_cast<std::int64_t>(model.bars.size()));
   const ExportResult result = exportModel(model, options.visibleOnly, memory, progress);
@@ -56,7 +73,9 @@ std::string exchangeFileOf(const ViewOptions& options) {
     throw Failure(exitNotWritten,
                   result.interrupted ? say(texts::stoppedByUser) : result.driverFailure);
   }
-  return memory.content();
+  return {
+      .exchangeFile = memory.content(),
+      .notes = options.notes ? notesOn(model, options.visibleOnly) : std::vector<std::string>{}};
 }
 
 }  // namespace
@@ -83,7 +102,8 @@ int runViewCommand(const ViewOptions& options) {
   const std::string name = isStandardStream(options.input)
                                ? displayName(options.input)
                                : textOf(shown.filename().replace_extension(".ifc"));
-  writeViewerPage(page, exchangeFileOf(options), name, output);
+  const Shown content = shownOf(options);
+  writeViewerPage(page, content.exchangeFile, name, output, content.notes);
   if (!isStandardStream(output)) {
     printLine(displayName(options.input) + " -> " + output);
   }

@@ -11,6 +11,7 @@ struct ViewOptions {
   std::string viewerTemplate;
   bool visibleOnly = false;
   bool transliterate = false;
+  bool notes = true;  ///< of a model, the page also shows what is only unusual
 };
 
 /// Writes one page that shows the structure, from a model or from an exchange file.

@@ -1,5 +1,6 @@
 #include "host/viewer_page.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -22,9 +23,10 @@ namespace exportifc::host {
 
 namespace {
 
-// In the page, each once: the exchange file and its name, both in base 64.
+// In the page, each once: the exchange file, its name, and the notes, one a line, all in base 64.
 constexpr std::string_view modelMark = "@EXPORTIFC_MODEL@";
 constexpr std::string_view nameMark = "@EXPORTIFC_NAME@";
+constexpr std::string_view notesMark = "@EXPORTIFC_NOTES@";
 
 std::string base64(std::string_view bytes) {
   constexpr std::string_view alphabet =
@@ -102,19 +104,30 @@ std::string readViewerTemplate(const std::string& path) {
 }
 
 void writeViewerPage(const std::string& page, std::string_view exchangeFile,
-                     const std::string& name, const std::string& output) {
+                     const std::string& name, const std::string& output,
+                     const std::vector<std::string>& notes) {
+  std::string noteLines;
+  for (const std::string& note : notes) {
+    noteLines += (noteLines.empty() ? "" : "\n") + note;
+  }
+  struct Filling {
+    std::string_view mark;
+    std::string_view content;
+  };
+  const Filling fillings[] = {{modelMark, exchangeFile}, {nameMark, name}, {notesMark, noteLines}};
   OutputFile file(output);
   std::string_view rest = page;
   while (!rest.empty()) {
-    const std::size_t model = rest.find(modelMark);
-    const std::size_t named = rest.find(nameMark);
-    const std::size_t next = std::min(model, named);
-    file.write(rest.substr(0, next));
-    if (next == std::string_view::npos) {
+    const auto* const next = std::min_element(
+        std::begin(fillings), std::end(fillings),
+        [&](const auto& a, const auto& b) { return rest.find(a.mark) < rest.find(b.mark); });
+    const std::size_t at = rest.find(next->mark);
+    file.write(rest.substr(0, at));
+    if (at == std::string_view::npos) {
       break;
     }
-    file.write(base64(next == model ? exchangeFile : std::string_view(name)));
-    rest.remove_prefix(next + (next == model ? modelMark : nameMark).size());
+    file.write(base64(next->content));
+    rest.remove_prefix(at + next->mark.size());
   }
   file.commit();
 }

@@ -21,9 +21,11 @@ std::string readViewerTemplate(const std::string& path);
 /// Whether a file that begins so is such a page with a model in it.
 bool isOwnPage(std::string_view start);
 
-/// Writes `page` with the exchange file in it, under the given name, to `output`.
+/// Writes `page` with the exchange file in it, under the given name, to `output`. The page shows
+/// the notes, one below the other; a page made before there were notes shows none.
 void writeViewerPage(const std::string& page, std::string_view exchangeFile,
-                     const std::string& name, const std::string& output);
+                     const std::string& name, const std::string& output,
+                     const std::vector<std::string>& notes = {});
 
 /// A whole file. Throws a Failure.
 std::string readWholeFile(const std::string& path);

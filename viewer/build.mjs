@@ -60,7 +60,7 @@ const parts = {
   SCRIPT: script.outputFiles[0].text.trim(),
 };
 const page = (await read(here, "src/index.html")).replace(/@(LICENCES|STYLE|WASM|SCRIPT)@/g, (_, name) => parts[name]);
-for (const marker of ["@EXPORTIFC_MODEL@", "@EXPORTIFC_NAME@"]) {
+for (const marker of ["@EXPORTIFC_MODEL@", "@EXPORTIFC_NAME@", "@EXPORTIFC_NOTES@"]) {
   if (page.split(marker).length !== 2) throw new Error(`${marker} must stand in the page exactly once`);
 }
 const foreign = /.{0,40}[^\t\n\r\x20-\x7e].{0,20}/.exec(page);

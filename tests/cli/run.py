@@ -12,6 +12,7 @@ Ends with "N passed, N failed".
 """
 
 import argparse
+import base64
 import collections
 import contextlib
 import difflib
@@ -488,7 +489,6 @@ def progress_on_a_terminal_only():
 def a_page_from_a_model_and_from_a_file():
     with folder() as path:
         (path / "page.html").write_text("<title>exportIFC</title><a>@EXPORTIFC_NAME@</a><b>@EXPORTIFC_MODEL@</b>")
-        import base64
 
         def content(name):
             match = re.fullmatch(r"<title>exportIFC</title><a>(.*)</a><b>(.*)</b>", (path / name).read_text())
@@ -506,6 +506,12 @@ def a_page_from_a_model_and_from_a_file():
         check(content("v.html") == (name, data), "the page of the IFC file differs")
         equal(run("view", "kinds.json", "-o", "m.html", "--template", "page.html", cwd=path).returncode, 0, "view")
         check(no_ids(content("m.html")[1]) == no_ids(data), "the page of the model differs")
+        (path / "notes.html").write_text("<title>exportIFC</title><a>@EXPORTIFC_NOTES@</a><b>@EXPORTIFC_MODEL@</b>@EXPORTIFC_NAME@")
+        notes = {}
+        for flags in ((), ("--no-notes",)):
+            equal(run("view", "far.json", "-o", "n.html", "--template", "notes.html", *flags, cwd=path).returncode, 0, "view")
+            notes[flags] = base64.b64decode(re.search("<a>(.*)</a>", (path / "n.html").read_text())[1]).decode()
+        equal(list(notes.values()), ["/unit: the whole model measures 12.0 km; is the unit right (m)?", ""], "the notes of the page")
         (path / "not.html").write_text("<html>")
         equal(run("view", "kinds.json", "--template", "not.html", cwd=path).returncode, 3, "another page")
         equal(run("view", "accents.json", "--template", "page.html", cwd=path).returncode, 1, "accents")
@@ -569,6 +575,33 @@ def the_programs_own_files_are_no_outputs():
 
 
 # ---- documents
+
+@native_only
+def every_code_of_a_problem_is_documented():
+    sources = "".join(p.read_text() for p in (ROOT / "host").glob("*.cpp"))
+    codes = set(re.findall(r'\.code = "([a-z-]+)"', sources))
+    codes |= set(re.findall(r'\b(?:add|warn)\(\s*"([a-z]+(?:-[a-z]+)+)"', sources))
+    codes |= set(re.findall('"([a-z]+(?:-[a-z]+)+)"', (ROOT / "host/plausibility.cpp").read_text()))
+    rows = [line.split("|")[1] for line in (ROOT / "docs/checks.md").read_text().splitlines() if line.startswith("| `")]
+    listed = set(re.findall("`([^`]+)`", " ".join(rows)))
+    equal(sorted(listed), sorted(codes), "the codes of docs/checks.md")
+
+
+@native_only
+def bash_completes_families():
+    script = f"source {ROOT}/docs/exportifc.bash; _exportifc; printf '%s\\n' \"${{COMPREPLY[@]}}\""
+
+    def completed(*words):
+        line = " ".join(f"'{word}'" for word in words)
+        said = subprocess.run(["bash", "-c", f"COMP_WORDS=({line}); COMP_CWORD={len(words) - 1}; {script}"],
+                              capture_output=True, timeout=60)
+        return text(said.stdout).split()
+
+    equal(completed("exportifc", "profiles", "["), ["[", "[]"], "brackets")
+    equal(completed("exportifc", "profiles", "UU"), ["UUE", "UULM"], "letters")
+    listed = [line.split()[0] for line in text(run("profiles").stdout).splitlines() if line[0] != " "]
+    equal([word for word in completed("exportifc", "profiles", "") if not word.startswith("-")], listed, "all")
+
 
 @native_only
 def pages_of_the_manual_are_current():

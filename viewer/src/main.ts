@@ -28,6 +28,11 @@ interface Inspection {
 const inspection: Inspection = { ready: false, failed: "", marks: {} };
 (window as unknown as { exportifcViewer: Inspection }).exportifcViewer = inspection;
 
+/** What the program that wrote the page has to say about the model. */
+const toldNotes = textOf(embedded("model-notes"))
+  .split("\n")
+  .filter((note) => note !== "");
+
 const mark = (name: string) => (inspection.marks[name] = Math.round(performance.now()));
 
 async function main(): Promise<void> {
@@ -238,7 +243,7 @@ class Page {
   }
 
   private refreshNotes(missing: Element[]): void {
-    const rows = noteRows(this.model, this.complete, missing);
+    const rows = [...noteRows(this.model, this.complete, missing), ...toldNotes.map((note) => make("li", {}, note))];
     byId("notes").replaceChildren(...rows);
     byId("notes").hidden = rows.length === 0;
   }
@@ -286,8 +291,7 @@ class Page {
 /** Fills in what the page says before there is a model. */
 function labelShell(): void {
   document.documentElement.lang = language;
-  const nameBytes = embedded("model-name");
-  const name = nameBytes ? new TextDecoder().decode(nameBytes) : "";
+  const name = textOf(embedded("model-name"));
   document.title = name === "" ? text("appName") : `${name} – ${text("appName")}`;
   byId("title").textContent = name === "" ? text("appName") : name;
   for (const node of document.querySelectorAll<HTMLElement>("[data-text]")) node.textContent = text(node.dataset["text"] as TextKey);
@@ -351,6 +355,10 @@ function embedded(id: string): Uint8Array | null {
   const content = (block.textContent ?? "").trim();
   block.textContent = ""; // megabytes that nobody needs twice
   return content === "" || content.startsWith("@") ? null : fromBase64(content);
+}
+
+function textOf(bytes: Uint8Array | null): string {
+  return bytes ? new TextDecoder().decode(bytes) : "";
 }
 
 function fromBase64(content: string): Uint8Array<ArrayBuffer> {
