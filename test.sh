@@ -46,6 +46,7 @@ coverage       | full  |               | scripts/coverage.sh
 samples        | quick |               | scripts/checks/samples.sh
 fuzz           | full  |               | fuzz/short.sh
 binary         | quick | windows linux | scripts/checks/binary.sh
+package        | quick | page windows wine | scripts/checks/package.sh build/windows
 notices        | full  | page          | scripts/third_party.py --check
 reproducible   | full  | windows       | scripts/checks/reproducible.sh
 ctest          | quick | linux         | scripts/checks/ctest.sh build/linux

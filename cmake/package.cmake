@@ -1,7 +1,7 @@
 # The zip for users: the module, the header for hosts, the program with the viewer's page, the
 # samples and the documents.
 #
-#   cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
+#   viewer/build.sh && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
 
 set(package_documents
   docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
@@ -19,11 +19,30 @@ install(FILES
   DESTINATION samples)
 install(FILES ${package_documents} DESTINATION docs)
 install(DIRECTORY docs/profiles docs/pictures DESTINATION docs)
-install(FILES examples/minimal_host.c DESTINATION examples)
-install(FILES README.md SECURITY.md DESTINATION .)
+install(FILES
+  examples/minimal_host.c examples/run_host.cpp examples/box_answerer.cpp examples/box_answerer.h
+  DESTINATION examples)
+install(FILES SECURITY.md THIRD-PARTY.md CHANGELOG.md DESTINATION .)
+
+# Its own: the project's README is for the folder of the sources, and links into it.
+if(WIN32)
+  set(command "bin\\exportifc")
+  set(module_file "bin/exportIFC.dll")
+else()
+  set(command "bin/exportifc")
+  set(module_file "lib/libexportIFC.so")
+endif()
+configure_file(packaging/README.md ${CMAKE_BINARY_DIR}/packaging/README.md @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/packaging/README.md DESTINATION .)
+
 if(EXPORTIFC_PROGRAM)
   install(TARGETS exportifc_program RUNTIME DESTINATION bin)
-  install(FILES viewer/dist/viewer.html DESTINATION bin OPTIONAL)
+  # A program without its page could not `view`.
+  set(page ${CMAKE_SOURCE_DIR}/viewer/dist/viewer.html)
+  install(CODE "if(NOT EXISTS \"${page}\")
+    message(FATAL_ERROR \"viewer/dist/viewer.html is missing: run viewer/build.sh\")
+  endif()")
+  install(FILES ${page} DESTINATION bin)
   install(FILES docs/exportifc.1 DESTINATION share/man/man1)
   install(FILES docs/exportifc.bash DESTINATION share/bash-completion/completions RENAME exportifc)
 endif()

@@ -1,0 +1,97 @@
+#!/usr/bin/env bash
+# The zip for users: what is in it, that each link of its documents leads to a file in it, that the
+# commands of its README work in the unpacked folder, and that there is none without the page.
+#
+#   scripts/checks/package.sh [BUILD]    build/windows if left out
+
+# shellcheck disable=SC2016  # patterns, and commands of other shells
+set -uo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+
+root=$PWD
+build=${1:-build/windows}
+page=viewer/dist/viewer.html
+work=$(mktemp -d)
+put_back() { [[ ! -e $work/viewer.html ]] || mv "$work/viewer.html" "$page"; }
+trap 'put_back; rm -rf "$work"' EXIT
+passed=0 failed=0
+
+# check NAME COMMAND...: the command succeeds; what it says is shown when it does not.
+check() {
+  local name=$1
+  shift
+  if "$@" >"$work/said" 2>&1; then
+    ((++passed))
+  else
+    ((++failed))
+    echo "$name:"
+    tail -n 20 "$work/said" | sed 's/^/  /'
+  fi
+}
+
+pack() { cpack --config "$build/CPackConfig.cmake" -B "$work/package"; }
+
+# ---- without the page
+
+refuses_without_page() {
+  mv "$page" "$work/viewer.html" || return 1
+  pack >"$work/pack" 2>&1
+  local code=$?
+  put_back
+  cat "$work/pack"
+  ((code != 0)) && grep -qF 'viewer/dist/viewer.html is missing: run viewer/build.sh' "$work/pack" \
+    && ! ls "$work"/package/*.zip
+}
+check "no package without the page" refuses_without_page
+
+# ---- what is in it
+
+check "the package is made" pack
+mkdir "$work/unpacked"
+check "it can be unpacked" cmake -E chdir "$work/unpacked" cmake -E tar xf "$work"/package/*.zip
+folder=$(echo "$work"/unpacked/*)
+cd "$folder" || exit 1
+
+if [[ -e bin/exportifc.exe ]]; then
+  binaries=(bin/exportifc.exe bin/exportIFC.dll)
+else
+  binaries=(bin/exportifc lib/libexportIFC.so)
+fi
+for file in "${binaries[@]}" bin/viewer.html include/exportifc/plugin.h samples/galpao.json \
+  README.md SECURITY.md THIRD-PARTY.md CHANGELOG.md docs/guia.md docs/host-guide.md; do
+  check "$file is in it" test -s "$file"
+done
+check "the page is the one that was built" cmp bin/viewer.html "$root/$page"
+check "the README is the package's own" bash -c '! cmp -s "$1" README.md' - "$root/README.md"
+check "nothing is left to fill in" bash -c '! grep -E "@[A-Za-z_]+@" README.md'
+
+# ---- links
+
+links=0
+while IFS=$'\t' read -r document link; do
+  ((++links))
+  check "$document links to $link" test -e "$(dirname "$document")/$link"
+done < <(find . -name '*.md' -printf '%P\n' | sort | while read -r document; do
+  # Outside of blocks and code; without what stands behind "#".
+  sed -E '/^ *```/,/^ *```/d; s/`[^`]*`//g' "$document" \
+    | grep -oE '\]\([^) ]+\)' | sed -E 's/^\]\(//; s/\)$//; s/#.*//' | grep -vE '^$|^[a-z]+:' \
+    | sort -u | sed "s|^|$document\t|"
+done)
+check "there are links" test "$links" -ge 20
+
+# ---- the README's commands
+
+mapfile -t commands < <(sed -n '/^```sh$/,/^```$/{/^```/d;p}' README.md)
+check "two commands in the README" test "${#commands[@]}" -eq 2
+for line in "${commands[@]}"; do
+  read -r -a words <<<"${line//\\//}"
+  if [[ -e bin/exportifc.exe ]]; then
+    words=("$root/scripts/wine.sh" "${words[0]}.exe" "${words[@]:1}")
+  fi
+  check "$line" "${words[@]}"
+done
+check "the file is whole" grep -q '^END-ISO-10303-21;' galpao.ifc
+check "the page holds the structure" bash -c "grep -q \"\$(base64 -w 0 galpao.ifc | head -c 400)\" galpao.html"
+
+echo "$passed passed, $failed failed"
+((failed == 0))
