@@ -4,6 +4,7 @@
 #   MODULE        the module           (build/linux/libexportIFC.so)
 #   RUN_HOST      the batch host       (build/linux/run_host)
 #   MODEL_HOST    the querying host    (build/linux/tests/readers/model_host)
+#   PROGRAM       the command-line program    (build/linux/exportifc)
 #
 # The last line counts: N passed, N failed.
 set -u
@@ -16,7 +17,7 @@ fi
 
 passed=0
 failed=0
-for test in strict_test geometry_test models_test; do
+for test in strict_test strict_program_test geometry_test models_test; do
   output=$(node "$test.mjs" 2>&1)
   status=$?
   echo "$output"

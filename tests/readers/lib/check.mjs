@@ -211,7 +211,7 @@ export class Checker {
   checkPlacements() {
     for (const [id, products] of this.placements) {
       if (products.length > 1) {
-        this.add('shared-placement', `#${id} places ${products.map((e) => `#${e.id}`).join(', ')}`, products[1], { id, entity: 'IfcLocalPlacement', attribute: 'PlacesObject' });
+        this.add('shared-placement', `#${id} places ${products.map((e) => `#${e.id}`).join(', ')}`, products[1], { id, entity: 'IfcLocalPlacement', attribute: 'PlacesObject', places: products.map((e) => e.keyword) });
       }
     }
   }
