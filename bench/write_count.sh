@@ -23,11 +23,11 @@ check() { # NAME EXPECTED ACTUAL
 
 for model in galpao familias; do
   out=$work/$model.ifc
-  # run_host hands the module a copy of the model, which it replaces: the calls to "…temp" count.
+  # run_host hands the module a copy of the model, which it replaces: the calls to "….parttemp" count.
   # -y shows the file behind each descriptor, -e write the calls, -s the bytes.
   strace -f -y -s 65536 -e trace=write,writev,pwrite64 -o "$work/trace" \
     "$build/run_host" "$build/libexportIFC.so" "$root/samples/$model.txt" "$out" >/dev/null 2>&1
-  grep -F "<${out}temp>" "$work/trace" >"$work/calls" || true
+  grep -F "<${out}.parttemp>" "$work/trace" >"$work/calls" || true
   lines=$(wc -l <"$out")
   check "$model: write calls for $lines lines" "$lines" "$(wc -l <"$work/calls")"
   check "$model: calls that end with their line" "$lines" "$(grep -c '\\r\\n", [0-9]*)' "$work/calls")"

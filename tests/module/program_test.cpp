@@ -18,13 +18,24 @@ class Programs : public ModuleTest {
   /// The exit code of a program that lies beside the module.
   int run(const std::string& program, const std::vector<std::string>& arguments,
           const std::vector<Dialog>& script, Answers answers = Answers::person) {
+    int code = -1;
+    attended(script, [&] { code = runProgram(commandOf(program, arguments), answers); });
+    return code;
+  }
+
+  /// The same for what ends with a message on standard error, before or after any dialog.
+  static int runRefused(const std::string& program, const std::vector<std::string>& arguments) {
+    return runProgram(commandOf(program, arguments), Answers::program);
+  }
+
+ private:
+  static std::vector<std::string> commandOf(const std::string& program,
+                                            const std::vector<std::string>& arguments) {
     const std::filesystem::path folder = modulePath().parent_path();
     std::vector<std::string> command = {(folder / (program + suffix)).string(),
                                         modulePath().string()};
     command.insert(command.end(), arguments.begin(), arguments.end());
-    int code = -1;
-    attended(script, [&] { code = runProgram(command, answers); });
-    return code;
+    return command;
   }
 
 #ifdef _WIN32
@@ -71,6 +82,44 @@ TEST_F(Programs, UnattendedHostExportsAndKeepsTheModel) {
   EXPECT_THAT(listing(), ElementsAre("modelo.ifc", "modelo.txt"));
   EXPECT_EQ(readBytes(file("modelo.txt")), model);
   EXPECT_EQ(IfcText(file("modelo.ifc")).elements().size(), 2U);
+}
+
+TEST_F(Programs, UnattendedHostReplacesAnOldFile) {
+  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+  writeBytes(file("modelo.ifc"), "an older export");
+  EXPECT_EQ(run("run_host", {typed("modelo.txt"), typed("modelo.ifc")}, {}), 0);
+  EXPECT_THAT(listing(), ElementsAre("modelo.ifc", "modelo.txt"));
+  EXPECT_EQ(IfcText(file("modelo.ifc")).elements().size(), 1U);
+}
+
+TEST_F(Programs, UnattendedHostKeepsAnOldFileWhenTheModuleCannotWrite) {
+  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+  writeBytes(file("modelo.ifc"), "an older export");
+  std::filesystem::create_directory(file("modelo.ifc.parttemp"));  // where the module writes
+  EXPECT_EQ(runRefused("run_host", {typed("modelo.txt"), typed("modelo.ifc")}), 1);
+  EXPECT_THAT(listing(), ElementsAre("modelo.ifc", "modelo.ifc.parttemp/", "modelo.txt"));
+  EXPECT_EQ(readBytes(file("modelo.ifc")), "an older export");
+}
+
+TEST_F(Programs, UnattendedHostRefusesJson) {
+  const std::string model = "\xEF\xBB\xBF\n{\"bars\": []}";
+  writeBytes(file("modelo.json"), model);
+  EXPECT_EQ(runRefused("run_host", {typed("modelo.json"), typed("modelo.ifc")}), 2);
+  EXPECT_THAT(listing(), ElementsAre("modelo.json"));
+  EXPECT_EQ(readBytes(file("modelo.json")), model);
+}
+
+TEST_F(Programs, UnattendedHostRefusesTheModelAsOutput) {
+  const std::string model = batchModel({BatchBar{}});
+  for (const char* name : {"modelo.ifc", "saida.ifc.part", "saida.ifc.parttemp"}) {
+    SCOPED_TRACE(name);
+    writeBytes(file(name), model);
+    const std::string output = name == std::string("modelo.ifc") ? "./modelo.ifc" : "saida.ifc";
+    EXPECT_EQ(runRefused("run_host", {typed(name), typed(output)}), 2);
+    EXPECT_THAT(listing(), ElementsAre(name));
+    EXPECT_EQ(readBytes(file(name)), model);
+    std::filesystem::remove(file(name));
+  }
 }
 
 TEST_F(Programs, UnattendedHostTakesNamesWithAccents) {

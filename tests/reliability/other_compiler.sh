@@ -40,7 +40,7 @@ check "the C++ host exports" test $? = 0
 check "the file is complete" grep -q '^END-ISO-10303-21;' out.ifc
 check "every bar is there" test "$(grep -cE 'IFC(BEAM|COLUMN|MEMBER)\(' out.ifc)" -ge "$(sed -n 5p "$root/samples/galpao.txt" | tr -dc 0-9)"
 
-mkdir closed.ifctemp
+mkdir closed.ifc.parttemp
 "$root/scripts/wine.sh" ./run_host.exe "$dll" "$root/samples/galpao.txt" closed.ifc >run.log 2>&1
 check "the text that the DLL throws is caught" test $? = 1
 check "and recognised" grep -q 'cannot create' run.log
