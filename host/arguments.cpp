@@ -126,6 +126,46 @@ std::string behindOneDash(const CLI::App& command, const std::string& word) {
   return {};
 }
 
+/// The option that a word means with another sign in place of its hyphens: the dashes that word
+/// processors make of them, the stroke of Windows. Empty for other words.
+std::string behindOtherSign(const CLI::App& command, const std::string& word) {
+  constexpr std::array<std::string_view, 4> signs = {"\u2013", "\u2014", "\u2212", "/"};
+  for (const std::string_view sign : signs) {
+    if (!word.starts_with(sign) || isFile(word)) {
+      continue;
+    }
+    const std::string name = word.substr(sign.size());
+    for (const std::string& option : {"-" + name, "--" + name}) {
+      if (command.get_option_no_throw(option) != nullptr) {
+        return option;
+      }
+    }
+  }
+  return {};
+}
+
+/// What is wrong with a word that is no option and no value of one; empty when nothing is.
+std::string misleadingWord(const CLI::App& command, const std::string& word) {
+  if (const std::string meant = behindOtherSign(command, word); !meant.empty()) {
+    return say(texts::useDash, {word, meant});
+  }
+  if (!looksLikeOption(word)) {
+    return {};
+  }
+  if (isFile(word)) {
+    return say(texts::useNameWithDash, {word});
+  }
+  if (word.size() > 3 && word[1] != '-' && word[2] == ' ' &&
+      command.get_option_no_throw(word.substr(0, 2)) != nullptr) {
+    return say(texts::useOneWord, {word, word.substr(0, 2), word.substr(3)});
+  }
+  if (const std::string meant = behindOneDash(command, word); !meant.empty()) {
+    return say(texts::useNoOption, {command.get_name(), withoutValue(word)}) +
+           say(texts::didYouMean, {meant});
+  }
+  return {};
+}
+
 /// "exportifc view INPUT -o b.html".
 std::string callWithOutput(const CLI::App& command, const std::string& output) {
   std::string text = "exportifc " + command.get_name();
@@ -140,6 +180,9 @@ std::string unknownOption(const CLI::App& program, const CLI::App& command,
   const std::string option = withoutValue(word);
   if (&command != &program && command.get_option_no_throw(option) != nullptr) {
     return say(texts::useOrder, {option, command.get_name()});
+  }
+  if (option == "--lang" || option == "--language") {
+    return say(texts::useLanguage, {option});
   }
   const std::string near = nearestOption(command, option);
   const CLI::App* const owner = ownerOf(program, option);
@@ -241,28 +284,20 @@ bool askForVersion(const Arguments& arguments) {
 std::string misleadingArgument(const CLI::App& command, const Arguments& arguments) {
   for (std::size_t i = 0; i < arguments.size() && arguments[i] != endOfOptions; ++i) {
     const std::string& word = arguments[i];
-    if (!looksLikeOption(word)) {
-      continue;
-    }
-    const CLI::Option* const option = command.get_option_no_throw(word);
-    if (option == nullptr && isFile(word)) {
-      return say(texts::useNameWithDash, {word});
-    }
-    if (option != nullptr && takesValue(*option)) {
+    const CLI::Option* const option =
+        looksLikeOption(word) ? command.get_option_no_throw(word) : nullptr;
+    if (option == nullptr) {
+      if (std::string text = misleadingWord(command, word); !text.empty()) {
+        return text;
+      }
+    } else if (takesValue(*option)) {
       if (i + 1 == arguments.size()) {
         return say(texts::useNeedsValue, {word, option->get_type_name()});
       }
       const std::string& value = arguments[++i];
-      const bool isNumber = value.size() > 1 && value[1] >= '0' && value[1] <= '9';
-      if (looksLikeOption(value) && !isNumber) {
+      if (looksLikeOption(value) && (value[1] < '0' || value[1] > '9')) {
         return say(texts::useValueIsOption, {word, value, option->get_type_name()});
       }
-      continue;
-    }
-    const std::string meant = behindOneDash(command, word);
-    if (!meant.empty()) {
-      return say(texts::useNoOption, {command.get_name(), withoutValue(word)}) +
-             say(texts::didYouMean, {meant});
     }
   }
   return {};

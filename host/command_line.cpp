@@ -102,13 +102,6 @@ class CommandLine {
       print(app_.help());
       return exitBadUse;
     }
-    for (const CLI::Option* const option : chosen.front()->get_options()) {
-      const std::vector<std::string>& values = option->results();
-      if (std::find(values.begin(), values.end(), "") != values.end()) {
-        reportError(say(texts::emptyName, {option->get_name(false, true)}));
-        return exitBadUse;
-      }
-    }
     const std::string& name = chosen.front()->get_name();
     if (name == "export") return runExportCommand(export_);
     if (name == "check") return runCheckCommand(check_);

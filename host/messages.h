@@ -168,7 +168,6 @@ inline constexpr Text replaceByOutput{"name it with -o", "indique-o com -o"};
 inline constexpr Text replaceByView{"name it with the -o of exportifc view",
                                     "indique-o com -o em exportifc view"};
 inline constexpr Text replaceByHand{"remove it first", "remova-o antes"};
-inline constexpr Text emptyName{"{0} is empty: a name is missing", "{0} está vazio: falta um nome"};
 inline constexpr Text fileInput{"input", "entrada"};
 inline constexpr Text fileOutput{"output", "saída"};
 inline constexpr Text fileTemplate{"the viewer's page", "a página do visualizador"};
@@ -671,6 +670,13 @@ inline constexpr Text useValueIsOption{
     "{0} precisa de um valor, mas segue a opção {1}; escreva {0} {2} {1} (um arquivo com esse nome "
     "é "
     "./{1})"};
+inline constexpr Text useOneWord{"\"{0}\" is one word; write {1} {2} without the quotes",
+                                 "\"{0}\" é uma palavra só; escreva {1} {2} sem as aspas"};
+inline constexpr Text useDash{"{0} does not begin with a hyphen; did you mean {1}?",
+                              "{0} não começa com um hífen; você quis dizer {1}?"};
+inline constexpr Text useLanguage{
+    "{0} is no option; the variable EXPORTIFC_LANG names the language",
+    "{0} não é uma opção; a variável EXPORTIFC_LANG indica o idioma"};
 inline constexpr Text useEmptyName{"{0} \"\": a name cannot be empty",
                                    "{0} \"\": um nome não pode ser vazio"};
 inline constexpr Text useExcluded{"{0} and {1} do not go together", "{0} e {1} não vão juntas"};
