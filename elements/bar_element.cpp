@@ -19,8 +19,8 @@ constexpr double axesTolerance = 0.01F;
 // Differences up to it, in millimetres, keep a beam horizontal and a column vertical.
 constexpr double typeTolerance = 0.01;
 
-/// A bar is turned end for end when its whole section text is one of these. The halves of built-up
-/// sections carry such names in their label, which does not count.
+/// Section texts, without any dimension, whose bars run from their second node to their first. The
+/// halves of built-up sections carry such names in their label, which does not count.
 constexpr std::array<std::wstring_view, 12> reversedSections = {
     L"2L_2",   L"2LLM_2", L"LXLM_1", L"LXLM_2", L"LX_1", L"LX_2",
     L"LZLM_1", L"LZLM_2", L"LZ_1",   L"LZ_2",   L"ZS",   L"ZI",

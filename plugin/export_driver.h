@@ -1,4 +1,4 @@
-// One whole export, from the choice of the file to its last line.
+// Runs one export: asks for the file, opens it, writes header to trailer, reports what fails.
 #pragma once
 
 #include <cstdint>

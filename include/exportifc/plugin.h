@@ -1,9 +1,9 @@
 /* The binary interface of the exportIFC module, for host programmers. Plain C99, usable from C++.
  *
  * A host loads the module (exportIFC.dll on 64-bit Windows, libexportIFC.so on Linux), obtains the
- * module's record with GetPlugInModule, stores its query callback and its handle in it, shows the
- * caption as a menu command and later calls PlugInExecute (interactive) or PlugInExportIfcFile
- * (batch). examples/minimal_host.c does all of it on one page.
+ * module's record with GetPlugInModule, stores its query callback and its handle in it and puts the
+ * caption into a menu; its command then calls PlugInExecute (interactive). PlugInExportIfcFile
+ * exports a text file (batch). examples/minimal_host.c does all of it on one page.
  *
  * Threads: everything runs on the caller's thread and returns when the export is over. The record
  * and the module's mode are unsynchronised, so two exports must not overlap.
