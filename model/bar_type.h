@@ -17,8 +17,8 @@ enum class BarGroup : std::uint8_t {
 };
 
 struct BarType {
-  std::int32_t number;    ///< the host's type code
   std::string_view name;  ///< in model documents
+  std::int32_t number;    ///< the host's type code
   BarGroup group;
   bool mayBeColumn;  ///< written as a column when it stands upright
   bool isExported;
@@ -26,18 +26,18 @@ struct BarType {
 
 // clang-format off
 inline constexpr BarType barTypes[] = {
-    {EXPORTIFC_MEMBER,        "member",       BarGroup::storey, false, true},
-    {EXPORTIFC_FRAME_BEAM,    "frame-beam",   BarGroup::frame,  false, true},
-    {EXPORTIFC_FLOOR_BEAM,    "floor-beam",   BarGroup::frame,  false, true},
-    {EXPORTIFC_TRUSS_CHORD,   "truss-chord",  BarGroup::truss,  false, true},
-    {EXPORTIFC_COLUMN,        "column",       BarGroup::frame,  true,  true},
-    {EXPORTIFC_BRACING,       "bracing",      BarGroup::storey, false, true},
-    {EXPORTIFC_CRANE_BEAM,    "crane-beam",   BarGroup::frame,  false, true},
-    {EXPORTIFC_WIND_COLUMN,   "wind-column",  BarGroup::frame,  true,  true},
-    {EXPORTIFC_STAIR,         "stair",        BarGroup::frame,  false, true},
-    {EXPORTIFC_TRUSS_WEB,     "truss-web",    BarGroup::truss,  false, true},
-    {EXPORTIFC_NOT_EXPORTED,  "not-exported", BarGroup::storey, false, false},
-    {EXPORTIFC_OTHER,         "other",        BarGroup::storey, false, true},
+    {"member",       EXPORTIFC_MEMBER,       BarGroup::storey, false, true},
+    {"frame-beam",   EXPORTIFC_FRAME_BEAM,   BarGroup::frame,  false, true},
+    {"floor-beam",   EXPORTIFC_FLOOR_BEAM,   BarGroup::frame,  false, true},
+    {"truss-chord",  EXPORTIFC_TRUSS_CHORD,  BarGroup::truss,  false, true},
+    {"column",       EXPORTIFC_COLUMN,       BarGroup::frame,  true,  true},
+    {"bracing",      EXPORTIFC_BRACING,      BarGroup::storey, false, true},
+    {"crane-beam",   EXPORTIFC_CRANE_BEAM,   BarGroup::frame,  false, true},
+    {"wind-column",  EXPORTIFC_WIND_COLUMN,  BarGroup::frame,  true,  true},
+    {"stair",        EXPORTIFC_STAIR,        BarGroup::frame,  false, true},
+    {"truss-web",    EXPORTIFC_TRUSS_WEB,    BarGroup::truss,  false, true},
+    {"not-exported", EXPORTIFC_NOT_EXPORTED, BarGroup::storey, false, false},
+    {"other",        EXPORTIFC_OTHER,        BarGroup::storey, false, true},
 };
 // clang-format on
 inline constexpr std::size_t barTypeCount = sizeof(barTypes) / sizeof(barTypes[0]);

@@ -54,8 +54,8 @@ enum class Dimension : std::uint8_t {
 
 /// One argument of a family's profile.
 struct FamilyArgument {
-  Dimension from;
-  Meaning meaning;
+  Dimension from = Dimension::zero;
+  Meaning meaning = Meaning::depth;
   bool mayBeZero = false;  ///< otherwise the dimension must be positive
 };
 
