@@ -7,10 +7,12 @@ import { fileURLToPath } from "node:url";
 
 const template = join(dirname(fileURLToPath(import.meta.url)), "dist/viewer.html");
 
-export function embed(bytes, name) {
+/** The notes are lines that the page shows in its list. */
+export function embed(bytes, name, notes = []) {
   return readFileSync(template, "latin1")
     .replace("@EXPORTIFC_MODEL@", () => Buffer.from(bytes).toString("base64"))
-    .replace("@EXPORTIFC_NAME@", () => Buffer.from(name, "utf8").toString("base64"));
+    .replace("@EXPORTIFC_NAME@", () => Buffer.from(name, "utf8").toString("base64"))
+    .replace("@EXPORTIFC_NOTES@", () => Buffer.from(notes.join("\n"), "utf8").toString("base64"));
 }
 
 if (process.argv[1] === fileURLToPath(import.meta.url)) {

@@ -96,8 +96,8 @@ export function withAssemblies(ifc, kindOf) {
 const pageFile = join(scratch, "page.html");
 
 /** Writes the page for a file; null leaves its markers as they are. */
-export function writePage(ifc, name) {
-  const filled = ifc === null ? readFileSync(page, "latin1") : embed(Buffer.from(ifc, "latin1"), name);
+export function writePage(ifc, name, notes = []) {
+  const filled = ifc === null ? readFileSync(page, "latin1") : embed(Buffer.from(ifc, "latin1"), name, notes);
   writeFileSync(pageFile, filled, "latin1");
   return pathToFileURL(pageFile).href;
 }

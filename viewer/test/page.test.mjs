@@ -468,8 +468,8 @@ async function testFamilies() {
 
 // --- files that are not as they should be --------------------------------------------------------
 
-async function open(ifc, run, name = "modelo.ifc") {
-  const { page, problems, close } = await openPage(browser, writePage(ifc, name));
+async function open(ifc, run, name = "modelo.ifc", notes = []) {
+  const { page, problems, close } = await openPage(browser, writePage(ifc, name, notes));
   await run(page);
   assert.deepEqual(problems, []);
   await close();
@@ -499,6 +499,13 @@ async function testFaults() {
       assert.match(await page.locator("#notes").textContent(), /1 elemento sem sólido/);
       assert.equal(await page.evaluate(() => exportifcViewer.geometry.missing[0].index), 4);
     });
+  });
+  await check("notes on the model stand in the list, as text", async () => {
+    const notes = ["duas barras no mesmo lugar", "a unidade está certa (<b>mm</b>)?"];
+    await open(simple, async (page) => {
+      assert.deepEqual(await page.locator("#notes li").allTextContents(), notes);
+      assert.equal(await page.locator("#notes").isVisible(), true);
+    }, "modelo.ifc", notes);
   });
   await check("a file that ends early is shown as far as it goes", async () => {
     await open(simple.slice(0, simple.indexOf("IFCMEMBER", simple.indexOf("IFCBEAM")) + 20), async (page) => {
