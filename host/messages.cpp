@@ -67,7 +67,7 @@ std::string moduleText(const std::string& original) {
       {"Não foi possível criar o arquivo", "the file could not be created"},
       {"Erro na criação do arquivo", "the file could not be created"},
   };
-  const std::string quoted = '"' + original + '"';
+  std::string quoted = '"' + original + '"';
   for (const Meaning& row : meanings) {
     if (original == row.original && current != Language::portuguese) {
       return quoted + " (" + row.english + ")";
