@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "host/console.h"
@@ -13,6 +15,7 @@
 #include "host/model_check.h"
 #include "host/model_reader.h"
 #include "host/output_file.h"
+#include "host/output_format.h"
 #include "host/problem_report.h"
 #include "model/batch_source.h"
 #include "plugin/bar_export.h"
@@ -145,18 +148,23 @@ int runConvertCommand(const ConvertOptions& options) {
     reportProblems(options.model, model, problems);
     throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
   }
-  const bool toBatch = model.format == ModelFormat::json;
+  const bool toBatch =
+      convertedFormat(options.model, model.format, options.output) == OutputFormat::batchText;
+  // Values that the reader takes otherwise look sound in the other format.
+  std::vector<Problem> changed = model.found;
+  std::erase_if(changed, isNote);
+  std::vector<std::string> losses;
   if (toBatch) {
     checkBatchTexts(model);
-    const BatchLosses losses(model);
-    for (const std::string& loss : losses.lines()) {
-      reportModelWarning(options.model, loss);
-    }
-    if (options.strict && !losses.lines().empty()) {
-      throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
-    }
-  } else if (model.unitCode < 0) {
-    reportModelWarning(options.model, say(texts::lossUnit));
+    losses = BatchLosses(model).lines();
+  }
+  const bool isLossless = changed.empty() && losses.empty();
+  reportProblems(options.model, model, std::move(changed));
+  for (const std::string& loss : losses) {
+    reportModelWarning(options.model, loss);
+  }
+  if (options.strict && !isLossless) {
+    throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
   }
   OutputFile output(options.output);
   toBatch ? writeBatchModel(model, output) : writeJsonModel(model, output);

@@ -18,6 +18,7 @@
 #include "host/model_export.h"
 #include "host/model_reader.h"
 #include "host/output_file.h"
+#include "host/output_format.h"
 #include "host/paths.h"
 #include "host/problem_report.h"
 #include "host/progress.h"
@@ -240,6 +241,9 @@ void planFiles(const ExportOptions& options, const std::vector<std::string>& out
       files.writesDerived(pageFor(outputs[i]), say(texts::filePageOf, {model}), OwnFile::page,
                           texts::replaceByView);
     }
+  }
+  for (const std::string& output : outputs) {
+    requireExtension(output, OutputFormat::exchangeFile);
   }
 }
 

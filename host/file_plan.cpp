@@ -98,6 +98,9 @@ FilePlan::FilePlan() {
 }
 
 void FilePlan::reads(const std::string& name, const Text& role) {
+  if (isStandardStream(name) && std::exchange(readsStandardInput_, true)) {
+    throw Failure(exitBadUse, say(texts::useInputOnce));
+  }
   isStandardStream(name) ? add(system::identityOf(system::StandardStream::input),
                                {say(texts::standardInput), say(role)})
                          : add(identityOf(pathOf(name)), {name, say(role)});

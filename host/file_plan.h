@@ -24,6 +24,7 @@ class FilePlan {
   /// The program itself, its page and redirected standard streams are in every plan.
   FilePlan();
 
+  /// Standard input can be read once only.
   void reads(const std::string& name, const Text& role = texts::fileInput);
 
   /// An output that the user named.
@@ -44,6 +45,7 @@ class FilePlan {
   void add(const std::string& identity, Use use);
 
   std::map<std::string, Use> files_;
+  bool readsStandardInput_ = false;
 };
 
 }  // namespace exportifc::host

@@ -462,19 +462,33 @@ inline constexpr Text lossNames{
     "{0:its text|their texts}",
     "{0:o nome|os nomes} de {0} {0:seção se perde|seções se perdem}: o arquivo de texto só conhece "
     "{0:seu texto|seus textos}"};
-inline constexpr Text lossUnit{"the unit of the batch text file is unknown; the JSON model has mm",
-                               "a unidade do arquivo de texto é desconhecida; o modelo JSON fica "
-                               "em mm"};
 inline constexpr Text convertLineBreak{
     "section \"{0}\": its text does not fit one line of a batch text file",
     "seção \"{0}\": seu texto não cabe numa linha do arquivo de texto"};
 inline constexpr Text convertTitleBreak{"the title does not fit one line of a batch text file",
                                         "o título não cabe numa linha do arquivo de texto"};
+inline constexpr Text convertSameFormat{
+    "{0}: {1} is {2} already, and becomes {3}: choose a name that ends in {4}",
+    "{0}: {1} já é {2}, e se torna {3}: escolha um nome que termine em {4}"};
+
+// ---- kinds of file
+inline constexpr Text formatExchange{"an IFC file", "um arquivo IFC"};
+inline constexpr Text formatPage{"a page", "uma página"};
+inline constexpr Text formatJson{"a JSON model", "um modelo JSON"};
+inline constexpr Text formatBatch{"a batch text file", "um arquivo de texto do modo batch"};
+inline constexpr Text useExtension{
+    "{0}: {1} would be written, but {2} is the extension of {3}: choose a name that ends in {4}, "
+    "or write exportifc {5} for {3}",
+    "{0}: o conteúdo seria {1}, mas {2} é a extensão de {3}: escolha um nome que termine em {4}, "
+    "ou "
+    "escreva exportifc {5} para {3}"};
 
 // ---- view
 inline constexpr Text noTemplate{
-    "the viewer's page is not there: {0}; name it with --template",
-    "a página do visualizador não está lá: {0}; indique-a com --template"};
+    "the viewer's page is missing: {0}; ./build.sh in the folder of the sources makes it, and "
+    "--template or EXPORTIFC_VIEWER names one that lies elsewhere",
+    "falta a página do visualizador: {0}; ./build.sh na pasta dos fontes a cria, e --template ou "
+    "EXPORTIFC_VIEWER indica uma que está em outro lugar"};
 inline constexpr Text badTemplate{"{0} is not the viewer's page",
                                   "{0} não é a página do visualizador"};
 
@@ -689,6 +703,8 @@ inline constexpr Text useOneOutput{"-o names one file, but there are {0} models;
                                    "-o indica um arquivo, mas há {0} modelos; use --out-dir"};
 inline constexpr Text useJobs{"--jobs {0}: must be a whole number from 1 to 64",
                               "--jobs {0}: deve ser um número inteiro de 1 a 64"};
+inline constexpr Text useInputOnce{"- (standard input) can be given only once",
+                                   "- (a entrada padrão) só pode ser indicada uma vez"};
 inline constexpr Text useHtmlOutput{"--html needs an IFC file that is not standard output",
                                     "--html precisa de um arquivo IFC que não seja a saída padrão"};
 inline constexpr Text useTerminal{

@@ -13,6 +13,7 @@
 #include "host/model_export.h"
 #include "host/model_reader.h"
 #include "host/output_file.h"
+#include "host/output_format.h"
 #include "host/paths.h"
 #include "host/plausibility.h"
 #include "host/problem_report.h"
@@ -97,6 +98,7 @@ int runViewCommand(const ViewOptions& options) {
   const std::string role = say(texts::filePageOf, {displayName(options.input)});
   options.output.empty() ? files.writesDerived(output, role, OwnFile::page, texts::replaceByOutput)
                          : files.writes(output, role);
+  requireExtension(output, OutputFormat::page);
   requireReadable(options.input);  // a page that is missing is the smaller trouble
   const std::string page = readViewerTemplate(templatePath);
   const std::string name = isStandardStream(options.input)

@@ -557,6 +557,20 @@ def redirected_streams_are_files_of_the_call():
 
 
 @native_only
+def a_page_that_is_missing_is_told_with_the_way_to_it():
+    with folder() as path:
+        (path / "bin").mkdir()
+        shutil.copy(options.program, path / "bin/exportifc")
+        for arguments in (["view", "one.json"], ["export", "one.json", "--html"]):
+            for language, said in (("en", "the viewer's page is missing: "), ("pt", "falta a página do visualizador: ")):
+                result = run(*arguments, cwd=path, language=language, program=path / "bin/exportifc")
+                equal(result.returncode, 3, f"{arguments}")
+                for part in (said, "bin/viewer.html", "./build.sh", "--template", "EXPORTIFC_VIEWER"):
+                    check(part in text(result.stderr), f"{arguments}: not said: {part}\n{text(result.stderr)}")
+                equal(set(written(path)), {"bin/exportifc"}, "files")
+
+
+@native_only
 def the_programs_own_files_are_no_outputs():
     with folder() as path:
         (path / "bin").mkdir()
