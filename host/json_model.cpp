@@ -15,6 +15,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/json_faults.h"
 #include "host/json_places.h"
 #include "host/messages.h"
 #include "host/model_error.h"
@@ -25,53 +26,6 @@
 namespace exportifc::host {
 
 namespace {
-
-/// The text of a model as the parser reads it, which can tell where the parser is.
-class CountedText final : public std::streambuf {
- public:
-  explicit CountedText(std::streambuf& text) : text_(text) {}
-
-  /// The mark that some editors put before UTF-8 is no character.
-  void skipMark() {
-    if (sgetc() == 0xEF) {
-      sbumpc();
-      sbumpc();
-      sbumpc();
-      pieceStart_.column = -1;
-    }
-  }
-
-  /// Where the text read so far ends. Counted for a whole piece at a time and when a model is
-  /// refused: counting each character as it is read took a third of the time.
-  TextPlace place() const {
-    const std::string_view read(eback(), gptr());
-    TextPlace place = pieceStart_;
-    std::string_view line = read;
-    if (const std::size_t feed = read.rfind('\n'); feed != std::string_view::npos) {
-      place.line += std::count(read.begin(), read.end(), '\n');
-      place.column = 0;
-      line = read.substr(feed + 1);
-    }
-    // Of the bytes of a character in UTF-8 the first one counts.
-    place.column += std::count_if(line.begin(), line.end(), [](char c) {
-      return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-    });
-    return place;
-  }
-
- protected:
-  int_type underflow() override {
-    pieceStart_ = place();
-    const auto size = text_.sgetn(piece_.data(), static_cast<std::streamsize>(piece_.size()));
-    setg(piece_.data(), piece_.data(), piece_.data() + size);
-    return size > 0 ? traits_type::to_int_type(*gptr()) : traits_type::eof();
-  }
-
- private:
-  std::streambuf& text_;
-  std::array<char, 16384> piece_{};
-  TextPlace pieceStart_{.line = 1, .column = 0};
-};
 
 /// A value that is neither object nor array.
 struct Scalar {
@@ -116,9 +70,9 @@ constexpr Keys modelKeys{modelKeyNames, 4};
 constexpr Keys sectionKeys{sectionKeyNames, 1};
 constexpr Keys barKeys{barKeyNames, 2};
 
-template <std::size_t Size>
-std::string listed(const std::array<std::string_view, Size>& names) {
-  return joined(std::span<const std::string_view>(names));
+/// "; did you mean column?", or nothing.
+std::string guess(const std::string& near) {
+  return near.empty() ? near : say(texts::didYouMean, {near});
 }
 
 /// Lets a table of strings be searched for a view without a copy.
@@ -132,7 +86,7 @@ struct TextHash {
 /// Builds the model from the parser's events.
 class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
  public:
-  explicit ModelBuilder(CountedText& text) : text_(text) {}
+  explicit ModelBuilder(JsonText& text) : text_(text) {}
 
   Model take() { return std::move(model_); }
 
@@ -182,6 +136,12 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
     barNodes
   };
 
+  /// Lists that hold no text.
+  static bool isList(In in) {
+    return in == In::nodes || in == In::node || in == In::dims || in == In::bars ||
+           in == In::barNodes;
+  }
+
   bool scalar(const Scalar& value);
   void modelValue(const Scalar& value);
   void sectionValue(const Scalar& value);
@@ -194,9 +154,21 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   std::string pointer() const;
   /// Ends the reading: the value at hand, and what is allowed.
   [[noreturn]] void fail(const std::string& message, Problem facts = {}) const;
-  [[noreturn]] void failValue(const Scalar& value, const std::string& allowed) const {
-    fail(say(texts::valueNotAllowed, {shown(value), allowed}),
-         {.value = shown(value), .allowed = allowed});
+  [[noreturn]] void failValue(const Scalar& value, const std::string& allowed,
+                              const std::string& near = {}) const {
+    fail(say(texts::valueNotAllowed, {shown(value), allowed}) + guess(near),
+         {.value = shown(value), .allowed = allowed, .suggestion = near});
+  }
+  /// What the text around the parser says of its fault comes first: a bracket that is missing looks
+  /// to the parser like a value in the wrong place.
+  void failByText() const {
+    if (auto fault = nameFault(text_.surroundings())) {
+      throw ModelError(*std::move(fault));
+    }
+  }
+  [[noreturn]] void failStructure(const Text& message) const {
+    failByText();
+    fail(say(message));
   }
   /// As `fail`, of the list that the value at hand stands in.
   [[noreturn]] void failAround(In outer, const std::string& message) {
@@ -208,7 +180,7 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   std::uint8_t barType(const Scalar& value) const;
   std::int32_t sectionIndex(std::string_view name);
 
-  CountedText& text_;
+  JsonText& text_;
   Model model_;
   In in_ = In::file;
   const Keys* keys_ = nullptr;
@@ -260,7 +232,7 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
       break;
     case In::model:
       if (key_ != "sections") {
-        fail(say(texts::objectNotAllowed));
+        failStructure(texts::objectNotAllowed);
       }
       seenOfModel_ = seen_;
       key_.clear();
@@ -280,8 +252,9 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
       key_.clear();
       enterObject(&barKeys);
       break;
-    default: fail(say(texts::objectNotAllowed));
+    default: failStructure(texts::objectNotAllowed);
   }
+  text_.opened('{');
   return true;
 }
 
@@ -298,7 +271,10 @@ bool ModelBuilder::key(string_t& name) {
   const auto found = std::find(keys_->names.begin(), keys_->names.end(), name);
   key_ = name;
   if (found == keys_->names.end()) {
-    fail(say(texts::unknownKey, {name, joined(keys_->names)}));
+    failByText();
+    const std::string near = nearest(name, keys_->names);
+    fail(say(texts::unknownKey, {name, joined(keys_->names)}) + guess(near),
+         {.value = name, .allowed = joined(keys_->names), .suggestion = near});
   }
   const unsigned bit = 1U << static_cast<unsigned>(found - keys_->names.begin());
   if ((seen_ & bit) != 0) {
@@ -309,6 +285,7 @@ bool ModelBuilder::key(string_t& name) {
 }
 
 bool ModelBuilder::end_object() {
+  text_.closed();
   key_.clear();
   if (in_ != In::sections) {
     for (std::size_t i = 0; i < keys_->required; ++i) {
@@ -353,12 +330,14 @@ bool ModelBuilder::start_array(std::size_t /*size*/) {
   } else if (in_ == In::bar && key_ == "nodes") {
     enter(In::barNodes);
   } else {
-    fail(say(texts::arrayNotAllowed));
+    failStructure(texts::arrayNotAllowed);
   }
+  text_.opened('[');
   return true;
 }
 
 bool ModelBuilder::end_array() {
+  text_.closed();
   switch (in_) {
     case In::nodes:
     case In::bars:
@@ -369,7 +348,9 @@ bool ModelBuilder::end_array() {
       break;
     case In::node:
       if (item_ != node_.size()) {
-        failAround(In::nodes, say(texts::threeCoordinates, {std::to_string(item_)}));
+        const bool mayHaveCommas = item_ > node_.size() && item_ <= 2 * node_.size();
+        failAround(In::nodes, say(texts::threeCoordinates, {std::to_string(item_)}) +
+                                  (mayHaveCommas ? say(texts::decimalComma) : ""));
       }
       in_ = In::nodes;
       model_.nodes.push_back(node_);
@@ -394,7 +375,8 @@ bool ModelBuilder::parse_error(std::size_t /*at*/, const std::string& token,
     fail(say(texts::numberTooLarge, {token}));
   }
   const TextPlace place = text_.place();
-  const bool ended = text_.sgetc() == CountedText::traits_type::eof();
+  const bool ended = text_.sgetc() == JsonText::traits_type::eof();
+  failByText();
   // The parser's token begins before the blanks; the fault is at its end.
   const std::string fault = toUtf8(std::string_view(token).substr(token.rfind(' ') + 1));
   const std::string message =
@@ -403,21 +385,22 @@ bool ModelBuilder::parse_error(std::size_t /*at*/, const std::string& token,
 }
 
 bool ModelBuilder::scalar(const Scalar& value) {
+  if (value.kind == Scalar::Kind::text && isList(in_)) {
+    failByText();  // perhaps a key behind a list that is not closed
+  }
   switch (in_) {
     case In::model: modelValue(value); break;
     case In::section: sectionValue(value); break;
     case In::bar: barValue(value); break;
     case In::node:
-      if (item_ >= node_.size()) {
-        failAround(In::nodes, say(texts::threeCoordinates, {std::to_string(item_ + 1)}));
-      }
-      node_[item_] = number(value);
+      // All are counted: whether it is four, five or six tells what was meant.
+      (item_ < node_.size() ? node_[item_] : node_.back()) = number(value);
       ++item_;
       break;
     case In::dims: {
       auto& dims = model_.sections[static_cast<std::size_t>(section_)].dims;
       if (item_ >= dims.size()) {
-        failAround(In::section, say(texts::tenDims));
+        failAround(In::section, say(texts::tenDims) + std::string(say(texts::decimalComma)));
       }
       dims[item_] = number(value);
       ++item_;
@@ -442,7 +425,7 @@ void ModelBuilder::modelValue(const Scalar& value) {
   if (key_ == "unit") {
     const auto found = std::find(unitNames.begin(), unitNames.end(), value.text);
     if (value.kind != Scalar::Kind::text || found == unitNames.end()) {
-      failValue(value, listed(unitNames));
+      failValue(value, joined(unitNames), nearest(value.text, unitNames));
     }
     model_.unitCode = static_cast<std::int32_t>(found - unitNames.begin());
   } else if (key_ == "title" || key_ == "$schema") {
@@ -520,7 +503,8 @@ std::uint8_t ModelBuilder::barType(const Scalar& value) const {
       return static_cast<std::uint8_t>(found - barTypeNames.begin());
     }
   }
-  failValue(value, say(texts::allowedType, {listed(barTypeNames)}));
+  failValue(value, say(texts::allowedType, {joined(barTypeNames)}),
+            nearest(value.text, barTypeNames));
 }
 
 std::int32_t ModelBuilder::sectionIndex(std::string_view name) {
@@ -546,7 +530,7 @@ std::string jsonText(std::string_view text) { return nlohmann::json(text).dump()
 }  // namespace
 
 Model readJsonModel(std::streambuf& text) {
-  CountedText counted(text);
+  JsonText counted(text);
   counted.skipMark();
   ModelBuilder builder(counted);
   std::istream stream(&counted);

@@ -192,6 +192,61 @@ inline constexpr Text jsonUnexpected{"not valid JSON: unexpected {0}",
                                      "JSON inválido: {0} inesperado"};
 inline constexpr Text jsonEndsEarly{"not valid JSON: the text ends too early",
                                     "JSON inválido: o texto termina antes do fim"};
+inline constexpr Text jsonNotUtf8{"the byte {0} is not UTF-8; save the file as UTF-8",
+                                  "o byte {0} não é UTF-8; salve o arquivo como UTF-8"};
+inline constexpr Text jsonNoStart{"a JSON model begins with {", "um modelo JSON começa com {"};
+inline constexpr Text jsonTrailingComma{"the comma before \"{0}\" is one too many",
+                                        "a vírgula antes de \"{0}\" está sobrando"};
+inline constexpr Text jsonExtraComma{"this comma is one too many, or a value is missing before it",
+                                     "esta vírgula está sobrando, ou falta um valor antes dela"};
+inline constexpr Text jsonMissingComma{"a comma is missing here", "falta uma vírgula aqui"};
+inline constexpr Text jsonMissingColon{"a colon is missing between key and value",
+                                       "faltam dois-pontos entre a chave e o valor"};
+inline constexpr Text jsonValueMissing{"a value is missing here", "falta um valor aqui"};
+inline constexpr Text jsonKeyExpected{"a key in double quotes should stand here",
+                                      "uma chave entre aspas duplas devia estar aqui"};
+inline constexpr Text jsonDecimalComma{
+    "a decimal comma? Decimals stand behind a point: 1.5",
+    "uma vírgula decimal? As decimais vêm depois de um ponto: 1.5"};
+inline constexpr Text decimalComma{
+    "; a decimal comma? Decimals stand behind a point: 1.5",
+    "; uma vírgula decimal? As decimais vêm depois de um ponto: 1.5"};
+inline constexpr Text jsonMissingBracket{
+    "\"{0}\" is missing before this: the \"{1}\" of {2} is still open",
+    "falta \"{0}\" antes disto: o \"{1}\" de {2} ainda está aberto"};
+inline constexpr Text jsonEndsOpen{
+    "the text ends too early: \"{0}\" is missing, the \"{1}\" of {2} is still open",
+    "o texto termina cedo demais: falta \"{0}\", o \"{1}\" de {2} ainda está aberto"};
+inline constexpr Text jsonBracketTooMany{"this bracket is one too many: the model has ended",
+                                         "este fecho está sobrando: o modelo já terminou"};
+inline constexpr Text jsonSecondModel{"a second model begins here; a file holds one",
+                                      "um segundo modelo começa aqui; um arquivo contém um só"};
+inline constexpr Text jsonTextBehind{"text behind the end of the model; remove it",
+                                     "texto depois do fim do modelo; remova-o"};
+inline constexpr Text jsonComment{"{0} begins a comment; JSON has none, remove it",
+                                  "{0} começa um comentário; JSON não os tem, remova-o"};
+inline constexpr Text jsonNotFinite{
+    "{0} is no number that JSON has; write a finite one, as 1.5",
+    "{0} não é um número que JSON tenha; escreva um finito, como 1.5"};
+inline constexpr Text jsonNoNumber{
+    "{0} is not a number; allowed: digits with a point and an exponent, as -1.5 or 2e3",
+    "{0} não é um número; permitido: algarismos com ponto e expoente, como -1.5 ou 2e3"};
+inline constexpr Text jsonWrittenSo{"{0} is not JSON; write {1}", "{0} não é JSON; escreva {1}"};
+inline constexpr Text jsonDoubleQuotes{"texts stand in double quotes: \"{0}\"",
+                                       "textos ficam entre aspas duplas: \"{0}\""};
+inline constexpr Text jsonTypographicQuote{"{0} is a typographic quote; write a plain \"",
+                                           "{0} é uma aspa tipográfica; escreva uma simples: \""};
+inline constexpr Text jsonKeyQuotes{"keys stand in double quotes: \"{0}\"",
+                                    "chaves ficam entre aspas duplas: \"{0}\""};
+inline constexpr Text jsonTextQuotes{"{0}: a text stands in double quotes",
+                                     "{0}: um texto fica entre aspas duplas"};
+inline constexpr Text jsonOpenText{
+    "the text that begins here is not closed by \" on its line; a quote inside of it is \\\"",
+    "o texto que começa aqui não é fechado por \" em sua linha; uma aspa dentro dele é \\\""};
+inline constexpr Text jsonBackslash{"a backslash alone in a text; write \\\\",
+                                    "uma barra invertida sozinha num texto; escreva \\\\"};
+inline constexpr Text jsonControl{"the control character {0} in a text; remove it or write {1}",
+                                  "o caractere de controle {0} num texto; remova-o ou escreva {1}"};
 inline constexpr Text numberTooLarge{"{0} is too large: numbers must lie within ±3.4e38",
                                      "{0} é grande demais: números devem estar entre ±3,4e38"};
 inline constexpr Text unknownKey{"unknown key \"{0}\"; allowed: {1}",
@@ -371,6 +426,7 @@ inline constexpr Text problemMissingBars{"the file announces {0} {0:bar|bars}, b
 inline constexpr Text problemNoBars{"the model has no bars", "o modelo não tem barras"};
 inline constexpr Text problemAllLeftOut{"all bars are left out: {0}",
                                         "todas as barras ficam fora: {0}"};
+inline constexpr Text sectionsAllowed{"; allowed: {0}", "; permitidas: {0}"};
 inline constexpr Text didYouMean{"; did you mean {0}?", "; você quis dizer {0}?"};
 
 inline constexpr Text barsFrom{"{0}, first: {1}", "{0}, primeira: {1}"};

@@ -8,6 +8,7 @@
 
 #include "host/json_places.h"
 #include "host/messages.h"
+#include "host/nearest.h"
 #include "host/section_check.h"
 #include "host/text_encoding.h"
 
@@ -134,6 +135,16 @@ void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& prob
   }
 }
 
+/// The names of a few sections; of many none.
+std::string definedText(const std::vector<std::string>& names) {
+  constexpr std::size_t most = 10;
+  std::string text;
+  for (const std::string& name : names) {
+    text.append(text.empty() ? "" : ", ").append(name);
+  }
+  return names.size() > most ? std::string() : text;
+}
+
 }  // namespace
 
 bool isExported(const ModelBar& bar, bool visibleOnly) {
@@ -168,12 +179,28 @@ std::vector<Problem> checkReferences(const Model& model) {
     }
   }
   const auto uses = usesOf(model, [](const ModelBar&) { return true; });
+  std::vector<std::string> defined;
+  for (const ModelSection& section : model.sections) {
+    if (section.defined) {
+      defined.push_back(section.name);
+    }
+  }
+  const std::string allowed = definedText(defined);
+  constexpr std::size_t mostGuesses = 20;  // each goes through all names
+  std::size_t guesses = 0;
   for (std::size_t i = 0; i < model.sections.size(); ++i) {
     if (!model.sections[i].defined) {
+      const std::string& name = model.sections[i].name;
+      const std::string near = guesses++ < mostGuesses ? nearest(name, defined) : std::string();
       problems.push_back({.code = "unknown-section",
-                          .message = say(texts::problemSection, {model.sections[i].name}),
+                          .message = say(texts::problemSection, {name}) +
+                                     (!near.empty()     ? say(texts::didYouMean, {near})
+                                      : allowed.empty() ? allowed
+                                                        : say(texts::sectionsAllowed, {allowed})),
                           .pointer = barPointer(uses[i].firstBar) + "/section",
-                          .value = model.sections[i].name,
+                          .value = name,
+                          .allowed = allowed,
+                          .suggestion = near,
                           .section = static_cast<std::int32_t>(i),
                           .bars = uses[i].bars,
                           .firstBar = uses[i].firstBar});

@@ -55,6 +55,10 @@ std::string nearest(std::string_view word, std::span<const std::string> known) {
   return best;
 }
 
+std::string nearest(std::string_view word, std::span<const std::string_view> known) {
+  return nearest(word, std::vector<std::string>(known.begin(), known.end()));
+}
+
 std::string joined(std::span<const std::string_view> words) {
   std::string text;
   for (const std::string_view word : words) {

@@ -12,6 +12,7 @@ std::size_t editDistance(std::string_view a, std::string_view b);
 
 /// The known word nearest to `word`, case apart; empty when none comes close.
 std::string nearest(std::string_view word, std::span<const std::string> known);
+std::string nearest(std::string_view word, std::span<const std::string_view> known);
 
 /// "a, b, c".
 std::string joined(std::span<const std::string_view> words);
