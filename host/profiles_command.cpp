@@ -1,7 +1,6 @@
 #include "host/profiles_command.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
 #include <memory>
 #include <string_view>
@@ -22,8 +21,6 @@
 #include "host/text_encoding.h"
 #include "model/batch_source.h"
 #include "step/step_writer.h"
-
-namespace fs = std::filesystem;
 
 namespace exportifc::host {
 
