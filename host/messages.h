@@ -156,6 +156,8 @@ inline constexpr Text errorIsFolder{"it is a folder", "é uma pasta"};
 inline constexpr Text errorTooBig{"the file would be larger than allowed",
                                   "o arquivo seria maior que o permitido"};
 inline constexpr Text errorNameTooLong{"the name is too long", "o nome é longo demais"};
+inline constexpr Text errorBadName{"the system allows no file of this name",
+                                   "o sistema não permite um arquivo com este nome"};
 inline constexpr Text errorInterrupted{"interrupted", "interrompido"};
 
 // ---- the files of one call
@@ -455,6 +457,11 @@ inline constexpr Text noteSmallModel{"the whole model measures {0} m; is the uni
                                      "o modelo inteiro mede {0} m; a unidade está certa ({1})?"};
 inline constexpr Text noteLargeModel{"the whole model measures {0} km; is the unit right ({1})?",
                                      "o modelo inteiro mede {0} km; a unidade está certa ({1})?"};
+inline constexpr Text noteFarAway{
+    "coordinates lie {0} km from the origin, where they can only be kept in steps of {1} mm; move "
+    "the model near the origin",
+    "há coordenadas a {0} km da origem, onde só podem ser guardadas em passos de {1} mm; leve o "
+    "modelo para perto da origem"};
 inline constexpr Text noteUnusedSections{
     "{0} {0:section|sections} used by no bar: {1}",
     "{0} {0:seção|seções} sem nenhuma barra que {0:a|as} use: {1}"};

@@ -23,12 +23,18 @@ struct ErrorText {
 };
 
 constexpr ErrorText errorTexts[] = {
-    {ENOSPC, texts::errorNoSpace},     {EACCES, texts::errorNotAllowed},
-    {EPERM, texts::errorNotAllowed},   {ENOENT, texts::errorNoFolder},
-    {ENOTDIR, texts::errorNotAFolder}, {EROFS, texts::errorReadOnly},
-    {EPIPE, texts::errorClosedPipe},   {EISDIR, texts::errorIsFolder},
-    {EFBIG, texts::errorTooBig},       {ENAMETOOLONG, texts::errorNameTooLong},
+    {ENOSPC, texts::errorNoSpace},
+    {EACCES, texts::errorNotAllowed},
+    {EPERM, texts::errorNotAllowed},
+    {ENOENT, texts::errorNoFolder},
+    {ENOTDIR, texts::errorNotAFolder},
+    {EROFS, texts::errorReadOnly},
+    {EPIPE, texts::errorClosedPipe},
+    {EISDIR, texts::errorIsFolder},
+    {EFBIG, texts::errorTooBig},
+    {ENAMETOOLONG, texts::errorNameTooLong},
     {EINTR, texts::errorInterrupted},
+    {EINVAL, texts::errorBadName},  // Windows: it has characters that names cannot have
 };
 
 /// A name beside the file, different for each file and process. Systems take 255 characters.

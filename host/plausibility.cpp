@@ -28,6 +28,7 @@ constexpr double smallestDimension = 1.0;
 constexpr double largestDimension = 3000.0;
 constexpr double smallestModel = 1000.0;
 constexpr double largestModel = 10'000'000.0;
+constexpr double largestStep = 1.0;  // between neighbouring coordinates of 32 bits
 
 constexpr int lengthDecimals = 1;
 
@@ -372,8 +373,10 @@ class BarNotes {
       return;
     }
     double size = 0.0;
+    float farthest = 0.0F;
     for (std::size_t axis = 0; axis < low.size(); ++axis) {
       size = std::max(size, (double{high[axis]} - double{low[axis]}) * factor_);
+      farthest = std::max({farthest, std::fabs(high[axis]), std::fabs(low[axis])});
     }
     const std::string_view unit = unitNames[static_cast<std::size_t>(model_.unitCode)];
     constexpr double millimetresPerMetre = 1000.0;
@@ -387,6 +390,14 @@ class BarNotes {
           note({.pointer = "/unit"}, "large-model",
                say(texts::noteLargeModel,
                    {decimalText(size / millimetresPerKilometre, lengthDecimals), unit})));
+    }
+    const double step = (double{farthest} - double{std::nextafter(farthest, 0.0F)}) * factor_;
+    if (step > largestStep) {
+      notes_.push_back(note(
+          {.pointer = "/nodes"}, "far-from-origin",
+          say(texts::noteFarAway,
+              {decimalText(double{farthest} * factor_ / millimetresPerKilometre, lengthDecimals),
+               millimetreText(step)})));
     }
   }
 
