@@ -60,9 +60,8 @@ class LineReader {
 
   std::ifstream file_;
   std::istream* text_;
-  std::array<char, 16384>
-      buffer_{};        // half of the nearest cache, 32 KiB: the rest is for what a bar touches
-  std::string pieces_;  // of a line that lies in two buffers or more
+  std::array<char, 16384> buffer_{};  // half of the nearest cache: a bar touches other memory too
+  std::string pieces_;                // of a line that lies in two buffers or more
   const char* at_ = buffer_.data();
   const char* end_ = buffer_.data();
   bool ended_ = false;
