@@ -97,10 +97,13 @@ def run(*arguments, cwd=None, stdin=None, language="C", program=None, **more):
                           env=environment(language), timeout=600, **more)
 
 
+def slashed(said):
+    return said.replace("\\", "/") if options.wine else said
+
+
 def text(data):
     """Output as it must read on every system: one kind of slash and line end, no times."""
-    plain = data.decode("utf-8").replace("\r\n", "\n").replace("\\", "/") if options.wine \
-        else data.decode("utf-8")
+    plain = slashed(data.decode("utf-8").replace("\r\n", "\n") if options.wine else data.decode("utf-8"))
     plain = re.sub(r"(time|tempo)( +)\d+[.,]\d+ s", r"\1\2TIME", plain)
     return plain
 
@@ -161,12 +164,11 @@ def run_case(case):
         if "stdout_exchange" in case:
             check(is_exchange(result.stdout, case["stdout_exchange"]), "no exchange file on standard output")
         if "out" in case:
-            equal(text(result.stdout), expected(case["out"]).replace("\\", "/") if options.wine
-                  else expected(case["out"]), "standard output")
+            equal(text(result.stdout), slashed(expected(case["out"])), "standard output")
         if "err" in case:
-            equal(text(result.stderr), expected(case["err"]), "standard error")
+            equal(text(result.stderr), slashed(expected(case["err"])), "standard error")
         for part in case.get("has", []):
-            check(part in text(result.stdout) + text(result.stderr), f"not said: {part}{said}")
+            check(slashed(part) in text(result.stdout) + text(result.stderr), f"not said: {part}{said}")
         found = written(path)
         files = case.get("files", {})
         if "files" in case or case.get("code", 0) != 0:
