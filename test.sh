@@ -35,6 +35,7 @@ other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
 msvc-host      | quick | windows wine  | tests/msvc_host/run.sh build/windows
 fresh-clone    | full  |               | scripts/checks/fresh_clone.sh
 helpers        | quick | page linux    | scripts/checks/helper_messages.sh build/linux
+documented     | full  |               | scripts/checks/documented_commands.py
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
 cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc
