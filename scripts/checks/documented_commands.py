@@ -112,6 +112,8 @@ with tempfile.TemporaryDirectory(prefix="documented-") as work:
         if (root / ready).is_dir():
             (clone / ready).parent.mkdir(parents=True, exist_ok=True)
             shutil.copytree(root / ready, clone / ready, symlinks=True)
+    for stamp in root.glob("build/wine/prefix.ready.*"):
+        shutil.copy2(stamp, clone / "build/wine")
     for page, line, folder, command in found:
         if command in left_out:
             continue
