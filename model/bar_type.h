@@ -42,7 +42,7 @@ inline constexpr BarType barTypes[] = {
 // clang-format on
 inline constexpr std::size_t barTypeCount = sizeof(barTypes) / sizeof(barTypes[0]);
 
-constexpr bool barTypesStandByNumber() {
+consteval bool barTypesStandByNumber() {
   for (std::size_t i = 0; i < barTypeCount; ++i) {
     if (barTypes[i].number != static_cast<std::int32_t>(i)) {
       return false;

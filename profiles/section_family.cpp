@@ -42,17 +42,17 @@ constexpr FamilyArgument rectangle[] = {{d0, depth}, {d3, width}};
 constexpr FamilyArgument rectangleByAnySide[] = {{d0, depth}, {rectangleSide, width}};
 // clang-format on
 
-constexpr SectionFamily simple(std::wstring_view word, ProfileWriter profile, Arguments arguments) {
+consteval SectionFamily simple(std::wstring_view word, ProfileWriter profile, Arguments arguments) {
   return {.word = word, .isBuiltUp = false, .profiles = {profile}, .arguments = arguments};
 }
 
-constexpr SectionFamily builtUp(std::wstring_view word, ProfileWriter first, ProfileWriter second,
+consteval SectionFamily builtUp(std::wstring_view word, ProfileWriter first, ProfileWriter second,
                                 Arguments arguments) {
   return {.word = word, .isBuiltUp = true, .profiles = {first, second}, .arguments = arguments};
 }
 
 /// Two halves that nobody knows how to write.
-constexpr SectionFamily builtUpUnknown(std::wstring_view word) {
+consteval SectionFamily builtUpUnknown(std::wstring_view word) {
   return {.word = word, .isBuiltUp = true, .profiles = {}, .arguments = {}};
 }
 

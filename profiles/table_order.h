@@ -8,7 +8,7 @@ namespace exportifc {
 /// Whether the rows stand in the order of the enumeration that `key` names them by, from its first
 /// value to `last`, each once.
 template <class Row, std::size_t size, class Key>
-constexpr bool standsInOrder(const Row (&table)[size], Key Row::*key, Key last) {
+consteval bool standsInOrder(const Row (&table)[size], Key Row::*key, Key last) {
   for (std::size_t i = 0; i < size; ++i) {
     if (static_cast<std::size_t>(table[i].*key) != i) {
       return false;
