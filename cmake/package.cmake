@@ -4,7 +4,7 @@
 #   viewer/build.sh && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
 
 set(package_documents
-  docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
+  docs/checks.md docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
   docs/profiles.md docs/reliability.md)
 
 if(WIN32)

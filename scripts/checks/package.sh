@@ -31,6 +31,10 @@ check() {
 
 pack() { cpack --config "$build/CPackConfig.cmake" -B "$work/package"; }
 
+# run.sh configures the folder without the program.
+preset=$(basename "$build")
+check "the program is built" bash -c "cmake --preset $preset && cmake --build --preset $preset"
+
 # ---- without the page
 
 refuses_without_page() {
