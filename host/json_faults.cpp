@@ -287,9 +287,8 @@ class FaultFinder {
         break;
       case Before::opening:
       case Before::comma:
-        if (inArray() && isKey) {
-          missing(start);
-        } else if (inObject() && kind == Kind::opening && before_ == Before::comma) {
+        if ((inArray() && isKey) ||
+            (inObject() && kind == Kind::opening && before_ == Before::comma)) {
           missing(start);
         } else if (inObject() && kind == Kind::number && before_ == Before::comma) {
           const std::string number(text_.substr(start, at_ - start));
@@ -413,7 +412,7 @@ class FaultFinder {
     }
   }
 
-  const Word* knownWord(std::string_view text) const {
+  static const Word* knownWord(std::string_view text) {
     std::string lowered(text);
     for (char& c : lowered) {
       c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
