@@ -145,6 +145,38 @@ std::string definedText(const std::vector<std::string>& names) {
   return names.size() > most ? std::string() : text;
 }
 
+/// The sections that bars name and the model does not define.
+void checkSectionNames(const Model& model, std::vector<Problem>& problems) {
+  const auto uses = usesOf(model, [](const ModelBar&) { return true; });
+  std::vector<std::string> defined;
+  for (const ModelSection& section : model.sections) {
+    if (section.defined) {
+      defined.push_back(section.name);
+    }
+  }
+  const std::string allowed = definedText(defined);
+  constexpr std::size_t mostGuesses = 20;  // each goes through all names
+  std::size_t guesses = 0;
+  for (std::size_t i = 0; i < model.sections.size(); ++i) {
+    if (!model.sections[i].defined) {
+      const std::string& name = model.sections[i].name;
+      const std::string near = guesses++ < mostGuesses ? nearest(name, defined) : std::string();
+      problems.push_back({.code = "unknown-section",
+                          .message = say(texts::problemSection, {name}) +
+                                     (!near.empty()     ? say(texts::didYouMean, {near})
+                                      : allowed.empty() ? allowed
+                                                        : say(texts::sectionsAllowed, {allowed})),
+                          .pointer = barPointer(uses[i].firstBar) + "/section",
+                          .value = name,
+                          .allowed = allowed,
+                          .suggestion = near,
+                          .section = static_cast<std::int32_t>(i),
+                          .bars = uses[i].bars,
+                          .firstBar = uses[i].firstBar});
+    }
+  }
+}
+
 }  // namespace
 
 bool isExported(const ModelBar& bar, bool visibleOnly) {
@@ -178,34 +210,7 @@ std::vector<Problem> checkReferences(const Model& model) {
       checkNode(model.bars[i].end, i, "/nodes/1");
     }
   }
-  const auto uses = usesOf(model, [](const ModelBar&) { return true; });
-  std::vector<std::string> defined;
-  for (const ModelSection& section : model.sections) {
-    if (section.defined) {
-      defined.push_back(section.name);
-    }
-  }
-  const std::string allowed = definedText(defined);
-  constexpr std::size_t mostGuesses = 20;  // each goes through all names
-  std::size_t guesses = 0;
-  for (std::size_t i = 0; i < model.sections.size(); ++i) {
-    if (!model.sections[i].defined) {
-      const std::string& name = model.sections[i].name;
-      const std::string near = guesses++ < mostGuesses ? nearest(name, defined) : std::string();
-      problems.push_back({.code = "unknown-section",
-                          .message = say(texts::problemSection, {name}) +
-                                     (!near.empty()     ? say(texts::didYouMean, {near})
-                                      : allowed.empty() ? allowed
-                                                        : say(texts::sectionsAllowed, {allowed})),
-                          .pointer = barPointer(uses[i].firstBar) + "/section",
-                          .value = name,
-                          .allowed = allowed,
-                          .suggestion = near,
-                          .section = static_cast<std::int32_t>(i),
-                          .bars = uses[i].bars,
-                          .firstBar = uses[i].firstBar});
-    }
-  }
+  checkSectionNames(model, problems);
   return problems;
 }
 
