@@ -119,6 +119,7 @@ class Memory : public ModuleTest {
   /// The same for a model of these sections, written first.
   Outcome exportOf(const std::vector<std::string>& sections) {
     std::vector<BatchBar> bars;
+    bars.reserve(sections.size());
     for (const std::string& section : sections) {
       bars.push_back({.section = section});
     }
@@ -209,6 +210,7 @@ constexpr std::int64_t pathRoom = 1000;
 
 TEST_F(Memory, TextsThatAreRefusedAreNotKept) {
   std::vector<std::string> sections;
+  sections.reserve(200);
   for (int i = 0; i < 200; ++i) {
     sections.push_back("W " + std::to_string(i) + std::string(200000, '7'));
   }
@@ -221,6 +223,7 @@ TEST_F(Memory, TextsThatAreRefusedAreNotKept) {
 
 TEST_F(Memory, WhatStandsBehindTheEndOfANameIsNotKept) {
   std::vector<std::string> sections;
+  sections.reserve(200);
   for (int i = 0; i < 200; ++i) {
     sections.push_back(std::string("W 1\0", 4) + std::to_string(i) + std::string(200000, '7'));
   }
@@ -254,7 +257,7 @@ TEST_F(Memory, WhatIsKeptDoesNotDependOnTheLengthOfNames) {
 TEST_F(Memory, BeyondItsRecordsAModelOfManySectionsKeepsLittle) {
   // 292 bytes a record and what the system adds to them; of the rest, 4,096 sections at most.
   constexpr std::int64_t record = 320;
-  constexpr std::int64_t sections = 4096 * 160;
+  constexpr std::int64_t sections = std::int64_t{4096} * 160;
   constexpr std::size_t count = 20000;
   std::vector<std::string> names;
   for (std::size_t i = 0; i < count; ++i) {
