@@ -164,14 +164,14 @@ struct FunctionTable {
 
 TEST(IfcEntity, ItsFunctionsStandInTheirPlaces) {
   struct Counted final : IfcEntity {
-    explicit Counted(int& destroyed) : destroyed_(destroyed) {}
+    explicit Counted(int& counter) : destroyed(counter) {}
     Counted(const Counted&) = delete;
     Counted& operator=(const Counted&) = delete;
-    ~Counted() override { ++destroyed_; }
-    int& destroyed_;
+    ~Counted() override { ++destroyed; }
+    int& destroyed;
   };
   int destroyed = 0;
-  alignas(Counted) std::array<std::byte, sizeof(Counted)> room;
+  alignas(Counted) std::array<std::byte, sizeof(Counted)> room{};
   auto* const entity = new (room.data()) Counted(destroyed);
   entity->id = 7;
   const FunctionTable functions(*entity);

@@ -26,6 +26,8 @@ using exportifc::test::listener;
 
 // The program's own functions stand before those of the library.
 
+// The library declares them with names reserved to it.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" char* setlocale(int category, const char* name) noexcept {
   static auto* const systems =
       reinterpret_cast<decltype(&setlocale)>(dlsym(RTLD_NEXT, "setlocale"));
@@ -45,3 +47,4 @@ extern "C" ssize_t getrandom(void* bytes, std::size_t size, unsigned flags) {
   }
   return static_cast<ssize_t>(size);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
