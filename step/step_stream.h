@@ -14,8 +14,8 @@ namespace exportifc {
 /// Writes lines that end with CR LF, each handed to the sink in one call as soon as it is complete,
 /// so that a crash of the host loses at most the line being composed.
 ///
-/// Once something could not be written (no sink, a full disk, a character above U+00FF) the stream
-/// has failed and drops everything that follows, without a message.
+/// Once something could not be written (no sink, no room left, a character that is no byte) the
+/// stream has failed and drops everything that follows, without a message.
 class StepStream {
  public:
   /// A null sink is a file that could not be opened: the stream has failed from the start.

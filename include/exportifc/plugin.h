@@ -8,8 +8,8 @@
  * Threads: everything runs on the caller's thread and returns when the export is over. The record
  * and the module's mode are unsynchronised, so two exports must not overlap.
  *
- * C++ hosts: when the output file cannot be opened, PlugInExecute and PlugInExportIfcFile throw the
- * narrow text "Erro na criação do arquivo" (const char*, Windows-1252, static life). A host built
+ * C++ hosts: when the output file cannot be opened, PlugInExecute and PlugInExportIfcFile throw
+ * "Erro na criação do arquivo" (const char*, Windows-1252, static life). A host built
  * by Microsoft's compiler or for mingw-w64 catches it as `const char*`, whichever of the two built
  * the module's own; docs/host-guide.md tells the rest. C hosts cannot catch it and end.
  */
@@ -41,15 +41,15 @@ extern "C" {
 typedef int32_t (*HostQuery)(uint64_t hostHandle, int32_t index, int32_t code, void* out);
 
 enum {
-  EXPORTIFC_LENGTH_UNIT = 0x25000C,     /* int32_t: one of the units below                        */
-  EXPORTIFC_BAR_COUNT = 0x50005,        /* int32_t: number of bars                                */
-  EXPORTIFC_BAR_TYPE = 0x210003,        /* float: one of the types below, truncated toward zero   */
-  EXPORTIFC_BAR_VISIBLE = 0x210702,     /* int32_t: 0 hidden                                      */
-  EXPORTIFC_BAR_RECORD = 0x210005,      /* uint32_t: address of the bar's BarRecord, 0 for none;
-                                           64-bit hosts keep their records below 4 GiB            */
-  EXPORTIFC_BAR_ANGLE = 0x21000A,       /* float: rotation of the section about the bar, radians  */
-  EXPORTIFC_SECTION_DIMS = 0x10701,     /* float[10]: section dimensions, in the order of
-                                           docs/profiles.md; written as given, so millimetres     */
+  EXPORTIFC_LENGTH_UNIT = 0x25000C, /* int32_t: one of the units below                        */
+  EXPORTIFC_BAR_COUNT = 0x50005,    /* int32_t: number of bars                                */
+  EXPORTIFC_BAR_TYPE = 0x210003,    /* float: one of the types below, truncated toward zero   */
+  EXPORTIFC_BAR_VISIBLE = 0x210702, /* int32_t: 0 hidden                                      */
+  EXPORTIFC_BAR_RECORD = 0x210005,  /* uint32_t: address of the bar's BarRecord, 0 for none;
+                                       64-bit hosts keep their records below 4 GiB            */
+  EXPORTIFC_BAR_ANGLE = 0x21000A,   /* float: how far the section is turned on the bar, radians */
+  EXPORTIFC_SECTION_DIMS = 0x10701, /* float[10]: section dimensions, in the order of
+                                       docs/profiles.md; written as given, so millimetres     */
   EXPORTIFC_BAR_START_NODE = 0x21001F,  /* int32_t: node index of the bar's first end             */
   EXPORTIFC_BAR_END_NODE = 0x210020,    /* int32_t: node index of the bar's second end            */
   EXPORTIFC_NODE_COORDINATES = 0x220007 /* float[3]: x, y, z in the model's length unit           */
