@@ -15,7 +15,7 @@ esac
 cd "$(dirname "${BASH_SOURCE[0]}")"
 
 scripts/setup.sh program
-viewer/build.sh
+page/build.sh
 cmake --preset linux -DEXPORTIFC_TESTS=OFF
 cmake --build --preset linux --target exportifc_program exportifc_viewer_page
 mkdir -p out

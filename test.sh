@@ -42,7 +42,7 @@ cli-windows    | full  | page linux windows wine | tests/cli/run.py build/window
 files-linux    | quick | linux         | tests/cli/random_files.py build/linux/exportifc
 files-windows  | full  | windows wine  | tests/cli/random_files.py build/windows/exportifc.exe --wine --calls 200
 readers        | full  | linux         | tests/readers/run.sh
-viewer         | full  | page linux    | viewer/test.sh build/linux
+viewer         | full  | page linux    | page/test.sh build/linux
 writes         | quick | linux         | bench/write_count.sh build/linux
 coverage       | full  |               | scripts/coverage.sh
 samples        | quick |               | scripts/checks/samples.sh
@@ -109,7 +109,7 @@ build() {
   if [[ -z ${build_state[$what]-} ]]; then
     start=$(now)
     case $what in
-      page) steps='viewer/build.sh' ;;
+      page) steps='page/build.sh' ;;
       *) steps="cmake --preset $what && cmake --build --preset $what" ;;
     esac
     if bash -c "$steps" </dev/null >"$log" 2>&1; then

@@ -13,7 +13,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/json_model.h"
+#include "library/formats/json_model.h"
 
 namespace {
 
@@ -53,8 +53,8 @@ void run(const char* path, int rounds) {
   std::vector<double> library;
   std::vector<double> ratios;
   for (int round = 0; round < rounds; ++round) {
-    ours.push_back(timeOf(
-        path, [](std::istream& file) { (void)exportifc::host::readJsonModel(*file.rdbuf()); }));
+    ours.push_back(
+        timeOf(path, [](std::istream& file) { (void)exportifc::readJsonModel(*file.rdbuf()); }));
     library.push_back(timeOf(path, [](std::istream& file) {
       DropsAll handler;
       (void)nlohmann::json::sax_parse(file, &handler);

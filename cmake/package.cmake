@@ -1,7 +1,7 @@
 # The zip for users: the module, the header for hosts, the program with the viewer's page, the
 # samples and the documents.
 #
-#   viewer/build.sh && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
+#   page/build.sh && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
 
 set(package_documents
   docs/checks.md docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
@@ -38,9 +38,9 @@ install(FILES ${CMAKE_BINARY_DIR}/packaging/README.md DESTINATION .)
 if(EXPORTIFC_PROGRAM)
   install(TARGETS exportifc_program RUNTIME DESTINATION bin)
   # A program without its page could not `view`.
-  set(page ${CMAKE_SOURCE_DIR}/viewer/dist/viewer.html)
+  set(page ${CMAKE_SOURCE_DIR}/page/dist/viewer.html)
   install(CODE "if(NOT EXISTS \"${page}\")
-    message(FATAL_ERROR \"viewer/dist/viewer.html is missing: run viewer/build.sh\")
+    message(FATAL_ERROR \"page/dist/viewer.html is missing: run page/build.sh\")
   endif()")
   install(FILES ${page} DESTINATION bin)
   install(FILES docs/exportifc.1 DESTINATION share/man/man1)

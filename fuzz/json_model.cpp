@@ -1,27 +1,23 @@
 // Any bytes as a JSON model: refused with a message, or read, checked, exported, and written as
 // JSON that reads back the same.
-#include "host/json_model.h"
+#include "library/formats/json_model.h"
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
 
-#include <unistd.h>
-
 #include "fuzz/exchange_check.h"
 #include "fuzz/expectation.h"
 #include "fuzz/memory_export.h"
 #include "fuzz/require.h"
-#include "host/json_places.h"
-#include "host/model_check.h"
-#include "host/model_source.h"
-#include "host/problem_report.h"
-#include "host/text_encoding.h"
+#include "library/formats/json_places.h"
+#include "library/frame/model_check.h"
+#include "library/frame/model_source.h"
+#include "library/frame/problem_text.h"
+#include "library/text/text_encoding.h"
 
 namespace {
 
@@ -31,7 +27,7 @@ using namespace exportifc::fuzz;
 /// A negative zero may lose its sign; nothing in JSON is not a number.
 bool same(const float* a, const float* b, std::size_t count) { return std::equal(a, a + count, b); }
 
-void requireSame(const host::Model& a, const host::Model& b) {
+void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
   require(a.title == b.title && a.unitCode == b.unitCode, "title or unit changed");
   require(a.nodes.size() == b.nodes.size(), "nodes were lost");
   for (std::size_t i = 0; i < a.nodes.size(); ++i) {
@@ -39,36 +35,40 @@ void requireSame(const host::Model& a, const host::Model& b) {
   }
   require(a.bars.size() == b.bars.size(), "bars were lost");
   for (std::size_t i = 0; i < a.bars.size(); ++i) {
-    const host::ModelBar& x = a.bars[i];
-    const host::ModelBar& y = b.bars[i];
+    const ModelBar& x = a.bars[i];
+    const ModelBar& y = b.bars[i];
     require(x.start == y.start && x.end == y.end && x.type == y.type && x.visible == y.visible &&
                 x.quarterTurns == y.quarterTurns && same(&x.angle, &y.angle, 1),
             "a bar changed");
-    const host::ModelSection& s = a.sections[static_cast<std::size_t>(x.section)];
-    const host::ModelSection& t = b.sections[static_cast<std::size_t>(y.section)];
+    const ModelSection& s = a.sections[static_cast<std::size_t>(x.section)];
+    const ModelSection& t = b.sections[static_cast<std::size_t>(y.section)];
     require(s.name == t.name && s.text == t.text && s.defined == t.defined, "a section changed");
     require(same(s.dims.data(), t.dims.data(), s.dims.size()), "a dimension changed");
   }
 }
 
-/// What `writeJsonModel` writes, through a file: it writes nowhere else.
-std::string written(const host::Model& model) {
-  static const std::string path = "/dev/shm/json_model_" + std::to_string(getpid());
-  {
-    host::OutputFile output(path);
-    host::writeJsonModel(model, output);
-    output.commit();
+class TextSink final : public ByteSink {
+ public:
+  bool write(const char* bytes, std::size_t size) override {
+    text_.append(bytes, size);
+    return true;
   }
-  std::ifstream file(path, std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  unlink(path.c_str());
-  return text;
+  const std::string& text() const { return text_; }
+
+ private:
+  std::string text_;
+};
+
+std::string written(const exportifc::Model& model) {
+  TextSink sink;
+  writeJsonModel(model, sink);
+  return sink.text();
 }
 
-Model modelOf(const host::Model& told) {
-  Model model;
+fuzz::Model modelOf(const exportifc::Model& told) {
+  fuzz::Model model;
   model.unitCode = told.unitCode;
-  for (const host::ModelBar& bar : told.bars) {
+  for (const ModelBar& bar : told.bars) {
     const std::string& text = told.sections[static_cast<std::size_t>(bar.section)].text;
     model.bars.push_back({.hasRecord = text.size() < sizeof(BarRecord::sectionName),
                           .type = static_cast<float>(bar.type),
@@ -82,12 +82,12 @@ Model modelOf(const host::Model& told) {
   return model;
 }
 
-void exportAndCompare(const host::Model& told) {
-  const Model model = modelOf(told);
+void exportAndCompare(const exportifc::Model& told) {
+  const fuzz::Model model = modelOf(told);
   CountingInterface ui;
   Exported exported;
-  exportModel([&] { return std::make_unique<host::ModelSource>(told, false, [](std::int32_t) {}); },
-              ui, exported);
+  fuzz::exportModel([&] { return std::make_unique<ModelSource>(told, false, [](std::int32_t) {}); },
+                    ui, exported);
   require(exported.result == 1 && ui.unhandled == 0, "the export failed");
   std::string fault = compareWithModel(exported.file, model);
   if (fault.empty() && hasPlainNames(model)) {
@@ -96,7 +96,7 @@ void exportAndCompare(const host::Model& told) {
   if (!fault.empty()) {
     fail(fault);
   }
-  if (host::checkCharacters(told, false).empty()) {
+  if (checkCharacters(told, false).empty()) {
     require(exported.file.ends_with("END-ISO-10303-21;\r\n"),
             "a model without unwritable characters gives half a file");
   }
@@ -106,32 +106,31 @@ void exportAndCompare(const host::Model& told) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::stringbuf text(std::string(reinterpret_cast<const char*>(data), size), std::ios::in);
-  host::Model model;
+  exportifc::Model model;
   try {
-    model = host::readJsonModel(text);
-  } catch (const host::ModelError& error) {
+    model = readJsonModel(text);
+  } catch (const ModelError& error) {
     const auto lines = std::count(data, data + size, '\n') + 1;
-    require(*error.what() != '\0' && host::isUtf8(error.what()), "a message that cannot be shown");
-    const host::Problem& problem = error.problem();
-    require(host::isUtf8(problem.pointer), "a pointer that cannot be shown");
+    require(*error.what() != '\0' && isUtf8(error.what()), "a message that cannot be shown");
+    const Problem& problem = error.problem();
+    require(isUtf8(problem.pointer), "a pointer that cannot be shown");
     text.pubseekpos(0, std::ios::in);
-    for (const host::TextPlace place :
-         {problem.place, error.readTo(),
-          host::placesOf(text, {problem.pointer}, error.readTo()).front()}) {
+    for (const TextPlace place : {problem.place, error.readTo(),
+                                  placesOf(text, {problem.pointer}, error.readTo()).front()}) {
       require(place.line >= 0 && place.line <= lines, "a place outside the text");
     }
     return 0;
   }
-  for (const host::Problem& problem : host::checkModel(model, false)) {
-    const std::string line = host::problemText(model, problem);
-    require(!line.empty() && host::isUtf8(line), "a problem that cannot be shown");
+  for (const Problem& problem : checkModel(model, false)) {
+    const std::string line = problemText(model, problem);
+    require(!line.empty() && isUtf8(line), "a problem that cannot be shown");
   }
-  if (host::checkReferences(model).empty()) {
+  if (checkReferences(model).empty()) {
     exportAndCompare(model);
     std::stringbuf again(written(model), std::ios::in);
-    requireSame(model, host::readJsonModel(again));
-    host::transliterate(model);
-    require(host::checkCharacters(model, false).empty(), "transliterated, still unwritable");
+    requireSame(model, readJsonModel(again));
+    transliterate(model);
+    require(checkCharacters(model, false).empty(), "transliterated, still unwritable");
   }
   return 0;
 }

@@ -14,7 +14,7 @@ import sys
 
 root = pathlib.Path(__file__).resolve().parents[1]
 target = root / "THIRD-PARTY.md"
-modules = root / "viewer/node_modules"
+modules = root / "page/node_modules"
 
 
 def upstream_version(package):

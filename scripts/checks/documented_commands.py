@@ -24,7 +24,7 @@ pages = [
     ("CONTRIBUTING.md", "."),
     ("docs/*.md", "."),
     ("samples/README.md", "."),
-    ("viewer/README.md", "viewer"),
+    ("page/README.md", "viewer"),
     ("bench/README.md", "."),
     ("fuzz/README.md", "."),
     ("tests/readers/README.md", "tests/readers"),
@@ -108,7 +108,7 @@ with tempfile.TemporaryDirectory(prefix="documented-") as work:
     clone = pathlib.Path(work) / "clone"
     subprocess.run(["git", "clone", "-q", "--no-hardlinks", str(root), str(clone)], check=True)
     # Prepared once a machine, and no part of the sources: a Wine prefix and packages of npm.
-    for ready in ("build/wine/prefix", "viewer/node_modules", "tests/readers/node_modules"):
+    for ready in ("build/wine/prefix", "page/node_modules", "tests/readers/node_modules"):
         if (root / ready).is_dir():
             (clone / ready).parent.mkdir(parents=True, exist_ok=True)
             shutil.copytree(root / ready, clone / ready, symlinks=True)

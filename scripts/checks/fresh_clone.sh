@@ -53,7 +53,7 @@ expect "no CLI11" 1 'CLI/CLI.hpp is not installed: run scripts/setup.sh program'
 expect "no GoogleTest" 1 'run scripts/setup.sh test' \
   cmake --preset linux -B "$work/build-gtest" -DEXPORTIFC_GOOGLETEST_DIR="$work/bin"
 expect "no Node.js" 1 'node is not installed: run scripts/setup.sh program' \
-  env PATH="$work/bin" viewer/build.sh
+  env PATH="$work/bin" page/build.sh
 
 # ---- the README's commands as they stand
 
@@ -69,9 +69,9 @@ expect "nothing is left that git would see" 0 '^$' bash -c 'git status --porcela
 
 # ---- the page is built after the program
 
-rm -rf viewer/dist build/linux/viewer.html
+rm -rf page/dist build/linux/viewer.html
 cmake --build build/linux --target exportifc_program exportifc_viewer_page >/dev/null
-viewer/build.sh >/dev/null
+page/build.sh >/dev/null
 expect "the page laid beside the program" 0 '' \
   build/linux/exportifc view out/galpao.ifc -o out/again.html
 expect "the same page" 0 '' cmp out/galpao.html out/again.html

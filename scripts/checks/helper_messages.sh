@@ -34,21 +34,21 @@ echo 'ISO-10303-21;' >"$work/some.ifc"
 # ---- nothing is built
 
 says "reproducible" 1 'exportIFC\.dll is missing: cmake --preset windows' scripts/checks/reproducible.sh
-says "embed without the page" 2 'dist/viewer\.html is missing: run viewer/build\.sh' \
-  viewer/embed.mjs "$work/some.ifc" "$work/some.html"
-says "bench without packages" 2 'playwright-core is missing: build' node viewer/bench.mjs "$build"
-says "pictures without packages" 2 'playwright-core is missing: build' viewer/pictures.mjs
+says "embed without the page" 2 'dist/viewer\.html is missing: run page/build\.sh' \
+  page/embed.mjs "$work/some.ifc" "$work/some.html"
+says "bench without packages" 2 'playwright-core is missing: build' node page/bench.mjs "$build"
+says "pictures without packages" 2 'playwright-core is missing: build' page/pictures.mjs
 
 # ---- the page is there
 
-mkdir -p viewer/dist
-cp "$root/viewer/dist/viewer.html" viewer/dist/ || exit 1
-ln -s "$root/viewer/node_modules" viewer/node_modules
-says "embed of no file" 2 'there is no file nowhere\.ifc' viewer/embed.mjs nowhere.ifc "$work/some.html"
+mkdir -p page/dist
+cp "$root/page/dist/viewer.html" page/dist/ || exit 1
+ln -s "$root/page/node_modules" page/node_modules
+says "embed of no file" 2 'there is no file nowhere\.ifc' page/embed.mjs nowhere.ifc "$work/some.html"
 says "embed onto its input" 2 'is what is read: choose another output' \
-  viewer/embed.mjs "$work/some.ifc" "$work/some.ifc"
-says "bench without a build" 2 'nowhere/run_host is missing: build' node viewer/bench.mjs nowhere
-says "pictures without the program" 2 'exportifc is missing: build' viewer/pictures.mjs
+  page/embed.mjs "$work/some.ifc" "$work/some.ifc"
+says "bench without a build" 2 'nowhere/run_host is missing: build' node page/bench.mjs nowhere
+says "pictures without the program" 2 'exportifc is missing: build' page/pictures.mjs
 
 # ---- the batch host
 

@@ -10,7 +10,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 
 root=$PWD
 build=${1:-build/windows}
-page=viewer/dist/viewer.html
+page=page/dist/viewer.html
 work=$(mktemp -d)
 put_back() { [[ ! -e $work/viewer.html ]] || mv "$work/viewer.html" "$page"; }
 trap 'put_back; rm -rf "$work"' EXIT
@@ -43,7 +43,7 @@ refuses_without_page() {
   local code=$?
   put_back
   cat "$work/pack"
-  ((code != 0)) && grep -qF 'viewer/dist/viewer.html is missing: run viewer/build.sh' "$work/pack" \
+  ((code != 0)) && grep -qF 'page/dist/viewer.html is missing: run page/build.sh' "$work/pack" \
     && ! ls "$work"/package/*.zip
 }
 check "no package without the page" refuses_without_page

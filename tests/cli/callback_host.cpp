@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "host/failure.h"
-#include "host/model_check.h"
-#include "host/model_reader.h"
+#include "cli/failure.h"
+#include "cli/model_file.h"
+#include "library/frame/model_check.h"
 #include "profiles/profile_dispatch.h"
 #include "profiles/section_name.h"
 #include "tests/module/frame_host.h"
@@ -23,8 +23,8 @@
 namespace {
 
 using namespace exportifc::module_tests;
-using exportifc::host::Model;
-using exportifc::host::ModelBar;
+using exportifc::Model;
+using exportifc::ModelBar;
 
 void fill(FrameHost& host, const Model& model) {
   host.unit = model.unitCode;
@@ -62,8 +62,7 @@ std::vector<Dialog> scriptFor(const Model& model, const std::string& output, boo
   std::vector<Dialog> script = {typesFileName(output), visibleOnly ? answersNo() : answersYes()};
   for (const ModelBar& bar : model.bars) {
     const auto& section = model.sections[static_cast<std::size_t>(bar.section)];
-    const int boxes =
-        exportifc::host::isExported(bar, visibleOnly) ? unknownProfiles(section.text) : 0;
+    const int boxes = exportifc::isExported(bar, visibleOnly) ? unknownProfiles(section.text) : 0;
     for (int i = 0; i < boxes; ++i) {
       script.push_back(box("Perfil Desconhecido", "Aviso"));
     }
@@ -73,7 +72,7 @@ std::vector<Dialog> scriptFor(const Model& model, const std::string& output, boo
 
 int run(const std::string& modulePath, const std::string& modelPath, const std::string& output,
         bool visibleOnly) {
-  const Model model = exportifc::host::readModel(modelPath);
+  const Model model = exportifc::cli::readModel(modelPath);
   const LoadedModule module(modulePath);
   PlugInModule* const record = module.getPlugInModule();
   FrameHost host;

@@ -594,10 +594,10 @@ def the_programs_own_files_are_no_outputs():
 
 @native_only
 def every_code_of_a_problem_is_documented():
-    sources = "".join(p.read_text() for p in (ROOT / "host").glob("*.cpp"))
+    sources = "".join(p.read_text() for room in ("library", "cli") for p in (ROOT / room).rglob("*.cpp"))
     codes = set(re.findall(r'\.code = "([a-z-]+)"', sources))
     codes |= set(re.findall(r'\b(?:add|warn)\(\s*"([a-z]+(?:-[a-z]+)+)"', sources))
-    codes |= set(re.findall('"([a-z]+(?:-[a-z]+)+)"', (ROOT / "host/plausibility.cpp").read_text()))
+    codes |= set(re.findall('"([a-z]+(?:-[a-z]+)+)"', (ROOT / "library/frame/plausibility.cpp").read_text()))
     rows = [line.split("|")[1] for line in (ROOT / "docs/checks.md").read_text().splitlines() if line.startswith("| `")]
     listed = set(re.findall("`([^`]+)`", " ".join(rows)))
     equal(sorted(listed), sorted(codes), "the codes of docs/checks.md")
@@ -739,7 +739,7 @@ def texts_that_differ_do_not_compile():
                            (False, 'Text t{"{0}", "{1}"};'), (False, 'Text t{"{0}", "none"};'),
                            (False, 'Text t{"{1}", "{1}"};'), (False, 'Text t{"{0:bar}", "{0:barra}"};'),
                            (False, 'Text t{"{0", "{0"};'), (False, 'Text t{"{0}", "{0}"}; std::string s = say(t, {"1", "x"});')):
-        source = ('#include "host/messages.h"\nusing namespace exportifc::host;\nnamespace { inline constexpr '
+        source = ('#include "library/text/text.h"\nusing namespace exportifc;\nnamespace { inline constexpr '
                   + source + " }\n")
         result = subprocess.run(["g++", "-std=c++20", "-fsyntax-only", "-I", str(ROOT), "-x", "c++", "-"],
                                 input=source, capture_output=True, text=True)

@@ -1,0 +1,140 @@
+#include "cli/commands/check.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include <nlohmann/json.hpp>
+
+#include "cli/console.h"
+#include "cli/failure.h"
+#include "cli/file_plan.h"
+#include "cli/messages.h"
+#include "cli/model_file.h"
+#include "cli/problem_report.h"
+#include "library/frame/model_check.h"
+#include "library/frame/plausibility.h"
+#include "library/frame/problem_text.h"
+
+namespace exportifc::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// The same facts for programs; an empty one is left out.
+Json problemJson(const std::string& name, const Problem& problem) {
+  Json json = {{"code", problem.code},
+               {"severity", severityCode(problem.severity)},
+               {"message", problem.message},
+               {"file", name}};
+  const auto add = [&](const char* key, const std::string& text) {
+    if (!text.empty()) {
+      json[key] = text;
+    }
+  };
+  if (problem.place.line > 0) {
+    json["line"] = problem.place.line;
+  }
+  if (problem.place.column > 0) {
+    json["column"] = problem.place.column;
+  }
+  add("pointer", problem.pointer);
+  add("value", problem.value);
+  add("allowed", problem.allowed);
+  add("suggestion", problem.suggestion);
+  return json;
+}
+
+Json problemJson(const std::string& name, const Model& model, const Problem& problem) {
+  Json json = problemJson(name, problem);
+  json["bars"] = problem.bars;
+  if (problem.firstBar >= 0) {
+    json["firstBar"] = problem.firstBar + 1;
+  }
+  if (problem.section >= 0) {
+    json["section"] = model.sections[static_cast<std::size_t>(problem.section)].name;
+  }
+  if (problem.dimension >= 0) {
+    json["dimension"] = problem.dimension;
+  }
+  return json;
+}
+
+struct Finding {
+  int code = exitOk;
+  Json json;
+};
+
+/// "no problems", "2 problems, 1 note".
+std::string countText(const std::vector<Problem>& problems) {
+  const auto notes = std::count_if(problems.begin(), problems.end(), isNote);
+  const auto others = static_cast<std::int64_t>(problems.size()) - notes;
+  const std::string text = others == 0 ? std::string(say(texts::checkNoProblems))
+                                       : say(texts::checkProblems, {numberText(others)});
+  return notes == 0 ? text : say(texts::checkNotes, {text, numberText(notes)});
+}
+
+Finding checkOne(const std::string& name, const CheckOptions& options) {
+  Finding finding{.json = {{"model", name}}};
+  Json list = Json::array();
+  try {
+    const Model model = readModel(name);
+    finding.json["bars"] = model.bars.size();
+    std::vector<Problem> problems = checkModel(model, options.visibleOnly);
+    if (options.notes) {
+      auto notes = checkPlausibility(model, options.visibleOnly);
+      std::move(notes.begin(), notes.end(), std::back_inserter(problems));
+    } else {
+      std::erase_if(problems, isNote);
+    }
+    locate(name, model, problems);
+    for (const Problem& problem : problems) {
+      list.push_back(problemJson(name, model, problem));
+      if (!options.json) {
+        printLine(problemLine(name, model, problem));
+      }
+    }
+    finding.code = std::all_of(problems.begin(), problems.end(), isNote) ? exitOk : exitProblems;
+    if (!options.json) {
+      printLine(displayName(name) + ": " +
+                say(texts::checkSummary, {numberText(static_cast<std::int64_t>(model.bars.size())),
+                                          countText(problems)}));
+    }
+  } catch (const Failure& failure) {
+    finding.code = failure.code();
+    const auto* const told = dynamic_cast<const ModelFailure*>(&failure);
+    list.push_back(problemJson(
+        name, told != nullptr ? told->problem()
+                              : Problem{.code = "unreadable", .message = failure.what()}));
+    if (!options.json) {
+      reportFailure(failure);
+    }
+  }
+  finding.json["problems"] = std::move(list);
+  return finding;
+}
+
+}  // namespace
+
+int runCheckCommand(const CheckOptions& options) {
+  FilePlan files;
+  for (const std::string& model : options.models) {
+    files.reads(model);
+  }
+  int code = exitOk;
+  Json all = Json::array();
+  for (const std::string& model : options.models) {
+    Finding finding = checkOne(model, options);
+    code = std::max(code, finding.code);
+    all.push_back(std::move(finding.json));
+  }
+  if (options.json) {
+    constexpr int indent = 2;
+    // Names of files are bytes: what is not UTF-8 is replaced.
+    printLine(all.dump(indent, ' ', false, Json::error_handler_t::replace));
+  }
+  return code;
+}
+
+}  // namespace exportifc::cli

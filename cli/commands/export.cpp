@@ -1,0 +1,336 @@
+#include "cli/commands/export.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <iterator>
+#include <new>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "cli/commands/jobs.h"
+#include "cli/console.h"
+#include "cli/failure.h"
+#include "cli/file_plan.h"
+#include "cli/messages.h"
+#include "cli/model_file.h"
+#include "cli/output_file.h"
+#include "cli/output_format.h"
+#include "cli/paths.h"
+#include "cli/problem_report.h"
+#include "cli/progress.h"
+#include "cli/system.h"
+#include "cli/viewer_page.h"
+#include "library/frame/model_check.h"
+#include "library/frame/model_export.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::cli {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* exchangeExtension = ".ifc";
+
+std::string outputFor(const std::string& model, const ExportOptions& options) {
+  if (!options.output.empty()) {
+    return options.output;
+  }
+  if (isStandardStream(model)) {
+    return model;
+  }
+  fs::path path = pathOf(model);
+  path.replace_extension(exchangeExtension);
+  return textOf(options.directory.empty() ? path : pathOf(options.directory) / path.filename());
+}
+
+std::string pageFor(const std::string& output) {
+  return textOf(pathOf(output).replace_extension(".html"));
+}
+
+/// What `check` finds, in a few lines; the file is written all the same.
+void reportFindings(const std::string& name, const Model& model, std::vector<Problem> problems) {
+  // Of a long list, the problems of the whole model are not to be missed, nor errors.
+  const auto rank = [](const Problem& problem) {
+    return std::pair(problem.bars > 0, problem.severity);
+  };
+  std::stable_sort(problems.begin(), problems.end(),
+                   [&](const Problem& a, const Problem& b) { return rank(a) < rank(b); });
+  constexpr std::size_t mostLines = 10;
+  const std::size_t found = problems.size();
+  problems.resize(std::min(found, mostLines));
+  for (Problem& problem : problems) {
+    problem.severity = Severity::warning;
+  }
+  reportProblems(name, model, std::move(problems));
+  const std::string count = numberText(static_cast<std::int64_t>(found));
+  if (found > mostLines) {
+    reportModelWarning(name, say(texts::exportProblemsMore, {count}));
+  } else if (found > 1) {
+    reportModelWarning(name, say(texts::checkProblems, {count}));
+  }
+}
+
+/// Whether a problem of the section says already what the module's message says.
+bool isTold(const ModuleMessage& message, const std::vector<Problem>& found) {
+  constexpr std::string_view told[] = {"empty-section", "unknown-family", "family-without-profile",
+                                       "text-too-long"};
+  return std::any_of(found.begin(), found.end(), [&](const Problem& problem) {
+    return problem.section == message.section &&
+           std::find(std::begin(told), std::end(told), problem.code) != std::end(told);
+  });
+}
+
+void reportMessages(const std::string& name, const Model& model, const ExportResult& result,
+                    const std::vector<Problem>& found) {
+  std::vector<Problem> problems;
+  for (const ModuleMessage& message : result.messages) {
+    if (isTold(message, found)) {
+      continue;
+    }
+    const ModelSection& section = model.sections[static_cast<std::size_t>(message.section)];
+    problems.push_back(
+        {.code = "module-message",
+         .severity = Severity::warning,
+         .message = say(texts::moduleMessage, {moduleText(message.text), section.text}),
+         .pointer = sectionPointer(section) + "/text",
+         .section = message.section,
+         .bars = message.bars,
+         .firstBar = message.firstBar});
+  }
+  reportProblems(name, model, std::move(problems));
+}
+
+std::string skippedText(const SkippedBars& skipped) {
+  std::string text;
+  const auto add = [&](const Text& pattern, std::int32_t count) {
+    if (count > 0) {
+      text += (text.empty() ? "" : ", ") + fill(pattern, {numberText(count)});
+    }
+  };
+  add(texts::sumInvisible, skipped.invisible);
+  add(texts::sumType10, skipped.notExportedType);
+  add(texts::sumTooLong, skipped.withoutRecord);
+  return text.empty() ? say(texts::noneBars) : text;
+}
+
+std::string elementsText(const ExportResult& result) {
+  std::string text;
+  for (std::size_t i = 0; i < elementKeywords.size(); ++i) {
+    if (result.elements[i] > 0) {
+      text += (text.empty() ? "" : ", ") + numberText(result.elements[i]) + " " +
+              std::string(elementKeywords[i]);
+    }
+  }
+  return text.empty() ? say(texts::none) : text;
+}
+
+/// The summary; on standard error when the file itself goes to standard output.
+void printSummary(const Model& model, const std::string& name, const std::string& output,
+                  const ExportResult& result, double seconds) {
+  const auto print = isStandardStream(output) ? printError : printLine;
+  constexpr std::size_t labelWidth = 22;
+  const auto row = [&](const Text& label, const std::string& value) {
+    std::string text = say(label);
+    std::size_t width = 0;
+    for (const char c : text) {
+      width += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1U : 0U;
+    }
+    text.append(width < labelWidth ? labelWidth - width : 1, ' ');
+    print("  " + text + value);
+  };
+  const SkippedBars& skipped = result.skipped;
+  const auto total = static_cast<std::int64_t>(model.bars.size());
+  const std::int64_t written =
+      total - skipped.invisible - skipped.notExportedType - skipped.withoutRecord;
+  print(displayName(name) + " -> " +
+        (isStandardStream(output) ? std::string(say(texts::standardOutput)) : output));
+  row(texts::sumBars, say(texts::sumOf, {numberText(written), numberText(total)}));
+  row(texts::sumSkipped, skippedText(skipped));
+  row(texts::sumElements, elementsText(result));
+  bool anyUnknown = false;
+  for (const ModuleMessage& message : result.messages) {
+    if (message.unknownProfile) {
+      const auto& section = model.sections[static_cast<std::size_t>(message.section)];
+      row(texts::sumUnknown, say(texts::sumUnknownRow, {section.text, barsText(message.bars),
+                                                        numberText(message.firstBar + 1)}));
+      anyUnknown = true;
+    }
+  }
+  if (!anyUnknown) {
+    row(texts::sumUnknown, say(texts::none));
+  }
+  row(texts::sumSize, say(texts::sumBytes, {numberText(result.bytes), numberText(result.lines)}));
+  row(texts::sumTime, say(texts::sumSeconds, {decimalText(seconds, 2)}));
+}
+
+/// Why the export of a model stopped.
+std::string stopText(const ExportResult& result, const OutputFile& file, std::size_t bars) {
+  if (result.interrupted) {
+    return say(texts::stoppedByUser);
+  }
+  const std::string reason = file.failed() ? file.failureText()
+                             : !result.driverFailure.empty()
+                                 ? result.driverFailure
+                                 : std::string(say(texts::fileIncomplete));
+  return say(texts::stoppedAtBar, {say(texts::bar, {numberText(result.lastBar)}),
+                                   numberText(static_cast<std::int64_t>(bars)), reason});
+}
+
+void exportOne(const std::string& name, const std::string& output, const ExportOptions& options) {
+  const auto started = Clock::now();
+  // Before the model: a page that is missing must not cost a long export.
+  const std::string page =
+      options.html ? readViewerTemplate(viewerTemplatePath(options.viewerTemplate)) : "";
+  const auto [model, problems] = loadForExport(name, options);
+  OutputFile file(output);
+  ExportResult result;
+  {
+    Progress progress(!options.quiet, static_cast<std::int64_t>(model.bars.size()));
+    result = exportModel(model, options.visibleOnly, file,
+                         [&](std::int32_t bar) { return progress.at(bar); });
+  }
+  if (!result.complete) {
+    throw Failure(exitNotWritten, stopText(result, file, model.bars.size()));
+  }
+  file.commit();
+  if (options.html) {
+    writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()),
+                    pageFor(output));
+  }
+  if (!options.quiet) {
+    reportMessages(name, model, result, problems);
+    printSummary(model, name, output, result,
+                 std::chrono::duration<double>(Clock::now() - started).count());
+  }
+}
+
+void checkUse(const ExportOptions& options, const std::vector<std::string>& outputs) {
+  if (!options.output.empty() && outputs.size() > 1) {
+    throw Failure(exitBadUse, say(texts::useOneOutput,
+                                  {numberText(static_cast<std::int64_t>(outputs.size()))}));
+  }
+  for (const std::string& output : outputs) {
+    if (isStandardStream(output) && options.html) {
+      throw Failure(exitBadUse, say(texts::useHtmlOutput));
+    }
+    if (isStandardStream(output) && system::outputIsTerminal()) {
+      throw Failure(exitBadUse, say(texts::useTerminal));
+    }
+  }
+}
+
+void planFiles(const ExportOptions& options, const std::vector<std::string>& outputs) {
+  FilePlan files;
+  for (const std::string& model : options.models) {
+    files.reads(model);
+  }
+  if (const std::string page = viewerTemplatePath(options.viewerTemplate); !page.empty()) {
+    files.reads(page, texts::fileTemplate);
+  }
+  for (std::size_t i = 0; i < outputs.size(); ++i) {
+    const std::string model = displayName(options.models[i]);
+    const std::string role = say(texts::fileIfcOf, {model});
+    options.output.empty()
+        ? files.writesDerived(outputs[i], role, OwnFile::exchangeFile,
+                              outputs.size() > 1 ? texts::replaceByHand : texts::replaceByOutput)
+        : files.writes(outputs[i], role);
+    if (options.html) {
+      files.writesDerived(pageFor(outputs[i]), say(texts::filePageOf, {model}), OwnFile::page,
+                          texts::replaceByView);
+    }
+  }
+  for (const std::string& output : outputs) {
+    requireExtension(output, exchangeFileKind);
+  }
+}
+
+/// The same export of one model, for a process of its own.
+Job jobOf(const std::string& model, const std::string& output, const ExportOptions& options) {
+  Job job{.model = model, .arguments = {"export", "--output=" + output}};
+  const auto pass = [&](bool wanted, const char* flag) {
+    if (wanted) {
+      job.arguments.emplace_back(flag);
+    }
+  };
+  pass(options.visibleOnly, "--visible-only");
+  pass(options.strict, "--strict");
+  pass(options.transliterate, "--transliterate");
+  pass(options.quiet, "--quiet");
+  pass(options.html, "--html");
+  if (!options.viewerTemplate.empty()) {
+    job.arguments.push_back("--template=" + options.viewerTemplate);
+  }
+  job.arguments.insert(job.arguments.end(), {"--", model});
+  return job;
+}
+
+bool canRunBeside(const std::string& model, const std::string& output) {
+  return !isStandardStream(model) && !isStandardStream(output);
+}
+
+}  // namespace
+
+LoadedModel loadForExport(const std::string& name, const ExportOptions& options) {
+  Model model = readModel(name);
+  const auto refuse = [&](const std::vector<Problem>& problems) {
+    if (std::all_of(problems.begin(), problems.end(), isNote)) {
+      return;
+    }
+    reportProblems(name, model, problems);
+    throw Failure(exitProblems, say(texts::nothingWritten, {displayName(name)}));
+  };
+  refuse(checkReferences(model));
+  if (options.transliterate) {
+    transliterate(model);
+  }
+  refuse(options.strict ? checkModel(model, options.visibleOnly)
+                        : checkCharacters(model, options.visibleOnly));
+  std::vector<Problem> problems = checkModel(model, options.visibleOnly);
+  std::erase_if(problems, isNote);
+  if (!options.quiet) {
+    reportFindings(name, model, problems);
+  }
+  return {.model = std::move(model), .problems = std::move(problems)};
+}
+
+int runExportCommand(const ExportOptions& options) {
+  std::vector<std::string> outputs;
+  for (const std::string& model : options.models) {
+    outputs.push_back(outputFor(model, options));
+  }
+  checkUse(options, outputs);
+  planFiles(options, outputs);
+  if (!options.directory.empty()) {
+    makeFolder(options.directory);
+  }
+  if (options.jobs > 1 && outputs.size() > 1) {
+    std::vector<Job> jobs;
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+      if (canRunBeside(options.models[i], outputs[i])) {
+        jobs.push_back(jobOf(options.models[i], outputs[i], options));
+      }
+    }
+    if (jobs.size() == outputs.size()) {
+      return runJobs(jobs, options.jobs, options.quiet);
+    }
+  }
+  int code = exitOk;
+  for (std::size_t i = 0; i < outputs.size() && !system::interrupted(); ++i) {
+    try {
+      exportOne(options.models[i], outputs[i], options);
+    } catch (const Failure& failure) {
+      reportFailure(failure);
+      code = std::max<int>(code, failure.code());
+    } catch (const std::bad_alloc&) {
+      reportError(displayName(options.models[i]) + ": " + say(texts::outOfMemory));
+      code = exitNotWritten;
+    }
+  }
+  return code;
+}
+
+}  // namespace exportifc::cli

@@ -1,0 +1,261 @@
+#include "cli/commands/profiles.h"
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "cli/console.h"
+#include "cli/failure.h"
+#include "cli/file_plan.h"
+#include "cli/messages.h"
+#include "cli/output_file.h"
+#include "cli/paths.h"
+#include "cli/problem_report.h"
+#include "library/frame/plausibility.h"
+#include "library/frame/problem_text.h"
+#include "library/frame/section_check.h"
+#include "library/sections/profile_drawing.h"
+#include "library/sections/section_catalogue.h"
+#include "library/sections/section_text.h"
+#include "library/text/text_encoding.h"
+#include "model/batch_source.h"
+#include "step/step_writer.h"
+
+namespace exportifc::cli {
+
+namespace {
+
+std::string familyTitle(const Family& family) {
+  const bool halves = family.parts.size() != 1;
+  return family.word + "  " + std::string(profileEntity(family)) +
+         (halves ? say(texts::profilesTwoHalves) : "");
+}
+
+void printFamily(const Family& family) {
+  printLine(familyTitle(family));
+  if (family.parts.empty()) {
+    printLine(std::string("  ") + say(texts::profilesNoProfile));
+  }
+  for (const DimensionUse& use : family.dimensions) {
+    printLine("  d" + std::to_string(use.index) + "  " + meaningText(use.meaning));
+  }
+  if (family.secondSideAnywhere) {
+    printLine(std::string("  ") + say(texts::secondSide));
+  }
+}
+
+/// Code in a table cell: "|" cannot occur, backticks keep brackets and arrows as they are.
+std::string code(const std::string& text) { return "`" + text + "`"; }
+
+constexpr int mostDimensions = 7;
+
+/// The row of a family: its word, what each dimension means, the entity written.
+std::string markdownRow(const Family& family) {
+  const bool known = !family.parts.empty();
+  const std::string word = code(family.word);
+  std::string row = "| " + (known ? "[" + word + "](profiles/" + drawingName(family) + ")" : word);
+  row += " |";
+  for (int i = 0; i < mostDimensions; ++i) {
+    std::string cell;
+    for (const DimensionUse& use : family.dimensions) {
+      if (use.index == i) {
+        cell = meaningText(use.meaning) + (family.secondSideAnywhere && i == 3 ? " ¹" : "");
+      }
+    }
+    row += " " + cell + (cell.empty() ? "|" : " |");
+  }
+  std::string entity = say(texts::profilesNoProfile);
+  if (known) {
+    entity = profileEntity(family);
+    entity += family.parts.size() != 1 ? say(texts::profilesTwoHalves) : "";
+  }
+  return row + " " + entity + " |";
+}
+
+void printMarkdown() {
+  printLine(say(texts::profilesPage));
+  std::string header = "| " + std::string(say(texts::profilesFamily)) + " |";
+  std::string rule = "|---|";
+  for (int i = 0; i < mostDimensions; ++i) {
+    header += " d" + std::to_string(i) + " |";
+    rule += "---|";
+  }
+  printLine(header + " IFC2X3 |\n" + rule + "---|");
+  for (const Family& family : families()) {
+    printLine(markdownRow(family));
+  }
+  printLine(say(texts::profilesFootnote));
+  for (const Family& family : families()) {
+    if (!family.parts.empty()) {
+      printLine("\n### " + code(family.word) + "\n\n![" + code(family.word) + "](profiles/" +
+                drawingName(family) + ")");
+    }
+  }
+}
+
+void writeDrawings(const std::vector<const Family*>& chosen, const std::string& folder) {
+  const auto nameOf = [&](const Family& family) {
+    return textOf(pathOf(folder) / drawingName(family));
+  };
+  FilePlan files;
+  for (const Family* const family : chosen) {
+    if (!family->parts.empty()) {
+      files.writesDerived(nameOf(*family), say(texts::fileDrawing), OwnFile::drawing,
+                          texts::replaceByHand);
+    }
+  }
+  makeFolder(folder);
+  for (const Family* const family : chosen) {
+    if (family->parts.empty()) {
+      continue;
+    }
+    OutputFile file(nameOf(*family));
+    file.write(drawProfile(*family));
+    file.commit();
+  }
+}
+
+// ---- one section text
+
+class PrintingSink final : public ByteSink {
+ public:
+  bool write(const char* bytes, std::size_t size) override {
+    std::string line(bytes, size);
+    line.erase(line.find_last_not_of("\r\n") + 1);
+    printLine("  " + line);
+    return true;
+  }
+};
+
+/// The lines that the export writes for the section, numbered from 1.
+void printEntities(const Family& family, const ModelSection& section) {
+  StepWriter writer(std::make_unique<PrintingSink>());
+  const bool isBuiltUp = family.parts.size() > 1;
+  for (const FamilyRow* const row : family.parts) {
+    const std::wstring name =
+        isBuiltUp ? row->name : std::wstring(section.text.begin(), section.text.end());
+    const ProfileArguments arguments =
+        profileArguments(*row, section.dims, isBuiltUp ? halfFlangeSide : simpleFlangeSide);
+    if (const auto* const variant = std::get_if<Parametric>(&row->writer)) {
+      writeParametricProfile(writer, *variant, name, arguments);
+    } else {
+      writeOutlineProfile(writer, std::get<Outline>(row->writer), name, arguments);
+    }
+  }
+}
+
+/// Of a rectangle's second side, the dimension that gives it; -1 for other families.
+int secondSide(const Family& family, const ModelSection& section) {
+  if (!family.secondSideAnywhere) {
+    return -1;
+  }
+  const double side = profileArguments(*family.parts.front(), section.dims, simpleFlangeSide)[2];
+  int index = 3;
+  while (index > 1 && double{section.dims[static_cast<std::size_t>(index)]} != side) {
+    --index;
+  }
+  return index;
+}
+
+void printDimensions(const Family& family, const ModelSection& section) {
+  const auto pieces = sectionPieces(section.text);
+  int given = 0;
+  for (const SectionPiece& piece : pieces) {
+    given = std::max(given, piece.kind == SectionPiece::Kind::dropped ? 0 : piece.index + 1);
+  }
+  const int last = family.dimensions.empty() ? -1 : family.dimensions.back().index;
+  const int count = std::min(std::max(given, last + 1), static_cast<int>(section.dims.size()));
+  std::vector<std::string> values;
+  std::size_t width = 0;
+  for (int i = 0; i < count; ++i) {
+    const auto& value = section.dims[static_cast<std::size_t>(i)];
+    values.push_back(i < given ? millimetreText(double{value}) : "-");
+    width = std::max(width, values.back().size());
+  }
+  const int side = secondSide(family, section);
+  for (int i = 0; i < count; ++i) {
+    std::string& value = values[static_cast<std::size_t>(i)];
+    value.insert(0, width - value.size(), ' ');
+    const auto use = std::find_if(
+        family.dimensions.begin(), family.dimensions.end(), [&](const DimensionUse& one) {
+          return one.index == (i == side ? 3 : i == 3 && side > 0 ? -1 : i);
+        });
+    printLine("  d" + std::to_string(i) + "  " + value + "  " +
+              (use == family.dimensions.end() ? std::string(say(texts::explainNotRead))
+                                              : meaningText(use->meaning)));
+  }
+}
+
+/// What the export makes of a section text; its problems give the exit code.
+int explainSection(const std::string& text) {
+  const ModelSection section{.name = text, .text = text, .dims = parseSectionDims(text)};
+  const Family* const family = findFamilyWord(text.substr(0, text.find(' ')));
+  printLine(text);
+  if (family != nullptr) {
+    printLine("  " + familyTitle(*family));
+    if (!family->parts.empty()) {
+      printDimensions(*family, section);
+    }
+  }
+  std::vector<Problem> found = checkSection(section, {});
+  const std::string character = firstUnwritable(text);
+  if (!character.empty()) {
+    found.push_back(
+        {.code = "unwritable-character",
+         .message = say(texts::problemUnwritable, {text, character, transliterated(text)})});
+  } else if (family != nullptr && !family->parts.empty()) {
+    printEntities(*family, section);
+  }
+  const int code = found.empty() ? exitOk : exitProblems;
+  auto notes = sectionNotes(section, {});
+  std::move(notes.begin(), notes.end(), std::back_inserter(found));
+  for (const Problem& problem : found) {
+    printLine("  " + severityText(problem.severity) + ": " + problem.message);
+  }
+  if (code == exitOk) {
+    printLine(std::string("  ") + say(texts::checkNoProblems));
+  }
+  return code;
+}
+
+std::string joinedWords(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : " ") + word;
+  }
+  return text;
+}
+
+}  // namespace
+
+int runProfilesCommand(const ProfilesOptions& options) {
+  const std::string text = joinedWords(options.words);
+  if (text.find(' ') != std::string::npos && options.drawings.empty() && !options.markdown) {
+    return explainSection(text);
+  }
+  const std::string wanted = text.substr(0, text.find(' '));
+  std::vector<const Family*> chosen;
+  for (const Family& family : families()) {
+    if (wanted.empty() || wanted == family.word) {
+      chosen.push_back(&family);
+    }
+  }
+  if (chosen.empty()) {
+    throw Failure(exitBadUse, say(texts::problemFamily, {wanted}) + familyAdvice(text));
+  }
+  if (!options.drawings.empty()) {
+    writeDrawings(chosen, options.drawings);
+  }
+  if (options.markdown) {
+    printMarkdown();
+  } else if (options.drawings.empty()) {
+    for (const Family* const family : chosen) {
+      printFamily(*family);
+    }
+  }
+  return exitOk;
+}
+
+}  // namespace exportifc::cli

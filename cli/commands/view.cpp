@@ -1,0 +1,117 @@
+#include "cli/commands/view.h"
+
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+#include <vector>
+
+#include "cli/commands/export.h"
+#include "cli/console.h"
+#include "cli/failure.h"
+#include "cli/file_plan.h"
+#include "cli/messages.h"
+#include "cli/model_file.h"
+#include "cli/output_file.h"
+#include "cli/output_format.h"
+#include "cli/paths.h"
+#include "cli/problem_report.h"
+#include "cli/progress.h"
+#include "cli/viewer_page.h"
+#include "library/frame/model_export.h"
+#include "library/frame/plausibility.h"
+#include "library/frame/problem_text.h"
+
+namespace exportifc::cli {
+
+namespace {
+
+class MemorySink final : public ByteSink {
+ public:
+  bool write(const char* bytes, std::size_t size) override {
+    content_.append(bytes, size);
+    return true;
+  }
+  const std::string& content() const { return content_; }
+
+ private:
+  std::string content_;
+};
+
+constexpr std::string_view exchangeStart = "ISO-10303-21;";
+
+bool isExchangeFile(const std::string& name) {
+  std::ifstream file(pathOf(name), std::ios::binary);
+  std::string start(exchangeStart.size(), '\0');
+  file.read(start.data(), static_cast<std::streamsize>(start.size()));
+  return start == exchangeStart;
+}
+
+/// What the page shows.
+struct Shown {
+  std::string exchangeFile;
+  std::vector<std::string> notes{};
+};
+
+std::vector<std::string> notesOn(const Model& model, bool visibleOnly) {
+  std::vector<std::string> notes;
+  for (const Problem& problem : checkPlausibility(model, visibleOnly)) {
+    notes.push_back(problemText(model, problem));
+  }
+  return notes;
+}
+
+Shown shownOf(const ViewOptions& options) {
+  if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
+    return {.exchangeFile = readWholeFile(options.input)};
+  }
+  ExportOptions loading;
+  loading.transliterate = options.transliterate;
+  loading.visibleOnly = options.visibleOnly;
+  const Model model = loadForExport(options.input, loading).model;
+  MemorySink memory;
+  Progress progress(true, static_cast<std::int64_t>(model.bars.size()));
+  const ExportResult result = exportModel(model, options.visibleOnly, memory,
+                                          [&](std::int32_t bar) { return progress.at(bar); });
+  if (!result.complete) {
+    throw Failure(exitNotWritten,
+                  result.interrupted ? say(texts::stoppedByUser) : result.driverFailure);
+  }
+  return {
+      .exchangeFile = memory.content(),
+      .notes = options.notes ? notesOn(model, options.visibleOnly) : std::vector<std::string>{}};
+}
+
+}  // namespace
+
+int runViewCommand(const ViewOptions& options) {
+  std::filesystem::path shown = pathOf(options.input);
+  std::string output = options.output;
+  if (output.empty()) {
+    output = isStandardStream(options.input)
+                 ? options.input
+                 : textOf(std::filesystem::path(shown).replace_extension(".html"));
+  }
+  const std::string templatePath = viewerTemplatePath(options.viewerTemplate);
+  FilePlan files;
+  files.reads(options.input);
+  if (!templatePath.empty()) {
+    files.reads(templatePath, texts::fileTemplate);
+  }
+  const std::string role = say(texts::filePageOf, {displayName(options.input)});
+  options.output.empty() ? files.writesDerived(output, role, OwnFile::page, texts::replaceByOutput)
+                         : files.writes(output, role);
+  requireExtension(output, pageKind);
+  requireReadable(options.input);  // a page that is missing is the smaller trouble
+  const std::string page = readViewerTemplate(templatePath);
+  const std::string name = isStandardStream(options.input)
+                               ? displayName(options.input)
+                               : textOf(shown.filename().replace_extension(".ifc"));
+  const Shown content = shownOf(options);
+  writeViewerPage(page, content.exchangeFile, name, output, content.notes);
+  if (!isStandardStream(output)) {
+    printLine(displayName(options.input) + " -> " + output);
+  }
+  return exitOk;
+}
+
+}  // namespace exportifc::cli

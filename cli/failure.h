@@ -1,0 +1,39 @@
+// How the program ends.
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+
+namespace exportifc::cli {
+
+/// Exit codes, for scripts; the help text lists them.
+enum ExitCode : int {
+  exitOk = 0,
+  exitProblems = 1,    ///< `check`, `--strict`, or a section name that the file cannot hold
+  exitBadUse = 2,      ///< arguments
+  exitUnreadable = 3,  ///< a model that cannot be read or is not a model
+  exitNotWritten = 4,  ///< output, also after an interrupt
+};
+
+/// Whether a message says itself whose it is.
+enum class FailureLine : std::uint8_t {
+  message,  ///< the program puts its name and "error" before it
+  whole,    ///< it begins with a file and its line
+};
+
+/// Ends one command with a message for the user and an exit code.
+class Failure : public std::runtime_error {
+ public:
+  Failure(ExitCode code, const std::string& message, FailureLine line = FailureLine::message)
+      : std::runtime_error(message), code_(code), line_(line) {}
+
+  ExitCode code() const { return code_; }
+  FailureLine line() const { return line_; }
+
+ private:
+  ExitCode code_;
+  FailureLine line_;
+};
+
+}  // namespace exportifc::cli

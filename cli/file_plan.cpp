@@ -1,0 +1,135 @@
+#include "cli/file_plan.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "cli/failure.h"
+#include "cli/output_file.h"
+#include "cli/paths.h"
+#include "cli/system.h"
+#include "cli/viewer_page.h"
+#include "step/step_writer.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::cli {
+
+namespace {
+
+/// What tells one file from all others; empty for what nobody can lose, such as a device.
+std::string identityOf(const fs::path& name) {
+  std::error_code ignored;
+  fs::path there = fs::absolute(behindLinks(name), ignored);
+  const system::FileIdentity itself = system::identityOf(there);
+  if (itself.exists) {
+    return itself.text;
+  }
+  // A file that is not there yet: the folder that is, and the way on from it.
+  fs::path rest;
+  system::FileIdentity folder;
+  while (!folder.exists && there.has_relative_path()) {
+    rest = rest.empty() ? there.filename() : there.filename() / rest;
+    there = there.parent_path();
+    folder = system::identityOf(behindLinks(there));
+  }
+  return folder.text + "/" + textOf(system::comparable(rest.lexically_normal()));
+}
+
+class TextSink final : public ByteSink {
+ public:
+  explicit TextSink(std::string& text) : text_(text) {}
+  bool write(const char* bytes, std::size_t size) override {
+    text_.append(bytes, size);
+    return true;
+  }
+
+ private:
+  std::string& text_;
+};
+
+/// How every exchange file of this program begins.
+std::string ownHeader() {
+  std::string text;
+  StepWriter(std::make_unique<TextSink>(text)).writeHeader();
+  return text;
+}
+
+bool isOwn(const std::string& name, OwnFile kind) {
+  constexpr std::size_t enough = 1U << 16;
+  std::string start(enough, '\0');
+  std::ifstream file(pathOf(name), std::ios::binary);
+  file.read(start.data(), static_cast<std::streamsize>(start.size()));
+  start.resize(static_cast<std::size_t>(file.gcount()));
+  if (start.empty()) {
+    return file.eof();
+  }
+  switch (kind) {
+    case OwnFile::exchangeFile: return start.starts_with(ownHeader());
+    case OwnFile::page: return isOwnPage(start);
+    case OwnFile::drawing:
+      return start.starts_with("<svg ") && start.find("\n<style>.section{") != std::string::npos;
+  }
+  return false;
+}
+
+}  // namespace
+
+FilePlan::FilePlan() {
+  std::error_code ignored;
+  const auto guard = [&](const fs::path& path) {
+    if (fs::exists(path, ignored)) {
+      reads(textOf(path), texts::fileOfProgram);
+    }
+  };
+  guard(system::programPath());
+  for (const fs::path& page : viewerPagePlaces()) {
+    guard(page);
+  }
+  const std::string output = system::identityOf(system::StandardStream::output);
+  const std::string errors = system::identityOf(system::StandardStream::error);
+  add(output, {say(texts::standardOutput), say(texts::fileOutput), true});
+  if (errors != output) {
+    add(errors, {say(texts::standardError), say(texts::fileOutput), true});
+  }
+}
+
+void FilePlan::reads(const std::string& name, const Text& role) {
+  if (isStandardStream(name) && std::exchange(readsStandardInput_, true)) {
+    throw Failure(exitBadUse, say(texts::useInputOnce));
+  }
+  isStandardStream(name) ? add(system::identityOf(system::StandardStream::input),
+                               {say(texts::standardInput), say(role)})
+                         : add(identityOf(pathOf(name)), {name, say(role)});
+}
+
+void FilePlan::writes(const std::string& name, const std::string& role) {
+  if (!isStandardStream(name)) {  // which is in every plan
+    add(identityOf(pathOf(name)), {name, role, true});
+  }
+}
+
+void FilePlan::writesDerived(const std::string& name, const std::string& role, OwnFile kind,
+                             const Text& advice) {
+  writes(name, role);
+  std::error_code ignored;
+  if (!isStandardStream(name) && fs::is_regular_file(pathOf(name), ignored) && !isOwn(name, kind)) {
+    throw Failure(exitBadUse, say(texts::notOurs, {name, role, say(advice)}));
+  }
+}
+
+void FilePlan::add(const std::string& identity, Use use) {
+  if (identity.empty()) {
+    return;
+  }
+  const auto [place, isNew] = files_.try_emplace(identity, use);
+  const Use& other = place->second;
+  if (!isNew && (other.isOutput || use.isOutput)) {
+    throw Failure(exitBadUse, say(texts::sameFile, {use.name, use.role, other.name, other.role}));
+  }
+}
+
+}  // namespace exportifc::cli

@@ -1,0 +1,315 @@
+// What the program says, in every language.
+#pragma once
+
+#include "library/text/messages.h"
+
+namespace exportifc::cli::texts {
+
+using namespace exportifc::texts;  // NOLINT(google-build-using-namespace): one table to its users
+
+// ---- writing
+inline constexpr Text standardOutput{"standard output", "saída padrão"};
+inline constexpr Text standardError{"standard error", "saída de erros"};
+inline constexpr Text standardInput{"standard input", "entrada padrão"};
+inline constexpr Text cannotWrite{"cannot write {0}: {1}", "não foi possível gravar {0}: {1}"};
+inline constexpr Text errorNoSpace{"no space left on the disk", "não há espaço no disco"};
+inline constexpr Text errorNotAllowed{"permission denied (read-only, or open in another program?)",
+                                      "sem permissão (só de leitura ou aberto em outro programa?)"};
+inline constexpr Text errorNoFolder{"the file or its folder does not exist",
+                                    "o arquivo ou a pasta não existe"};
+inline constexpr Text errorThisFolder{"the folder {0} does not exist", "a pasta {0} não existe"};
+inline constexpr Text errorNoFile{"the file does not exist", "o arquivo não existe"};
+inline constexpr Text errorMayNotRead{"no permission to read it", "sem permissão de leitura"};
+inline constexpr Text cannotMakeFolder{"cannot make the folder {0}: {1}",
+                                       "não foi possível criar a pasta {0}: {1}"};
+inline constexpr Text errorNotAFolder{"part of the path is not a folder",
+                                      "uma parte do caminho não é uma pasta"};
+inline constexpr Text errorReadOnly{"the disk is read-only", "o disco é só de leitura"};
+inline constexpr Text errorClosedPipe{"the reader closed the pipe",
+                                      "quem lia a saída a fechou antes do fim"};
+inline constexpr Text errorIsFolder{"it is a folder", "é uma pasta"};
+inline constexpr Text errorTooBig{"the file would be larger than allowed",
+                                  "o arquivo seria maior que o permitido"};
+inline constexpr Text errorNameTooLong{"the name is too long", "o nome é longo demais"};
+inline constexpr Text errorBadName{"the system allows no file of this name",
+                                   "o sistema não permite um arquivo com este nome"};
+inline constexpr Text errorInterrupted{"interrupted", "interrompido"};
+
+// ---- the files of one call
+inline constexpr Text sameFile{"{0} ({1}) and {2} ({3}) are the same file: choose another output",
+                               "{0} ({1}) e {2} ({3}) são o mesmo arquivo: escolha outra saída"};
+inline constexpr Text notOurs{
+    "{0} ({1}) is there already and was not written by this program; to replace it, {2}",
+    "{0} ({1}) já existe e não foi gravado por este programa; para substituí-lo, {2}"};
+inline constexpr Text replaceByOutput{"name it with -o", "indique-o com -o"};
+inline constexpr Text replaceByView{"name it with the -o of exportifc view",
+                                    "indique-o com -o em exportifc view"};
+inline constexpr Text replaceByHand{"remove it first", "remova-o antes"};
+inline constexpr Text fileInput{"input", "entrada"};
+inline constexpr Text fileOutput{"output", "saída"};
+inline constexpr Text fileTemplate{"the viewer's page", "a página do visualizador"};
+inline constexpr Text fileOfProgram{"part of the program", "parte do programa"};
+inline constexpr Text fileIfcOf{"the IFC file of {0}", "o arquivo IFC de {0}"};
+inline constexpr Text filePageOf{"the page of {0}", "a página de {0}"};
+inline constexpr Text fileDrawing{"drawing", "desenho"};
+
+// ---- reading
+inline constexpr Text cannotRead{"cannot read {0}: {1}", "não foi possível ler {0}: {1}"};
+
+// ---- export
+inline constexpr Text nothingWritten{"{0}: nothing was written", "{0}: nada foi gravado"};
+inline constexpr Text stoppedAtBar{"stopped at {0} of {1}: {2}", "parou na {0} de {1}: {2}"};
+inline constexpr Text stoppedByUser{"interrupted by the user; nothing was written",
+                                    "interrompido pelo usuário; nada foi gravado"};
+inline constexpr Text outOfMemory{"not enough memory", "memória insuficiente"};
+inline constexpr Text fileIncomplete{"the file has no end", "o arquivo ficou sem fim"};
+inline constexpr Text exportProblemsMore{
+    "{0} {0:problem|problems}; exportifc check shows all",
+    "{0} {0:problema|problemas}; exportifc check mostra todos"};
+inline constexpr Text moduleMessage{"{0}: section \"{1}\"", "{0}: seção \"{1}\""};
+inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",
+                                   "{0}: não foi possível iniciar outro processo: {1}"};
+inline constexpr Text jobsProgress{"{0} of {1} {1:model|models}", "{0} de {1} {1:modelo|modelos}"};
+
+// ---- check
+inline constexpr Text checkSummary{"{0} {0:bar|bars}, {1}", "{0} {0:barra|barras}, {1}"};
+inline constexpr Text checkNoProblems{"no problems", "nenhum problema"};
+inline constexpr Text checkNotes{"{0}, {1} {1:note|notes}", "{0}, {1} {1:nota|notas}"};
+inline constexpr Text checkProblems{"{0} {0:problem|problems}", "{0} {0:problema|problemas}"};
+
+// ---- convert
+inline constexpr Text convertSameFormat{
+    "{0}: {1} is {2} already, and becomes {3}: choose a name that ends in {4}",
+    "{0}: {1} já é {2}, e se torna {3}: escolha um nome que termine em {4}"};
+
+// ---- kinds of file
+inline constexpr Text useExtension{
+    "{0}: {1} would be written, but {2} is the extension of {3}: choose a name that ends in {4}, "
+    "or write exportifc {5} for {3}",
+    "{0}: o conteúdo seria {1}, mas {2} é a extensão de {3}: escolha um nome que termine em {4}, "
+    "ou "
+    "escreva exportifc {5} para {3}"};
+
+// ---- view
+inline constexpr Text noTemplate{
+    "the viewer's page is missing: {0}; ./build.sh in the folder of the sources makes it, and "
+    "--template or EXPORTIFC_VIEWER names one that lies elsewhere",
+    "falta a página do visualizador: {0}; ./build.sh na pasta dos fontes a cria, e --template ou "
+    "EXPORTIFC_VIEWER indica uma que está em outro lugar"};
+inline constexpr Text badTemplate{"{0} is not the viewer's page",
+                                  "{0} não é a página do visualizador"};
+
+// ---- profiles
+inline constexpr Text explainNotRead{"not read by this family", "esta família não a lê"};
+inline constexpr Text profilesTwoHalves{" (two halves)", " (duas metades)"};
+inline constexpr Text profilesNoProfile{"no profile: both halves become squares of 4 mm",
+                                        "sem perfil: as duas metades viram quadrados de 4 mm"};
+inline constexpr Text profilesFamily{"family word", "família"};
+inline constexpr Text profilesPage{
+    "# Section families\n\nMade by `exportifc profiles --markdown` from the tables that the export "
+    "itself uses; do not edit.\n\nA section text is a family word, a blank and the dimensions d0, "
+    "d1, d2, ... in millimetres, for instance `W 200 100 8 6`. Dimensions are found by their "
+    "place: "
+    "one that a family does not read (an empty cell) must still be there when another follows. "
+    "Case "
+    "matters. The drawings show the section as the bar's own x and y axes see it; the bar runs "
+    "through the crossing of the axes, away from the viewer's paper.\n",
+    "# Famílias de seções\n\nFeito por `exportifc profiles --markdown` a partir das tabelas da "
+    "própria exportação; não edite.\n\nUm texto de seção é a palavra da família, um espaço e as "
+    "dimensões d0, d1, d2, ... em milímetros, por exemplo `W 200 100 8 6`. As dimensões valem pelo "
+    "lugar: a que a família não lê (célula vazia) deve existir se outra vem depois. Maiúsculas e "
+    "minúsculas são diferentes. Os desenhos mostram a seção nos eixos x e y da barra, que passa "
+    "pelo cruzamento dos eixos.\n"};
+inline constexpr Text profilesFootnote{
+    "\n¹ The width is d3, or d2, or d1: the first of at least 0.001.\n\nA family of two halves is "
+    "written as two profiles and two elements for each bar, named with `_1` and `_2` behind the "
+    "family word. Any other word is an unknown profile: the bar becomes a square of 4 mm.\n\n## "
+    "Drawings",
+    "\n¹ A largura é d3, ou d2, ou d1: a primeira de ao menos 0,001.\n\nUma família de duas "
+    "metades "
+    "é gravada como dois perfis e dois elementos por barra, com `_1` e `_2` depois da palavra. "
+    "Qualquer outra palavra é um perfil desconhecido: a barra vira um quadrado de 4 mm.\n\n## "
+    "Desenhos"};
+
+// ---- arguments
+inline constexpr Text helpProgram{
+    "Turns structural models into IFC2X3 files, without the host application.",
+    "Transforma modelos de estruturas em arquivos IFC2X3, sem o programa hospedeiro."};
+inline constexpr Text helpExport{"Write models as IFC files", "Grava modelos como arquivos IFC"};
+inline constexpr Text helpCheck{"Say what would go wrong, without writing",
+                                "Diz o que daria errado, sem gravar"};
+inline constexpr Text helpProfiles{"Show the section families and their dimensions",
+                                   "Mostra as famílias de seções e suas dimensões"};
+inline constexpr Text helpConvert{
+    "Turn a JSON model into a batch text file, or back",
+    "Converte um modelo JSON em arquivo de texto batch, ou o inverso"};
+inline constexpr Text helpView{"Write a page that shows the structure in a browser",
+                               "Grava uma página que mostra a estrutura no navegador"};
+inline constexpr Text helpModels{"JSON models or batch text files; - is standard input",
+                                 "modelos JSON ou arquivos de texto batch; - é a entrada padrão"};
+inline constexpr Text helpModel{"a JSON model or a batch text file; - is standard input",
+                                "um modelo JSON ou arquivo de texto batch; - é a entrada padrão"};
+inline constexpr Text helpOutput{
+    "the IFC file; - is standard output (default: beside the model, .ifc)",
+    "o arquivo IFC; - é a saída padrão (sem ela: junto ao modelo, .ifc)"};
+inline constexpr Text helpOutDir{"folder for the IFC files", "pasta dos arquivos IFC"};
+inline constexpr Text helpVisibleOnly{"leave invisible bars out",
+                                      "deixa fora as barras invisíveis"};
+inline constexpr Text helpStrict{"write nothing when the model has any problem that check finds",
+                                 "não grava nada se o modelo tem algum problema que check aponta"};
+inline constexpr Text helpTransliterate{
+    "write accented letters of section texts as plain ones (ç as c)",
+    "grava letras acentuadas dos textos de seção sem acento (ç como c)"};
+inline constexpr Text helpQuiet{"no summary, warnings or progress",
+                                "sem resumo, avisos e andamento"};
+inline constexpr Text helpJobs{"convert so many models side by side",
+                               "converte tantos modelos ao mesmo tempo"};
+inline constexpr Text helpHtml{"also write a page that shows it, beside the IFC file",
+                               "grava também uma página que o mostra, junto ao arquivo IFC"};
+inline constexpr Text helpTemplate{"the viewer's page, if not beside the program",
+                                   "a página do visualizador, se não está junto ao programa"};
+inline constexpr Text helpJson{"for programs: one JSON array, one object for each model",
+                               "para programas: uma lista JSON, um objeto por modelo"};
+inline constexpr Text helpNoNotes{"do not say what is only unusual",
+                                  "não diz o que é apenas incomum"};
+inline constexpr Text helpFamily{
+    "a family word, or a section text to explain (default: all families)",
+    "uma palavra de família, ou um texto de seção a explicar (sem ela: todas as famílias)"};
+inline constexpr Text helpSvg{"write a drawing of each family into this folder",
+                              "grava um desenho de cada família nesta pasta"};
+inline constexpr Text helpMarkdown{"the page docs/profiles.md", "a página docs/profiles.md"};
+inline constexpr Text helpConvertOutput{"the other file; - is standard output",
+                                        "o outro arquivo; - é a saída padrão"};
+inline constexpr Text helpConvertStrict{"write nothing when something would be lost",
+                                        "não grava nada se algo se perderia"};
+inline constexpr Text helpViewInput{"a model or an IFC file", "um modelo ou um arquivo IFC"};
+inline constexpr Text helpViewOutput{"the page (default: beside the input, .html)",
+                                     "a página (sem ela: junto à entrada, .html)"};
+inline constexpr Text helpHelp{"this help", "esta ajuda"};
+inline constexpr Text helpVersion{"the version", "a versão"};
+inline constexpr Text helpExitCodes{
+    "Exit codes: 0 fine, 1 problems in the model, 2 bad use, 3 input unreadable or no model, 4 "
+    "output not written; of several models all are done, and the largest code counts",
+    "Códigos de saída: 0 tudo certo, 1 problemas no modelo, 2 uso incorreto, 3 entrada ilegível ou "
+    "que não é modelo, 4 saída não gravada; de vários modelos, todos são feitos e vale o maior "
+    "código"};
+
+// ---- manual
+inline constexpr Text manualName{"NAME", "NOME"};
+inline constexpr Text manualTitle{"export structural models as IFC2X3 files",
+                                  "exporta modelos de estruturas como arquivos IFC2X3"};
+inline constexpr Text manualSynopsis{"SYNOPSIS", "SINOPSE"};
+inline constexpr Text manualDescription{"DESCRIPTION", "DESCRIÇÃO"};
+inline constexpr Text manualModels{
+    "Models are JSON files (see docs/model-format.md) or the batch text files that the host "
+    "writes.",
+    "Os modelos são arquivos JSON (veja docs/model-format.md) ou os arquivos de texto batch que o "
+    "programa hospedeiro grava."};
+inline constexpr Text manualCommands{"COMMANDS", "COMANDOS"};
+inline constexpr Text manualExitStatus{"EXIT STATUS", "CÓDIGOS DE SAÍDA"};
+inline constexpr Text manualEnvironment{"ENVIRONMENT", "AMBIENTE"};
+inline constexpr Text manualLanguage{
+    "The language of the messages: pt, português, en or english, in any case and with a country "
+    "behind (pt_BR); anything else is an error.",
+    "O idioma das mensagens: pt, português, en ou english, em maiúsculas ou minúsculas e também "
+    "com o país (pt_BR); qualquer outro valor é um erro."};
+inline constexpr Text manualLocale{
+    "Without EXPORTIFC_LANG the first of these that is set decides: Portuguese or, for any other "
+    "language, English. Without them, on Windows, the language of the system.",
+    "Sem EXPORTIFC_LANG decide a primeira destas que tem valor: português ou, para qualquer outro "
+    "idioma, inglês. Sem elas, no Windows, o idioma do sistema."};
+inline constexpr Text manualViewer{"The viewer's page, if it does not lie beside the program.",
+                                   "A página do visualizador, se não está junto ao programa."};
+inline constexpr Text manualExamples{"EXAMPLES", "EXEMPLOS"};
+
+// ---- help
+inline constexpr Text helpUsage{"Usage", "Uso"};
+inline constexpr Text helpOptions{"Options", "Opções"};
+inline constexpr Text helpPositionals{"Arguments", "Argumentos"};
+inline constexpr Text helpCommands{"Commands", "Comandos"};
+inline constexpr Text helpCommand{"COMMAND", "COMANDO"};
+inline constexpr Text helpOptionsWord{"OPTIONS", "OPÇÕES"};
+inline constexpr Text helpRequired{"REQUIRED", "REQUERIDO"};
+inline constexpr Text helpExcludes{"Excludes", "Exclui"};
+inline constexpr Text wordModel{"MODEL", "MODELO"};
+inline constexpr Text wordInput{"INPUT", "ENTRADA"};
+inline constexpr Text wordFamily{"WORD", "PALAVRA"};
+inline constexpr Text wordFile{"FILE", "ARQUIVO"};
+inline constexpr Text wordFolder{"FOLDER", "PASTA"};
+inline constexpr Text wordNumber{"N", "N"};
+inline constexpr Text useHelp{"{0} (see exportifc {1}--help)", "{0} (veja exportifc {1}--help)"};
+inline constexpr Text useMissing{"{0} is missing; write {1}", "falta {0}; escreva {1}"};
+inline constexpr Text useCommandFirst{"a command comes first; write exportifc {0} {1}",
+                                      "primeiro vem um comando; escreva exportifc {0} {1}"};
+inline constexpr Text useNoCommand{"\"{0}\" is no command", "\"{0}\" não é um comando"};
+inline constexpr Text useCommands{"; the commands are {0}", "; os comandos são {0}"};
+inline constexpr Text useNoOption{"{0} has no option {1}", "{0} não tem a opção {1}"};
+inline constexpr Text useOptionOf{"{0} is an option of {1}; write exportifc {1} {0} ...",
+                                  "{0} é uma opção de {1}; escreva exportifc {1} {0} ..."};
+inline constexpr Text useOrder{"{0} stands before its command; write exportifc {1} {0} ...",
+                               "{0} está antes do comando; escreva exportifc {1} {0} ..."};
+inline constexpr Text useNameWithDash{"{0} is read as an option; write ./{0} for the file",
+                                      "{0} é lido como opção; escreva ./{0} para o arquivo"};
+inline constexpr Text useTooMany{"\"{0}\" is one name too many; write {1}",
+                                 "\"{0}\" é um nome a mais; escreva {1}"};
+inline constexpr Text useTwice{"{0} is given {1} times ({2}), but counts only once",
+                               "{0} foi dado {1} vezes ({2}), mas só vale uma"};
+inline constexpr Text useNoValue{"{0} takes no value; write {0} alone",
+                                 "{0} não leva valor; escreva só {0}"};
+inline constexpr Text useNeedsValue{"{0} needs a value; write {0} {1}",
+                                    "{0} precisa de um valor; escreva {0} {1}"};
+inline constexpr Text useValueIsOption{
+    "{0} needs a value, but the option {1} follows; write {0} {2} {1} (a file of that name is "
+    "./{1})",
+    "{0} precisa de um valor, mas segue a opção {1}; escreva {0} {2} {1} (um arquivo com esse nome "
+    "é "
+    "./{1})"};
+inline constexpr Text useOneWord{"\"{0}\" is one word; write {1} {2} without the quotes",
+                                 "\"{0}\" é uma palavra só; escreva {1} {2} sem as aspas"};
+inline constexpr Text useDash{"{0} does not begin with a hyphen; did you mean {1}?",
+                              "{0} não começa com um hífen; você quis dizer {1}?"};
+inline constexpr Text useLanguage{
+    "{0} is no option; the variable EXPORTIFC_LANG names the language",
+    "{0} não é uma opção; a variável EXPORTIFC_LANG indica o idioma"};
+inline constexpr Text useEmptyName{"{0} \"\": a name cannot be empty",
+                                   "{0} \"\": um nome não pode ser vazio"};
+inline constexpr Text useExcluded{"{0} and {1} do not go together", "{0} e {1} não vão juntas"};
+inline constexpr Text useWrong{"wrong value: {0}", "valor errado: {0}"};
+inline constexpr Text languageUnknown{
+    "EXPORTIFC_LANG is \"{0}\"; allowed: pt, português, en, english",
+    "EXPORTIFC_LANG é \"{0}\"; permitido: pt, português, en, english"};
+inline constexpr Text unexpected{"unexpected failure: {0}", "falha inesperada: {0}"};
+inline constexpr Text useOneOutput{"-o names one file, but there are {0} models; use --out-dir",
+                                   "-o indica um arquivo, mas há {0} modelos; use --out-dir"};
+inline constexpr Text useJobs{"--jobs {0}: must be a whole number from 1 to 64",
+                              "--jobs {0}: deve ser um número inteiro de 1 a 64"};
+inline constexpr Text useInputOnce{"- (standard input) can be given only once",
+                                   "- (a entrada padrão) só pode ser indicada uma vez"};
+inline constexpr Text useHtmlOutput{"--html needs an IFC file that is not standard output",
+                                    "--html precisa de um arquivo IFC que não seja a saída padrão"};
+inline constexpr Text useTerminal{
+    "the IFC file would fill the terminal; name it with -o, or send it to a pipe",
+    "o arquivo IFC encheria o terminal; indique-o com -o, ou envie-o a um pipe"};
+
+// ---- summary
+inline constexpr Text sumBars{"bars written", "barras gravadas"};
+inline constexpr Text sumOf{"{0} of {1}", "{0} de {1}"};
+inline constexpr Text sumSkipped{"left out", "deixadas fora"};
+inline constexpr Text sumElements{"elements", "elementos"};
+inline constexpr Text sumUnknown{"unknown profiles", "perfis desconhecidos"};
+inline constexpr Text sumUnknownRow{"\"{0}\": {1}, first: bar {2}",
+                                    "\"{0}\": {1}, primeira: barra {2}"};
+inline constexpr Text sumSize{"size", "tamanho"};
+inline constexpr Text sumBytes{"{0} {0:byte|bytes}, {1} {1:line|lines}",
+                               "{0} {0:byte|bytes}, {1} {1:linha|linhas}"};
+inline constexpr Text sumTime{"time", "tempo"};
+inline constexpr Text sumSeconds{"{0} s", "{0} s"};
+inline constexpr Text none{"none", "nenhum"};
+inline constexpr Text noneBars{"none", "nenhuma"};
+
+// ---- progress
+inline constexpr Text progressLine{
+    "{0} %  {1} of {2} {2:bar|bars}  {3}/s  {4} s left",
+    "{0} %  {1} de {2} {2:barra|barras}  {3}/s  {4:falta|faltam} {4} s"};
+
+}  // namespace exportifc::cli::texts

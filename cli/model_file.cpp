@@ -1,0 +1,86 @@
+#include "cli/model_file.h"
+
+#include <cerrno>
+#include <fstream>
+#include <iostream>
+#include <optional>
+#include <utility>
+
+#include "cli/messages.h"
+#include "cli/output_file.h"
+#include "cli/paths.h"
+#include "cli/problem_report.h"
+#include "library/formats/format.h"
+#include "library/formats/started_text.h"
+#include "library/frame/model_error.h"
+#include "library/frame/problem_text.h"
+
+namespace exportifc::cli {
+
+namespace {
+
+void open(std::filebuf& file, const std::string& name) {
+  std::error_code ignored;
+  errno = std::filesystem::is_directory(pathOf(name), ignored) ? EISDIR : 0;
+  if (errno != 0 || file.open(pathOf(name), std::ios::in | std::ios::binary) == nullptr) {
+    throw Failure(exitUnreadable,
+                  say(texts::cannotRead, {name, readErrorText(name, errno != 0 ? errno : ENOENT)}));
+  }
+}
+
+/// `Format::locate` on the file once more, if it can be read twice.
+void locateIn(const Format& format, const std::string& name, std::vector<Problem>& problems,
+              TextPlace readTo) {
+  std::filebuf file;
+  const bool isThere = !problems.empty() && !isStandardStream(name) &&
+                       file.open(pathOf(name), std::ios::in | std::ios::binary) != nullptr;
+  format.locate(isThere ? &file : nullptr, problems, readTo);
+}
+
+Model readFrom(std::streambuf& text, const std::string& name) {
+  const Format* format = nullptr;
+  try {
+    StartedText started(text);
+    format = &recognisedFormat(started.start(), extensionOf(name));
+    return format->read(started);
+  } catch (const ModelError& error) {
+    std::vector<Problem> problems{error.problem()};
+    if (format != nullptr) {
+      locateIn(*format, name, problems, error.readTo());
+    }
+    throw ModelFailure(name, std::move(problems.front()));
+  }
+}
+
+}  // namespace
+
+ModelFailure::ModelFailure(const std::string& name, Problem problem)
+    : Failure(exitUnreadable, problemLine(name, problem, withPointer(problem, problem.message)),
+              FailureLine::whole),
+      problem_(std::move(problem)) {}
+
+Model readModel(const std::string& name) {
+  if (isStandardStream(name)) {
+    return readFrom(*std::cin.rdbuf(), name);
+  }
+  std::filebuf file;
+  open(file, name);
+  return readFrom(file, name);
+}
+
+void requireReadable(const std::string& name) {
+  if (!isStandardStream(name)) {
+    std::filebuf file;
+    open(file, name);
+  }
+}
+
+void locate(const std::string& name, const Model& model, std::vector<Problem>& problems) {
+  locateIn(formatOf(model.format), name, problems, {});
+}
+
+std::string displayName(const std::string& name) {
+  return isStandardStream(name) ? say(texts::standardInput) : name;
+}
+
+}  // namespace exportifc::cli

@@ -1,0 +1,200 @@
+#include "cli/output_file.h"
+
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+
+#include "cli/failure.h"
+#include "cli/messages.h"
+#include "cli/paths.h"
+#include "cli/system.h"
+
+namespace fs = std::filesystem;
+
+namespace exportifc::cli {
+
+namespace {
+
+constexpr std::size_t bufferSize = 1U << 16;
+
+struct ErrorText {
+  int error;
+  const Text& text;
+};
+
+constexpr ErrorText errorTexts[] = {
+    {ENOSPC, texts::errorNoSpace},
+    {EACCES, texts::errorNotAllowed},
+    {EPERM, texts::errorNotAllowed},
+    {ENOENT, texts::errorNoFolder},
+    {ENOTDIR, texts::errorNotAFolder},
+    {EROFS, texts::errorReadOnly},
+    {EPIPE, texts::errorClosedPipe},
+    {EISDIR, texts::errorIsFolder},
+    {EFBIG, texts::errorTooBig},
+    {ENAMETOOLONG, texts::errorNameTooLong},
+    {EINTR, texts::errorInterrupted},
+    {EINVAL, texts::errorBadName},  // Windows: it has characters that names cannot have
+};
+
+/// A name beside the file, different for each file and process. Systems take 255 characters.
+fs::path temporaryName(const fs::path& name) {
+  constexpr std::size_t longest = 200;
+  fs::path temporary = name;
+  if (name.native().size() > longest) {
+    temporary = name.native().substr(0, longest);
+    temporary += "." + std::to_string(fs::hash_value(name));
+  }
+  temporary += "." + std::to_string(system::processId()) + ".part";
+  return temporary;
+}
+
+}  // namespace
+
+fs::path behindLinks(const fs::path& path) {
+  std::error_code ignored;
+  fs::path end = path;
+  constexpr int most = 40;  // as many as systems follow
+  for (int links = 0; links < most && fs::is_symlink(fs::symlink_status(end, ignored)); ++links) {
+    const fs::path next = fs::read_symlink(end, ignored);
+    if (next.empty()) {
+      break;
+    }
+    end = end.parent_path() / next;  // which is `next` alone when that is absolute
+  }
+  return end;
+}
+
+std::string systemErrorText(int error) {
+  for (const ErrorText& row : errorTexts) {
+    if (row.error == error) {
+      return say(row.text);
+    }
+  }
+  return std::generic_category().message(error);
+}
+
+namespace {
+
+/// The folder of a file that cannot be there because it has none; otherwise empty.
+std::string missingFolder(const std::string& name) {
+  std::error_code ignored;
+  const fs::path folder = behindLinks(pathOf(name)).parent_path();
+  return folder.empty() || fs::exists(folder, ignored) ? "" : textOf(folder);
+}
+
+}  // namespace
+
+std::string readErrorText(const std::string& name, int error) {
+  if (error == EACCES || error == EPERM) {
+    return say(texts::errorMayNotRead);
+  }
+  return error == ENOENT && missingFolder(name).empty() ? say(texts::errorNoFile)
+                                                        : writeErrorText(name, error);
+}
+
+std::string writeErrorText(const std::string& name, int error) {
+  const std::string folder = error == ENOENT ? missingFolder(name) : "";
+  return folder.empty() ? systemErrorText(error) : say(texts::errorThisFolder, {folder});
+}
+
+void makeFolder(const std::string& name) {
+  std::error_code error;
+  fs::create_directories(pathOf(name), error);
+  if (error) {
+    throw Failure(exitNotWritten, say(texts::cannotMakeFolder,
+                                      {name, systemErrorText(system::errorNumber(error))}));
+  }
+}
+
+OutputFile::OutputFile(const std::string& target) : target_(target) {
+  buffer_.reserve(bufferSize);
+  if (isStandardStream(target)) {
+    file_ = system::standardOutput();
+    return;
+  }
+  finalPath_ = behindLinks(pathOf(target));
+  std::error_code ignored;
+  const fs::file_status status = fs::status(finalPath_, ignored);
+  if (fs::is_directory(status)) {
+    error_ = EISDIR;
+  } else if (fs::exists(status) && !system::isWritable(finalPath_)) {
+    error_ = EACCES;
+  } else if (fs::exists(status) && !fs::is_regular_file(status)) {
+    file_ = system::openForWriting(finalPath_);
+  } else {
+    temporaryPath_ = finalPath_.parent_path() / temporaryName(finalPath_.filename());
+    file_ = system::createFile(temporaryPath_);
+    if (file_ < 0) {
+      temporaryPath_.clear();
+    } else if (fs::exists(status)) {
+      fs::permissions(temporaryPath_, status.permissions(), ignored);
+    }
+  }
+  if (file_ < 0) {
+    error_ = error_ != 0 ? error_ : errno;
+    throw Failure(exitNotWritten, failureText());
+  }
+}
+
+OutputFile::~OutputFile() {
+  if (file_ >= 0 && file_ != system::standardOutput()) {
+    system::closeFile(file_);
+  }
+  if (!temporaryPath_.empty()) {
+    std::error_code ignored;
+    fs::remove(temporaryPath_, ignored);
+  }
+}
+
+bool OutputFile::write(const char* bytes, std::size_t size) {
+  if (buffer_.size() + size > bufferSize) {
+    flush();
+  }
+  if (size > bufferSize) {
+    if (!failed() && !system::writeAll(file_, bytes, size)) {
+      error_ = errno;
+    }
+  } else {
+    buffer_.insert(buffer_.end(), bytes, bytes + size);
+  }
+  return !failed();
+}
+
+void OutputFile::flush() {
+  if (!failed() && !system::writeAll(file_, buffer_.data(), buffer_.size())) {
+    error_ = errno;
+  }
+  buffer_.clear();
+}
+
+void OutputFile::commit() {
+  flush();
+  if (!temporaryPath_.empty()) {
+    if (!failed() && !system::flushToDisk(file_)) {
+      error_ = errno;
+    }
+    // Some file systems report a full disk only here.
+    if (!system::closeFile(file_) && !failed()) {
+      error_ = errno;
+    }
+    file_ = -1;
+  }
+  std::error_code renamed;
+  if (!failed() && !temporaryPath_.empty()) {
+    fs::rename(temporaryPath_, finalPath_, renamed);
+    error_ = renamed ? system::errorNumber(renamed) : 0;
+  }
+  if (failed()) {
+    throw Failure(exitNotWritten, failureText());
+  }
+  temporaryPath_.clear();
+}
+
+std::string OutputFile::failureText() const {
+  const std::string name =
+      isStandardStream(target_) ? say(texts::standardOutput) : std::string(target_);
+  return say(texts::cannotWrite, {name, writeErrorText(target_, error_)});
+}
+
+}  // namespace exportifc::cli

@@ -1,0 +1,65 @@
+// A file that appears whole or not at all.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/byte_sink.h"
+
+namespace exportifc::cli {
+
+/// Writes beside the target under a temporary name and puts the file in place in one rename, so
+/// that a file that was there stays as it is until then. What cannot be replaced by a rename
+/// (a device, a pipe, "-" for standard output) is written directly.
+class OutputFile final : public ByteSink {
+ public:
+  /// Opens the output; a Failure names the reason when it cannot be created.
+  explicit OutputFile(const std::string& target);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  /// Removes what was not put in place.
+  ~OutputFile() override;
+
+  /// Buffered. False once the system has refused bytes; `error` then holds its reason.
+  bool write(const char* bytes, std::size_t size) override;
+  bool write(std::string_view text) { return write(text.data(), text.size()); }
+
+  /// Hands everything to the system and puts the file in place; throws a Failure when it cannot.
+  void commit();
+
+  bool failed() const { return error_ != 0; }
+  /// What went wrong, for the user.
+  std::string failureText() const;
+
+ private:
+  void flush();
+
+  std::string target_;
+  std::filesystem::path finalPath_;
+  std::filesystem::path temporaryPath_;  // empty: written directly
+  std::vector<char> buffer_;
+  int file_ = -1;
+  int error_ = 0;
+};
+
+/// Whether the user means standard input or output.
+inline bool isStandardStream(std::string_view name) { return name == "-"; }
+
+/// The file that a path leads to, there or not: a link keeps pointing to what is replaced.
+std::filesystem::path behindLinks(const std::filesystem::path& path);
+
+/// Why the system refuses to read or write the file `name`: a folder that is missing is named.
+std::string readErrorText(const std::string& name, int error);
+std::string writeErrorText(const std::string& name, int error);
+
+/// Makes the folder and those above it; throws a Failure that names it.
+void makeFolder(const std::string& name);
+
+/// The system's reason for an error number, in the user's language.
+std::string systemErrorText(int error);
+
+}  // namespace exportifc::cli

@@ -1,0 +1,72 @@
+// A whole model in memory, as the model files tell it.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "library/frame/problem.h"
+#include "model/bar.h"
+#include "model/bar_type.h"
+#include "model/length_unit.h"
+
+namespace exportifc {
+
+/// A cross-section. Texts are UTF-8.
+struct ModelSection {
+  std::string name;  ///< by which bars refer to it
+  std::string text;  ///< family word and dimensions: what the file will hold
+  SectionDims dims{};
+  int givenDims = -1;   ///< how many the model lists; below 0: they are read from the text
+  bool defined = true;  ///< false: bars refer to a name that the model does not define
+};
+
+/// One bar; kept small, since a model may have millions.
+struct ModelBar {
+  std::int32_t start = 0;  ///< node index, from 0; may be out of range
+  std::int32_t end = 0;
+  std::int32_t section = 0;  ///< index into `Model::sections`, always in range
+  float angle = 0.0F;        ///< of the section about the bar, radians
+  std::int32_t quarterTurns = 0;
+  std::uint8_t type = 0;  ///< 0 to 11
+  bool visible = true;
+};
+
+enum class ModelFormat : std::uint8_t { json, batch };
+
+struct Model {
+  ModelFormat format = ModelFormat::json;
+  std::string title;
+  std::int32_t unitCode = unknownLengthUnit;  ///< of `lengthUnits`
+  std::vector<std::array<float, 3>> nodes;    ///< in the model's unit
+  std::vector<ModelSection> sections;
+  std::vector<ModelBar> bars;
+  std::vector<Problem> found;  ///< by the reader: values that it takes otherwise than they stand
+  std::int32_t announcedBars = 0;  ///< batch: what the header says, at least the bars present
+};
+
+/// Readable names of the bar types, by their number.
+inline constexpr auto barTypeNames = [] {
+  std::array<std::string_view, barTypeCount> names{};
+  std::transform(std::begin(barTypes), std::end(barTypes), names.begin(),
+                 [](const BarType& type) { return type.name; });
+  return names;
+}();
+
+/// Unit words by unit code.
+inline constexpr auto unitNames = [] {
+  std::array<std::string_view, std::size(lengthUnits)> names{};
+  std::transform(std::begin(lengthUnits), std::end(lengthUnits), names.begin(),
+                 [](const LengthUnit& unit) { return unit.name; });
+  return names;
+}();
+
+inline bool isNode(const Model& model, std::int32_t index) {
+  return index >= 0 && static_cast<std::size_t>(index) < model.nodes.size();
+}
+
+}  // namespace exportifc

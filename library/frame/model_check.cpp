@@ -1,0 +1,264 @@
+#include "library/frame/model_check.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <map>
+#include <utility>
+
+#include "library/formats/json_places.h"
+#include "library/frame/section_check.h"
+#include "library/text/messages.h"
+#include "library/text/nearest.h"
+#include "library/text/text_encoding.h"
+
+namespace exportifc {
+
+namespace {
+
+/// Bars per section, counted over those that `counts` says.
+struct SectionUse {
+  std::int32_t bars = 0;
+  std::int32_t firstBar = -1;
+};
+
+template <class Counts>
+std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
+  std::vector<SectionUse> uses(model.sections.size());
+  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+    if (counts(model.bars[i])) {
+      SectionUse& use = uses[static_cast<std::size_t>(model.bars[i].section)];
+      if (use.bars++ == 0) {
+        use.firstBar = static_cast<std::int32_t>(i);
+      }
+    }
+  }
+  return uses;
+}
+
+void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  const auto uses =
+      usesOf(model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); });
+  for (std::size_t i = 0; i < model.sections.size(); ++i) {
+    if (uses[i].bars > 0 && model.sections[i].defined) {
+      const Problem place{.pointer = sectionPointer(model.sections[i]) + "/text",
+                          .section = static_cast<std::int32_t>(i),
+                          .bars = uses[i].bars,
+                          .firstBar = uses[i].firstBar};
+      auto found = checkSection(model.sections[i], place);
+      std::move(found.begin(), found.end(), std::back_inserter(problems));
+    }
+  }
+}
+
+void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  Problem shortBars{
+      .code = "zero-length", .severity = Severity::warning, .message = say(texts::problemZero)};
+  Problem notFinite{.code = "not-finite", .message = say(texts::problemBarNotFinite)};
+  const double factor = millimetresPer(model.unitCode);
+  const auto count = [](Problem& problem, std::size_t bar) {
+    if (problem.bars++ == 0) {
+      problem.firstBar = static_cast<std::int32_t>(bar);
+      problem.pointer = barPointer(problem.firstBar);
+    }
+  };
+  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+    const ModelBar& bar = model.bars[i];
+    if (!isExported(bar, visibleOnly) || !isNode(model, bar.start) || !isNode(model, bar.end)) {
+      continue;
+    }
+    const auto& start = model.nodes[static_cast<std::size_t>(bar.start)];
+    const auto& end = model.nodes[static_cast<std::size_t>(bar.end)];
+    const double length =
+        std::hypot(double{end[0]} - double{start[0]}, double{end[1]} - double{start[1]},
+                   double{end[2]} - double{start[2]});
+    if (!std::isfinite(length) || !std::isfinite(bar.angle)) {
+      count(notFinite, i);
+    } else if (length * factor < shortestBar) {
+      count(shortBars, i);
+    }
+  }
+  for (Problem* const problem : {&shortBars, &notFinite}) {
+    if (problem->bars > 0) {
+      problems.push_back(std::move(*problem));
+    }
+  }
+}
+
+/// Whether any bar is written, and why none is.
+void checkLeftOut(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  std::int64_t hidden = 0;
+  std::int64_t unwanted = 0;
+  std::int64_t tooLong = 0;
+  for (const ModelBar& bar : model.bars) {
+    if (!fitsRecord(model.sections[static_cast<std::size_t>(bar.section)])) {
+      ++tooLong;
+    } else if (!barTypeOf(bar.type).isExported) {
+      ++unwanted;
+    } else if (visibleOnly && !bar.visible) {
+      ++hidden;
+    } else {
+      return;
+    }
+  }
+  std::string reasons;
+  const auto add = [&](const Text& pattern, std::int64_t count) {
+    if (count > 0) {
+      reasons += (reasons.empty() ? "" : ", ") + fill(pattern, {numberText(count)});
+    }
+  };
+  add(texts::sumInvisible, hidden);
+  add(texts::sumType10, unwanted);
+  add(texts::sumTooLong, tooLong);
+  problems.push_back({.code = "no-bars",
+                      .severity = Severity::warning,
+                      .message = say(texts::problemAllLeftOut, {reasons}),
+                      .pointer = "/bars"});
+}
+
+void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
+  const auto warn = [&](const char* code, const char* pointer, std::string message) {
+    problems.push_back({.code = code,
+                        .severity = Severity::warning,
+                        .message = std::move(message),
+                        .pointer = pointer});
+  };
+  const auto present = static_cast<std::int64_t>(model.bars.size());
+  if (present < model.announcedBars) {
+    warn("missing-bars", "/bars",
+         say(texts::problemMissingBars, {numberText(model.announcedBars), numberText(present)}));
+  }
+  if (model.bars.empty()) {
+    warn("no-bars", "/bars", say(texts::problemNoBars));
+  } else {
+    checkLeftOut(model, visibleOnly, problems);
+  }
+}
+
+/// The names of a few sections; of many none.
+std::string definedText(const std::vector<std::string>& names) {
+  constexpr std::size_t most = 10;
+  std::string text;
+  for (const std::string& name : names) {
+    text.append(text.empty() ? "" : ", ").append(name);
+  }
+  return names.size() > most ? std::string() : text;
+}
+
+/// The sections that bars name and the model does not define.
+void checkSectionNames(const Model& model, std::vector<Problem>& problems) {
+  const auto uses = usesOf(model, [](const ModelBar&) { return true; });
+  std::vector<std::string> defined;
+  for (const ModelSection& section : model.sections) {
+    if (section.defined) {
+      defined.push_back(section.name);
+    }
+  }
+  const std::string allowed = definedText(defined);
+  constexpr std::size_t mostGuesses = 20;  // each goes through all names
+  std::size_t guesses = 0;
+  for (std::size_t i = 0; i < model.sections.size(); ++i) {
+    if (!model.sections[i].defined) {
+      const std::string& name = model.sections[i].name;
+      const std::string near = guesses++ < mostGuesses ? nearest(name, defined) : std::string();
+      problems.push_back({.code = "unknown-section",
+                          .message = say(texts::problemSection, {name}) +
+                                     (!near.empty()     ? say(texts::didYouMean, {near})
+                                      : allowed.empty() ? allowed
+                                                        : say(texts::sectionsAllowed, {allowed})),
+                          .pointer = barPointer(uses[i].firstBar) + "/section",
+                          .value = name,
+                          .allowed = allowed,
+                          .suggestion = near,
+                          .section = static_cast<std::int32_t>(i),
+                          .bars = uses[i].bars,
+                          .firstBar = uses[i].firstBar});
+    }
+  }
+}
+
+}  // namespace
+
+bool isExported(const ModelBar& bar, bool visibleOnly) {
+  return barTypeOf(bar.type).isExported && (bar.visible || !visibleOnly);
+}
+
+std::vector<Problem> checkReferences(const Model& model) {
+  std::vector<Problem> problems;
+  std::map<std::int32_t, std::size_t> byNode;  // index of the problem
+  const auto checkNode = [&](std::int32_t node, std::size_t bar, const char* end) {
+    if (isNode(model, node)) {
+      return;
+    }
+    const auto [found, isNew] = byNode.emplace(node, problems.size());
+    if (isNew) {
+      const std::string index = std::to_string(node);
+      problems.push_back({.code = "node-index",
+                          .message = model.nodes.empty()
+                                         ? say(texts::problemNoNodes, {index})
+                                         : say(texts::problemNodeIndex,
+                                               {index, std::to_string(model.nodes.size() - 1)}),
+                          .pointer = barPointer(static_cast<std::int32_t>(bar)) + end,
+                          .value = index,
+                          .firstBar = static_cast<std::int32_t>(bar)});
+    }
+    ++problems[found->second].bars;
+  };
+  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+    checkNode(model.bars[i].start, i, "/nodes/0");
+    if (model.bars[i].end != model.bars[i].start) {
+      checkNode(model.bars[i].end, i, "/nodes/1");
+    }
+  }
+  checkSectionNames(model, problems);
+  return problems;
+}
+
+std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly) {
+  std::vector<Problem> problems;
+  const auto uses =
+      usesOf(model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); });
+  for (std::size_t i = 0; i < model.sections.size(); ++i) {
+    const std::string& text = model.sections[i].text;
+    const std::string character = firstUnwritable(text);
+    if (uses[i].bars > 0 && !character.empty()) {
+      problems.push_back(
+          {.code = "unwritable-character",
+           .message = say(texts::problemUnwritable, {text, character, transliterated(text)}),
+           .pointer = sectionPointer(model.sections[i]) + "/text",
+           .value = character,
+           .suggestion = transliterated(text),
+           .section = static_cast<std::int32_t>(i),
+           .bars = uses[i].bars,
+           .firstBar = uses[i].firstBar});
+    }
+  }
+  return problems;
+}
+
+std::vector<Problem> checkModel(const Model& model, bool visibleOnly) {
+  std::vector<Problem> problems = checkReferences(model);
+  const auto add = [&](std::vector<Problem> more) {
+    std::move(more.begin(), more.end(), std::back_inserter(problems));
+  };
+  add(model.found);
+  add(checkCharacters(model, visibleOnly));
+  checkSections(model, visibleOnly, problems);
+  checkBars(model, visibleOnly, problems);
+  checkWhole(model, visibleOnly, problems);
+  return problems;
+}
+
+std::string barPointer(std::int32_t index) { return "/bars/" + std::to_string(index); }
+
+std::string sectionPointer(const ModelSection& section) {
+  return "/sections/" + pointerPiece(section.name);
+}
+
+void transliterate(Model& model) {
+  for (ModelSection& section : model.sections) {
+    section.text = transliterated(section.text);
+  }
+}
+
+}  // namespace exportifc

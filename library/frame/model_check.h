@@ -1,0 +1,37 @@
+// What would go wrong with a model.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "library/frame/model.h"
+#include "library/frame/problem.h"
+
+namespace exportifc {
+
+/// Where a bar or section stands, as a JSON pointer: "/bars/6", "/sections/Viga".
+std::string barPointer(std::int32_t index);
+std::string sectionPointer(const ModelSection& section);
+
+/// Millimetres below which a bar has no direction.
+inline constexpr double shortestBar = 0.01;
+
+/// Bars that an export does not leave out for their type or visibility.
+bool isExported(const ModelBar& bar, bool visibleOnly);
+
+/// Node indexes out of range and sections that are not defined: with these, nothing can be
+/// exported.
+std::vector<Problem> checkReferences(const Model& model);
+
+/// Section texts with characters at which the file would end, of bars that are exported.
+std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly);
+
+/// Every error and warning, in the order: references, what the reader found, characters, sections,
+/// bars, the model as a whole. What is only unusual, `checkPlausibility` says.
+std::vector<Problem> checkModel(const Model& model, bool visibleOnly);
+
+/// Writes what the file cannot hold as plain letters.
+void transliterate(Model& model);
+
+}  // namespace exportifc

@@ -1,0 +1,178 @@
+#include "library/frame/model_export.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "library/text/messages.h"
+#include "library/text/text_encoding.h"
+#include "plugin/export_driver.h"
+#include "plugin/texts.h"
+
+namespace exportifc {
+
+namespace {
+
+/// Passes the file on and counts what is in it.
+class CountingSink final : public ByteSink {
+ public:
+  CountingSink(ByteSink& target, ExportResult& result) : target_(target), result_(result) {}
+
+  bool write(const char* bytes, std::size_t size) override {
+    const std::string_view line(bytes, size);
+    result_.bytes += static_cast<std::int64_t>(size);
+    ++result_.lines;                                  // the writer hands over whole lines
+    const std::size_t keyword = line.find("= ") + 2;  // npos + 2 is 1: no keyword there
+    const std::string_view name =
+        line.substr(std::min(keyword, size), line.find('(') - std::min(keyword, size));
+    const auto found = std::find(elementKeywords.begin(), elementKeywords.end(), name);
+    if (found != elementKeywords.end()) {
+      ++result_.elements[static_cast<std::size_t>(found - elementKeywords.begin())];
+    }
+    ended_ = line.starts_with("END-ISO-10303-21;");
+    return target_.write(bytes, size);
+  }
+
+  bool ended() const { return ended_; }
+
+ private:
+  ByteSink& target_;
+  ExportResult& result_;
+  bool ended_ = false;
+};
+
+/// The driver owns its sink; this one stays with us.
+class BorrowedSink final : public ByteSink {
+ public:
+  explicit BorrowedSink(ByteSink& sink) : sink_(sink) {}
+  bool write(const char* bytes, std::size_t size) override { return sink_.write(bytes, size); }
+
+ private:
+  ByteSink& sink_;
+};
+
+class BorrowedSource final : public BarSource {
+ public:
+  explicit BorrowedSource(BarSource& source) : source_(source) {}
+  std::int32_t unitCode() override { return source_.unitCode(); }
+  std::int32_t barCount() override { return source_.barCount(); }
+  bool next(std::int32_t index, SourceBar& bar) override { return source_.next(index, bar); }
+
+ private:
+  BarSource& source_;
+};
+
+#ifdef _WIN32
+constexpr const wchar_t* nullDevice = L"NUL";
+#else
+constexpr const wchar_t* nullDevice = L"/dev/null";
+#endif
+
+/// Answers in the user's place and keeps what the module says.
+class UnattendedInterface final : public UserInterface {
+ public:
+  UnattendedInterface(const Model& model, bool visibleOnly)
+      : model_(model), visibleOnly_(visibleOnly) {}
+
+  /// The driver probes the file it is given by truncating it. Ours is open already, so it gets a
+  /// file that nobody misses; `openOutput` hands it the real one.
+  SaveChoice chooseSaveFile() override { return {.accepted = true, .path = nullDevice}; }
+
+  int ask(const char* /*text*/, const char* /*caption*/) override {
+    return visibleOnly_ ? answerNo : answerYes;
+  }
+
+  void show(const char* text, const char* caption) override {
+    if (std::string_view(caption) == exportifc::texts::unhandledExceptionCaption) {
+      failure_ = toUtf8(text);
+    } else {
+      note(toUtf8(text), false);
+    }
+  }
+
+  void show(const wchar_t* text, const wchar_t* /*caption*/) override { note(utf8Of(text), true); }
+
+  /// Says again, for the console, what `show` has said.
+  void printLine(std::wstring_view /*line*/) override {}
+
+  void startBar(std::int32_t index) { bar_ = index; }
+
+  const std::string& failure() const { return failure_; }
+  std::vector<ModuleMessage> takeMessages() {
+    std::vector<ModuleMessage> messages;
+    for (auto& [key, message] : messages_) {
+      messages.push_back(std::move(message));
+    }
+    std::sort(messages.begin(), messages.end(),
+              [](const auto& a, const auto& b) { return a.firstBar < b.firstBar; });
+    return messages;
+  }
+
+ private:
+  void note(const std::string& text, bool unknownProfile) {
+    const std::int32_t section = model_.bars[static_cast<std::size_t>(bar_)].section;
+    ModuleMessage& message = messages_[{text, section}];
+    if (message.bars == 0) {
+      message = {.text = text,
+                 .section = section,
+                 .bars = 0,
+                 .firstBar = bar_,
+                 .unknownProfile = unknownProfile};
+    } else if (lastNoted_ == bar_) {
+      return;  // both halves of one bar
+    }
+    ++message.bars;
+    lastNoted_ = bar_;
+  }
+
+  const Model& model_;
+  bool visibleOnly_;
+  std::int32_t bar_ = 0;
+  std::int32_t lastNoted_ = -1;
+  std::map<std::pair<std::string, std::int32_t>, ModuleMessage> messages_;
+  std::string failure_;
+};
+
+struct Stopped : std::runtime_error {
+  Stopped() : std::runtime_error("") {}
+};
+
+std::int64_t nothing() { return 0; }
+
+}  // namespace
+
+ExportResult exportModel(const Model& model, bool visibleOnly, ByteSink& output,
+                         const std::function<bool(std::int32_t bar)>& goesOn) {
+  ExportResult result;
+  CountingSink counter(output, result);
+  UnattendedInterface ui(model, visibleOnly);
+  std::int32_t current = -1;
+  ModelSource source(model, visibleOnly, [&](std::int32_t index) {
+    current = index;
+    ui.startBar(index);
+    result.interrupted = !goesOn(index);
+    // The empty write tells whether the output has refused anything.
+    if (result.interrupted || !output.write("", 0)) {
+      throw Stopped();
+    }
+  });
+  Module module(&nothing, &nothing);
+  runExport(
+      module,
+      {.ui = ui,
+       .openOutput =
+           [&](const std::wstring& /*path*/) { return std::make_unique<BorrowedSink>(counter); },
+       .openModel =
+           [&](const Module& /*module*/) { return std::make_unique<BorrowedSource>(source); }});
+  result.skipped = source.skipped();
+  result.messages = ui.takeMessages();
+  result.complete = counter.ended() && !result.interrupted && output.write("", 0);
+  result.lastBar = current + 1;
+  result.driverFailure = ui.failure();
+  return result;
+}
+
+}  // namespace exportifc

@@ -1,0 +1,385 @@
+// What is said of models, in every language.
+#pragma once
+
+#include "library/text/text.h"
+
+namespace exportifc::texts {
+
+// ---- kinds of message
+inline constexpr Text error{"error", "erro"};
+inline constexpr Text warning{"warning", "aviso"};
+inline constexpr Text note{"note", "nota"};
+
+// ---- reading
+inline constexpr Text notAModel{
+    "not a model file: it does not begin with \"{\" as a JSON model does, and its lines 4 "
+    "and 5 are not a unit (m, cm, mm) and a bar count as in a batch text file",
+    "não é um arquivo de modelo: não começa com \"{\" como um modelo JSON, e suas linhas 4 e 5 "
+    "não são uma unidade (m, cm, mm) e o número de barras como num arquivo de texto do modo batch"};
+inline constexpr Text emptyFile{"the file is empty", "o arquivo está vazio"};
+inline constexpr Text utf16File{"the text is in UTF-16; save it as UTF-8",
+                                "o texto está em UTF-16; salve-o como UTF-8"};
+inline constexpr Text exchangeFile{"an IFC file, not a model; exportifc view shows it",
+                                   "um arquivo IFC, não um modelo; exportifc view o mostra"};
+inline constexpr Text jsonUnexpected{"not valid JSON: unexpected {0}",
+                                     "JSON inválido: {0} inesperado"};
+inline constexpr Text jsonEndsEarly{"not valid JSON: the text ends too early",
+                                    "JSON inválido: o texto termina antes do fim"};
+inline constexpr Text jsonNotUtf8{"the byte {0} is not UTF-8; save the file as UTF-8",
+                                  "o byte {0} não é UTF-8; salve o arquivo como UTF-8"};
+inline constexpr Text jsonNoStart{"a JSON model begins with {", "um modelo JSON começa com {"};
+inline constexpr Text jsonTrailingComma{"the comma before \"{0}\" is one too many",
+                                        "a vírgula antes de \"{0}\" está sobrando"};
+inline constexpr Text jsonExtraComma{"this comma is one too many, or a value is missing before it",
+                                     "esta vírgula está sobrando, ou falta um valor antes dela"};
+inline constexpr Text jsonMissingComma{"a comma is missing here", "falta uma vírgula aqui"};
+inline constexpr Text jsonMissingColon{"a colon is missing between key and value",
+                                       "faltam dois-pontos entre a chave e o valor"};
+inline constexpr Text jsonValueMissing{"a value is missing here", "falta um valor aqui"};
+inline constexpr Text jsonKeyExpected{"a key in double quotes should stand here",
+                                      "uma chave entre aspas duplas devia estar aqui"};
+inline constexpr Text jsonDecimalComma{
+    "a decimal comma? Decimals stand behind a point: 1.5",
+    "uma vírgula decimal? As decimais vêm depois de um ponto: 1.5"};
+inline constexpr Text decimalComma{
+    "; a decimal comma? Decimals stand behind a point: 1.5",
+    "; uma vírgula decimal? As decimais vêm depois de um ponto: 1.5"};
+inline constexpr Text jsonMissingBracket{
+    "\"{0}\" is missing before this: the \"{1}\" of {2} is still open",
+    "falta \"{0}\" antes disto: o \"{1}\" de {2} ainda está aberto"};
+inline constexpr Text jsonEndsOpen{
+    "the text ends too early: \"{0}\" is missing, the \"{1}\" of {2} is still open",
+    "o texto termina cedo demais: falta \"{0}\", o \"{1}\" de {2} ainda está aberto"};
+inline constexpr Text jsonBracketTooMany{"this bracket is one too many: the model has ended",
+                                         "este fecho está sobrando: o modelo já terminou"};
+inline constexpr Text jsonSecondModel{"a second model begins here; a file holds one",
+                                      "um segundo modelo começa aqui; um arquivo contém um só"};
+inline constexpr Text jsonTextBehind{"text behind the end of the model; remove it",
+                                     "texto depois do fim do modelo; remova-o"};
+inline constexpr Text jsonComment{"{0} begins a comment; JSON has none, remove it",
+                                  "{0} começa um comentário; JSON não os tem, remova-o"};
+inline constexpr Text jsonNotFinite{
+    "{0} is no number that JSON has; write a finite one, as 1.5",
+    "{0} não é um número que JSON tenha; escreva um finito, como 1.5"};
+inline constexpr Text jsonNoNumber{
+    "{0} is not a number; allowed: digits with a point and an exponent, as -1.5 or 2e3",
+    "{0} não é um número; permitido: algarismos com ponto e expoente, como -1.5 ou 2e3"};
+inline constexpr Text jsonWrittenSo{"{0} is not JSON; write {1}", "{0} não é JSON; escreva {1}"};
+inline constexpr Text jsonDoubleQuotes{"texts stand in double quotes: \"{0}\"",
+                                       "textos ficam entre aspas duplas: \"{0}\""};
+inline constexpr Text jsonTypographicQuote{"{0} is a typographic quote; write a plain \"",
+                                           "{0} é uma aspa tipográfica; escreva uma simples: \""};
+inline constexpr Text jsonKeyQuotes{"keys stand in double quotes: \"{0}\"",
+                                    "chaves ficam entre aspas duplas: \"{0}\""};
+inline constexpr Text jsonTextQuotes{"{0}: a text stands in double quotes",
+                                     "{0}: um texto fica entre aspas duplas"};
+inline constexpr Text jsonOpenText{
+    "the text that begins here is not closed by \" on its line; a quote inside of it is \\\"",
+    "o texto que começa aqui não é fechado por \" em sua linha; uma aspa dentro dele é \\\""};
+inline constexpr Text jsonBackslash{"a backslash alone in a text; write \\\\",
+                                    "uma barra invertida sozinha num texto; escreva \\\\"};
+inline constexpr Text jsonControl{"the control character {0} in a text; remove it or write {1}",
+                                  "o caractere de controle {0} num texto; remova-o ou escreva {1}"};
+inline constexpr Text numberTooLarge{"{0} is too large: numbers must lie within ±3.4e38",
+                                     "{0} é grande demais: números devem estar entre ±3,4e38"};
+inline constexpr Text unknownKey{"unknown key \"{0}\"; allowed: {1}",
+                                 "chave desconhecida \"{0}\"; permitidas: {1}"};
+inline constexpr Text keyTwice{"the key \"{0}\" stands twice",
+                               "a chave \"{0}\" aparece duas vezes"};
+inline constexpr Text keyMissing{"the key \"{0}\" is missing", "falta a chave \"{0}\""};
+inline constexpr Text valueNotAllowed{"{0} is not allowed here; allowed: {1}",
+                                      "{0} não é permitido aqui; permitido: {1}"};
+inline constexpr Text objectNotAllowed{"an object {…} is not allowed here",
+                                       "um objeto {…} não é permitido aqui"};
+inline constexpr Text arrayNotAllowed{"an array […] is not allowed here",
+                                      "uma lista […] não é permitida aqui"};
+inline constexpr Text modelMustBeObject{"a model is an object {…}", "um modelo é um objeto {…}"};
+inline constexpr Text threeCoordinates{"a node has three coordinates [x, y, z], this one {0}",
+                                       "um nó tem três coordenadas [x, y, z], este tem {0}"};
+inline constexpr Text twoNodes{"a bar has two nodes [first, second], this one {0}",
+                               "uma barra tem dois nós [inicial, final], esta tem {0}"};
+inline constexpr Text tenDims{"a section has at most ten dimensions",
+                              "uma seção tem no máximo dez dimensões"};
+inline constexpr Text allowedText{"a text", "um texto"};
+inline constexpr Text allowedNumber{"a number", "um número"};
+inline constexpr Text allowedArray{"an array […]", "uma lista […]"};
+inline constexpr Text allowedNode{"[x, y, z]", "[x, y, z]"};
+inline constexpr Text allowedBar{"a bar {\"nodes\": [0, 1], \"section\": \"…\"}",
+                                 "uma barra {\"nodes\": [0, 1], \"section\": \"…\"}"};
+inline constexpr Text allowedSection{"a section {\"text\": \"…\"}", "uma seção {\"text\": \"…\"}"};
+inline constexpr Text allowedSections{"an object with a section for each name",
+                                      "um objeto com uma seção para cada nome"};
+inline constexpr Text allowedDims{"an array of up to ten numbers", "uma lista de até dez números"};
+inline constexpr Text allowedSectionName{"the name of a section", "o nome de uma seção"};
+inline constexpr Text allowedBarNodes{"[first node, second node]", "[nó inicial, nó final]"};
+inline constexpr Text allowedNodeIndex{"the index of a node, a whole number from 0",
+                                       "o índice de um nó, um número inteiro a partir de 0"};
+inline constexpr Text allowedQuarterTurns{"a whole number of quarter turns",
+                                          "um número inteiro de quartos de volta"};
+inline constexpr Text allowedType{"0 to 11 or one of {0}", "de 0 a 11 ou um destes: {0}"};
+
+// ---- reading batch text files
+inline constexpr Text allowedCount{"a whole number from 0", "um número inteiro a partir de 0"};
+inline constexpr Text allowedSectionText{"family word and dimensions, as W 200 100 8 6",
+                                         "palavra de família e dimensões, como W 200 100 8 6"};
+inline constexpr Text batchMark{"the file begins with the mark of UTF-8 (BOM), which is not read",
+                                "o arquivo começa com a marca de UTF-8 (BOM), que não é lida"};
+inline constexpr Text batchHeaderCount{
+    "\"{0}\" stands where a count should; it is not read, but perhaps a line is missing or too "
+    "many",
+    "\"{0}\" está no lugar de uma contagem; não é lido, mas talvez falte ou sobre uma linha"};
+inline constexpr Text batchBarCount{"\"{0}\" is not a number of bars; it is read as {1}",
+                                    "\"{0}\" não é um número de barras; é lido como {1}"};
+inline constexpr Text batchUnitBlank{
+    "a blank makes the unit \"{0}\" unknown; coordinates are taken as millimetres; write {1} alone",
+    "um espaço torna desconhecida a unidade \"{0}\"; as coordenadas são tomadas como milímetros; "
+    "escreva só {1}"};
+inline constexpr Text batchUnitLine{
+    "the unit stands in line {0} instead of 4: a batch text file begins with the number of nodes, "
+    "the number of sections, a title, the unit and the number of bars, one a line",
+    "a unidade está na linha {0} em vez da 4: um arquivo de texto do modo batch começa com o "
+    "número "
+    "de nós, o número de seções, um título, a unidade e o número de barras, um por linha"};
+inline constexpr Text batchNumber{"\"{0}\" is not a number; it is read as {1}",
+                                  "\"{0}\" não é um número; é lido como {1}"};
+inline constexpr Text batchEmptyNumber{"a number should stand in this line; it is read as {0}",
+                                       "um número devia estar nesta linha; é lido como {0}"};
+inline constexpr Text batchMoreNumbers{"{0} more {0:value is|values are} no number",
+                                       "mais {0} {0:valor não é número|valores não são números}"};
+inline constexpr Text problemEmptySection{
+    "the section text is empty; its bars become squares of 4 mm",
+    "o texto da seção está vazio; suas barras viram quadrados de 4 mm"};
+inline constexpr Text batchLinesMissing{
+    "the twelve lines of the bars no longer fit: the section text \"{0}\" is line {1} of its bar, "
+    "not "
+    "9; above it {2} {2:line is|lines are} missing",
+    "as doze linhas das barras deixam de encaixar: o texto de seção \"{0}\" é a linha {1} de sua "
+    "barra, não a 9; acima dele {2:falta|faltam} {2} {2:linha|linhas}"};
+inline constexpr Text batchLinesTooMany{
+    "the twelve lines of the bars no longer fit: the section text \"{0}\" is line {1} of its bar, "
+    "not "
+    "9; above it {2} {2:line is|lines are} too many",
+    "as doze linhas das barras deixam de encaixar: o texto de seção \"{0}\" é a linha {1} de sua "
+    "barra, não a 9; acima dele {2:sobra|sobram} {2} {2:linha|linhas}"};
+inline constexpr Text batchBarCut{
+    "the file ends in the middle of the bar, behind {0} of its 12 lines",
+    "o arquivo termina no meio da barra, depois de {0} de suas 12 linhas"};
+inline constexpr Text batchMoreBars{
+    "the file announces {0} {0:bar|bars}, but holds {1}; the others are left out",
+    "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}; as outras ficam fora"};
+
+// ---- problems of a model
+inline constexpr Text bar{"bar {0}", "barra {0}"};
+inline constexpr Text problemNodeIndex{"node {0} does not exist; the model has the nodes 0 to {1}",
+                                       "o nó {0} não existe; o modelo tem os nós 0 a {1}"};
+inline constexpr Text problemNoNodes{"node {0} does not exist; the model has no nodes",
+                                     "o nó {0} não existe; o modelo não tem nós"};
+inline constexpr Text problemSection{"section \"{0}\" is not defined",
+                                     "a seção \"{0}\" não está definida"};
+inline constexpr Text problemUnwritable{
+    "section \"{0}\" has the character \"{1}\", which the file cannot hold: it would end there. "
+    "Rename the section, or use --transliterate to write \"{2}\"",
+    "a seção \"{0}\" tem o caractere \"{1}\", que o arquivo não comporta: ele terminaria ali. "
+    "Renomeie a seção ou use --transliterate para gravar \"{2}\""};
+inline constexpr Text problemFamily{
+    "family word \"{0}\" is not known; its bars become squares of 4 mm",
+    "a palavra de família \"{0}\" não é conhecida; suas barras viram quadrados de 4 mm"};
+inline constexpr Text problemNoProfile{
+    "family \"{0}\" has no profile; both halves of its bars become squares of 4 mm",
+    "a família \"{0}\" não tem perfil; as duas metades de suas barras viram quadrados de 4 mm"};
+inline constexpr Text problemTooLong{
+    "section text \"{0}\" has {1} bytes, at most {2} are possible; its bars are left out",
+    "o texto de seção \"{0}\" tem {1} bytes, no máximo {2} são possíveis; suas barras ficam fora"};
+inline constexpr Text problemQuote{
+    "section \"{0}\" has an apostrophe or a backslash, which other programs cannot read",
+    "a seção \"{0}\" tem um apóstrofo ou uma barra invertida, que outros programas não leem"};
+inline constexpr Text problemComment{
+    "section \"{0}\" has \"*/\", which ends the comment that names it",
+    "a seção \"{0}\" tem \"*/\", que encerra o comentário com seu nome"};
+inline constexpr Text problemControl{"the section text has a control character (tab, line end)",
+                                     "o texto da seção tem um caractere de controle (tabulação, "
+                                     "fim de linha)"};
+inline constexpr Text problemMissing{"section \"{0}\": dimension {1} ({2}) is missing",
+                                     "seção \"{0}\": falta a dimensão {1} ({2})"};
+inline constexpr Text problemNotANumber{
+    "section \"{0}\": \"{2}\" for {1} is no number and is read as 0",
+    "seção \"{0}\": \"{2}\" em {1} não é um número e é lido como 0"};
+inline constexpr Text problemNumberCut{"section \"{0}\": \"{2}\" for {1} is read as {3}",
+                                       "seção \"{0}\": \"{2}\" em {1} é lido como {3}"};
+inline constexpr Text problemGlued{
+    "section \"{0}\": in \"{1}\" the piece behind the last x, \"{2}\", is not read",
+    "seção \"{0}\": em \"{1}\" o que vem depois do último x, \"{2}\", não é lido"};
+inline constexpr Text problemGluedCut{"section \"{0}\": in \"{1}\", \"{2}\" is read as {3}",
+                                      "seção \"{0}\": em \"{1}\", \"{2}\" é lido como {3}"};
+inline constexpr Text problemGrouped{
+    "section \"{0}\": \"{2}\" for {1} is read as {3}; if {4} is meant, write it without the "
+    "separator",
+    "seção \"{0}\": \"{2}\" em {1} é lido como {3}; se o valor é {4}, escreva-o sem o separador"};
+inline constexpr Text adviceBlanks{"; write blanks between the dimensions",
+                                   "; separe as dimensões com espaços"};
+inline constexpr Text adviceWriteBlanks{"; write blanks: \"{0}\"", "; separe com espaços: \"{0}\""};
+inline constexpr Text adviceMillimetres{"; write the number alone, in millimetres",
+                                        "; escreva só o número, em milímetros"};
+inline constexpr Text adviceNoThousands{
+    "; a number has one decimal sign and no separator of thousands, and blanks stand between two "
+    "dimensions",
+    "; um número tem um só sinal decimal, sem separador de milhares, e há espaço entre duas "
+    "dimensões"};
+inline constexpr Text adviceLeadingBlank{"; it begins with a blank, so the word is empty",
+                                         "; começa com um espaço, e assim a palavra fica vazia"};
+inline constexpr Text adviceOtherBlank{"; a tab or a no-break space is no blank",
+                                       "; tabulação e espaço inseparável não valem como espaço"};
+inline constexpr Text adviceOrder{"; {0} reads {1}", "; {0} lê {1}"};
+inline constexpr Text adviceSecondSide{"; {0}", "; {0}"};
+inline constexpr Text adviceCase{"; it must be in capitals", "; deve estar em maiúsculas"};
+inline constexpr Text adviceBlankMissing{"; a blank is missing behind \"{0}\"",
+                                         "; falta um espaço depois de \"{0}\""};
+inline constexpr Text adviceWrite{"; write \"{0}\"", "; escreva \"{0}\""};
+inline constexpr Text adviceStillMissing{", and also {0}", ", e ainda {0}"};
+inline constexpr Text adviceShape{"; families of this shape: {0}", "; famílias desta forma: {0}"};
+inline constexpr Text problemNegative{
+    "section \"{0}\": dimension {1} ({2}) is {3}, it must be positive",
+    "seção \"{0}\": a dimensão {1} ({2}) é {3}, mas deve ser positiva"};
+inline constexpr Text noteTouches{
+    "section \"{0}\": its outline touches itself; some programs fill the cell between its webs and "
+    "show a volume several times too large",
+    "seção \"{0}\": seu contorno toca a si mesmo; alguns programas preenchem a célula entre as "
+    "almas e mostram um volume várias vezes maior"};
+inline constexpr Text problemNotFinite{"dimension {0} ({1}) is not a finite number",
+                                       "a dimensão {0} ({1}) não é um número finito"};
+inline constexpr Text problemBarNotFinite{"a coordinate or the angle is not a finite number",
+                                          "uma coordenada ou o ângulo não é um número finito"};
+inline constexpr Text problemZero{"the bar has no length (less than 0.01 mm)",
+                                  "a barra não tem comprimento (menos de 0,01 mm)"};
+inline constexpr Text problemUnit{
+    "the unit \"{0}\" is not m, cm or mm; coordinates are taken as millimetres",
+    "a unidade \"{0}\" não é m, cm nem mm; as coordenadas são tomadas como milímetros"};
+inline constexpr Text problemMissingBars{"the file announces {0} {0:bar|bars}, but holds {1}",
+                                         "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}"};
+inline constexpr Text problemNoBars{"the model has no bars", "o modelo não tem barras"};
+inline constexpr Text problemAllLeftOut{"all bars are left out: {0}",
+                                        "todas as barras ficam fora: {0}"};
+inline constexpr Text sectionsAllowed{"; allowed: {0}", "; permitidas: {0}"};
+inline constexpr Text didYouMean{"; did you mean {0}?", "; você quis dizer {0}?"};
+inline constexpr Text barsFrom{"{0}, first: {1}", "{0}, primeira: {1}"};
+
+// ---- what is only unusual
+inline constexpr Text noteSmallDimension{"section \"{0}\": {1} is only {2} mm",
+                                         "seção \"{0}\": {1} tem só {2} mm"};
+inline constexpr Text noteLargeDimension{
+    "section \"{0}\": {1} is {2} mm, more than 3 m; dimensions are millimetres",
+    "seção \"{0}\": {1} tem {2} mm, mais de 3 m; as dimensões são em milímetros"};
+inline constexpr Text noteThick{
+    "section \"{0}\": {1} is {2} mm, more than half of {3}, {4} mm; perhaps in the wrong order?",
+    "seção \"{0}\": {1} tem {2} mm, mais da metade de {3}, {4} mm; talvez fora de ordem?"};
+inline constexpr Text noteTextDims{
+    "section \"{0}\": the text says {1}, but \"dims\" says {3} for {2}; the bars get the latter",
+    "seção \"{0}\": o texto diz {1}, mas \"dims\" diz {3} em {2}; as barras ficam com este valor"};
+inline constexpr Text noteShortBar{
+    "the bar is {0} mm long, shorter than its section \"{1}\" is deep ({2} mm)",
+    "a barra tem {0} mm, menos que a altura da sua seção \"{1}\" ({2} mm)"};
+inline constexpr Text noteAngle{
+    "the angle is {0}, more than a whole turn; angles are radians, are these degrees?",
+    "o ângulo é {0}, mais que uma volta inteira; ângulos são em radianos, estes são graus?"};
+inline constexpr Text noteSamePlace{"the bar lies where bar {0} lies: the same two ends",
+                                    "a barra está no lugar da barra {0}: as mesmas extremidades"};
+inline constexpr Text noteSmallModel{"the whole model measures {0} m; is the unit right ({1})?",
+                                     "o modelo inteiro mede {0} m; a unidade está certa ({1})?"};
+inline constexpr Text noteLargeModel{"the whole model measures {0} km; is the unit right ({1})?",
+                                     "o modelo inteiro mede {0} km; a unidade está certa ({1})?"};
+inline constexpr Text noteFarAway{
+    "coordinates lie {0} km from the origin, where they can only be kept in steps of {1} mm; move "
+    "the model near the origin",
+    "há coordenadas a {0} km da origem, onde só podem ser guardadas em passos de {1} mm; leve o "
+    "modelo para perto da origem"};
+inline constexpr Text noteUnusedSections{
+    "{0} {0:section|sections} used by no bar: {1}",
+    "{0} {0:seção|seções} sem nenhuma barra que {0:a|as} use: {1}"};
+inline constexpr Text noteUnusedNodes{
+    "{0} {0:node|nodes} used by no bar, the first is node {1}",
+    "{0} {0:nó|nós} sem nenhuma barra que {0:o|os} use, o primeiro é o nó {1}"};
+
+// ---- export
+inline constexpr Text manyBars{"{0} {0:bar|bars}", "{0} {0:barra|barras}"};
+
+// ---- convert
+inline constexpr Text lossType{
+    "the batch text file has no types: {0} {0:bar loses its|bars lose theirs}, the first is bar "
+    "{1}; "
+    "all their elements go directly to the storey",
+    "o arquivo de texto não tem tipos: {0} {0:barra perde|barras perdem} o seu, a primeira é a "
+    "barra "
+    "{1}; seus elementos vão direto para o pavimento"};
+inline constexpr Text lossType10{
+    "{0} {0:bar of type 10 (not-exported) is|bars of type 10 (not-exported) are} left out, the "
+    "first "
+    "is bar {1}",
+    "{0} {0:barra do tipo 10 (not-exported) fica|barras do tipo 10 (not-exported) ficam} fora, a "
+    "primeira é a barra {1}"};
+inline constexpr Text lossVisible{
+    "the batch text file has no visibility: {0} invisible {0:bar becomes|bars become} visible, the "
+    "first is bar {1}",
+    "o arquivo de texto não tem visibilidade: {0} {0:barra invisível fica visível|barras "
+    "invisíveis "
+    "ficam visíveis}, a primeira é a barra {1}"};
+inline constexpr Text lossQuarterTurns{
+    "quarter turns are added to the angle in {0} {0:bar|bars}, the first is bar {1}",
+    "os quartos de volta são somados ao ângulo em {0} {0:barra|barras}, a primeira é a barra {1}"};
+inline constexpr Text lossDims{
+    "section \"{0}\": the batch text file has no dimensions of their own; they will be read from "
+    "\"{1}\" and differ",
+    "seção \"{0}\": o arquivo de texto não tem dimensões separadas; elas serão lidas de \"{1}\" e "
+    "são diferentes"};
+inline constexpr Text lossNames{
+    "the {0:name|names} of {0} {0:section is|sections are} lost: a batch text file knows only "
+    "{0:its text|their texts}",
+    "{0:o nome|os nomes} de {0} {0:seção se perde|seções se perdem}: o arquivo de texto só conhece "
+    "{0:seu texto|seus textos}"};
+inline constexpr Text convertLineBreak{
+    "section \"{0}\": its text does not fit one line of a batch text file",
+    "seção \"{0}\": seu texto não cabe numa linha do arquivo de texto"};
+inline constexpr Text convertTitleBreak{"the title does not fit one line of a batch text file",
+                                        "o título não cabe numa linha do arquivo de texto"};
+
+// ---- kinds of file
+inline constexpr Text formatExchange{"an IFC file", "um arquivo IFC"};
+inline constexpr Text formatPage{"a page", "uma página"};
+inline constexpr Text formatJson{"a JSON model", "um modelo JSON"};
+inline constexpr Text formatBatch{"a batch text file", "um arquivo de texto do modo batch"};
+
+// ---- profiles
+inline constexpr Text secondSide{"the width is d3, or d2, or d1: the first of at least 0.001",
+                                 "a largura é d3, ou d2, ou d1: a primeira de ao menos 0,001"};
+inline constexpr Text meaningDepth{"depth", "altura"};
+inline constexpr Text meaningWidth{"width", "largura"};
+inline constexpr Text meaningLeg{"leg", "aba"};
+inline constexpr Text meaningDiameter{"diameter", "diâmetro"};
+inline constexpr Text meaningThickness{"thickness", "espessura"};
+inline constexpr Text meaningWebThickness{"web thickness", "espessura da alma"};
+inline constexpr Text meaningFlangeThickness{"flange thickness", "espessura da mesa"};
+inline constexpr Text meaningTopFlangeThickness{"top flange thickness",
+                                                "espessura da mesa superior"};
+inline constexpr Text meaningBottomFlangeThickness{"bottom flange thickness",
+                                                   "espessura da mesa inferior"};
+inline constexpr Text meaningFlangeWidth{"flange width", "largura da mesa"};
+inline constexpr Text meaningTopFlangeWidth{"top flange width", "largura da mesa superior"};
+inline constexpr Text meaningBottomFlangeWidth{"bottom flange width", "largura da mesa inferior"};
+inline constexpr Text meaningLip{"lip", "enrijecedor"};
+inline constexpr Text meaningTopLip{"top lip", "enrijecedor superior"};
+inline constexpr Text meaningBottomLip{"bottom lip", "enrijecedor inferior"};
+inline constexpr Text meaningBrim{"brim width", "largura da aba"};
+inline constexpr Text meaningOverWebs{"distance over the webs", "distância externa das almas"};
+inline constexpr Text meaningHatHeight{"height of one hat", "altura de uma cartola"};
+inline constexpr Text meaningGap{"gap between the halves", "afastamento das metades"};
+inline constexpr Text meaningOverBoth{"width over both halves", "largura das duas metades"};
+inline constexpr Text meaningOverCorners{"width over the corners", "largura entre os vértices"};
+inline constexpr Text meaningBetweenCentres{"distance of the halves' centres",
+                                            "distância dos centros das metades"};
+
+// ---- summary
+inline constexpr Text sumInvisible{"{0} invisible", "{0} {0:invisível|invisíveis}"};
+inline constexpr Text sumType10{"{0} of type 10", "{0} do tipo 10"};
+inline constexpr Text sumTooLong{"{0} with a section text too long",
+                                 "{0} com texto de seção longo demais"};
+
+}  // namespace exportifc::texts

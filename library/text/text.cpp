@@ -1,0 +1,92 @@
+#include "library/text/text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <stdexcept>
+
+#include "library/text/messages.h"
+
+namespace exportifc {
+
+namespace {
+
+Language current = Language::english;
+
+/// Digits as a program writes them ("-1234.5") as people of the language do ("-1,234.5").
+std::string inLanguage(std::string digits) {
+  const bool portuguese = current == Language::portuguese;
+  const std::size_t point = digits.find('.');
+  if (point != std::string::npos && portuguese) {
+    digits[point] = ',';
+  }
+  const std::size_t first = digits.starts_with('-') ? 1 : 0;
+  constexpr std::size_t group = 3;
+  for (std::size_t at = std::min(point, digits.size()); at > first + group;) {
+    at -= group;
+    digits.insert(at, 1, portuguese ? '.' : ',');
+  }
+  return digits;
+}
+
+}  // namespace
+
+void setLanguage(Language language) { current = language; }
+
+Language language() { return current; }
+
+const char* say(const Text& text) {
+  return current == Language::portuguese ? text.portuguese : text.english;
+}
+
+std::string fill(const Text& text, std::span<const std::string_view> values) {
+  if (values.size() != text.values) {
+    throw std::logic_error(std::string("wrong number of values for: ") + text.english);
+  }
+  std::string filled;
+  std::string_view rest = say(text);
+  Placeholder place{};
+  while (!rest.empty()) {
+    if (takePlaceholder(rest, place)) {
+      const std::string_view value = values[place.value];
+      filled.append(!place.isWord ? value : value == "1" ? place.singular : place.plural);
+    } else {
+      filled.push_back(rest.front());
+      rest.remove_prefix(1);
+    }
+  }
+  return filled;
+}
+
+std::string moduleText(const std::string& original) {
+  struct Meaning {
+    const char* original;
+    const char* english;
+  };
+  constexpr Meaning meanings[] = {
+      {"Perfil Desconhecido", "unknown profile"},
+      {"Problema ao exportar Barra", "a bar could not be exported"},
+      {"Nome de arquivo Inválido", "invalid file name"},
+      {"Não foi possível criar o arquivo", "the file could not be created"},
+      {"Erro na criação do arquivo", "the file could not be created"},
+  };
+  std::string quoted = '"' + original + '"';
+  for (const Meaning& row : meanings) {
+    if (original == row.original && current != Language::portuguese) {
+      return quoted + " (" + row.english + ")";
+    }
+  }
+  return quoted;
+}
+
+std::string numberText(std::int64_t value) { return inLanguage(std::to_string(value)); }
+
+std::string barsText(std::int64_t count) { return say(texts::manyBars, {numberText(count)}); }
+
+std::string decimalText(double value, int decimals) {
+  char buffer[350];
+  const auto end =
+      std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::fixed, decimals);
+  return inLanguage(std::string(buffer, end.ptr));
+}
+
+}  // namespace exportifc

@@ -1,0 +1,33 @@
+// UTF-8, the Windows-1252 of hosts, and plain ASCII.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace exportifc {
+
+bool isUtf8(std::string_view bytes);
+
+/// Text of a batch file as UTF-8: as it is when it is valid UTF-8, otherwise read as Windows-1252.
+std::string toUtf8(std::string_view bytes);
+
+/// UTF-8 of one character.
+std::string utf8Of(char32_t character);
+
+/// UTF-8 of wide text: UTF-16 code units on Windows, characters elsewhere.
+std::string utf8Of(std::wstring_view text);
+
+/// Takes the first character off the front of valid UTF-8 text.
+char32_t takeCharacter(std::string_view& utf8);
+
+/// The first character above U+007F, as UTF-8; empty when there is none. The exchange file ends
+/// where a section name has one.
+std::string firstUnwritable(std::string_view utf8);
+
+/// ASCII that people read as the same: ç to c, Ø to O, × to x; what has no such form becomes "?".
+std::string transliterated(std::string_view utf8);
+
+/// Number of characters; a host's record counts them in bytes of Windows-1252.
+std::size_t characterCount(std::string_view utf8);
+
+}  // namespace exportifc
