@@ -131,7 +131,7 @@ void writeAll(BarSource& model, std::unique_ptr<ByteSink> sink) {
   StepWriter writer(std::move(sink));
   writer.writeHeader();
   writePreamble(writer);
-  exportBars(writer, allBars, model, platform::systemUserInterface());
+  exportBars(writer, BarChoice::all, model, platform::systemUserInterface());
   writer.writeFooter();
 }
 

@@ -178,7 +178,7 @@ struct HostBar {
 struct Host {
   std::int32_t unitCode = 0;
   std::int32_t reportedCount = 0;
-  int answer = answerYes;
+  bool answersYes = true;
   bool asBatch = false;  ///< only what the batch format can say
   Thrown thrown = Thrown::nothing;
   std::uint32_t throwAt = 0;  ///< number of the query that throws
@@ -219,7 +219,7 @@ Host hostOf(ByteReader& bytes) {
   Host host;
   const std::uint8_t flags = bytes.byte();
   host.asBatch = (flags & 1U) != 0;
-  host.answer = (flags & 2U) != 0 ? answerNo : answerYes;
+  host.answersYes = (flags & 2U) == 0;
   const bool careless = (flags & 4U) != 0;
   if ((flags & 8U) != 0 && !host.asBatch) {
     host.thrown = static_cast<Thrown>(bytes.byte() % 5);
@@ -347,7 +347,7 @@ std::int32_t answer(std::uint64_t handle, std::int32_t index, std::int32_t code,
 Model modelOf(const Host& host) {
   Model model;
   model.unitCode = host.unitCode;
-  model.leaveOutHidden = host.answer == answerNo;
+  model.leaveOutHidden = !host.answersYes;
   ModelBar seen;
   seen.visible = 0;
   std::size_t startNode = 0;
@@ -424,7 +424,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Model model = modelOf(host);
 
   CountingInterface ui;
-  ui.answer = host.answer;
+  ui.answer = host.answersYes;
   Exported exported;
   Thrown left = Thrown::nothing;
   try {

@@ -20,7 +20,7 @@ class WithSaveFile final : public UserInterface {
   explicit WithSaveFile(UserInterface& ui) : ui_(ui) {}
 
   SaveChoice chooseSaveFile() override { return {.accepted = true, .path = anyOutputPath}; }
-  int ask(const char* text, const char* caption) override { return ui_.ask(text, caption); }
+  bool ask(const char* text, const char* caption) override { return ui_.ask(text, caption); }
   void show(const char* text, const char* caption) override { ui_.show(text, caption); }
   void show(const wchar_t* text, const wchar_t* caption) override { ui_.show(text, caption); }
   void printLine(std::wstring_view line) override { ui_.printLine(line); }

@@ -32,7 +32,7 @@ class MemorySink final : public ByteSink {
 class CountingInterface final : public UserInterface {
  public:
   SaveChoice chooseSaveFile() override { return {.accepted = false, .path = {}}; }
-  int ask(const char* /*text*/, const char* /*caption*/) override {
+  bool ask(const char* /*text*/, const char* /*caption*/) override {
     ++questions;
     return answer;
   }
@@ -40,7 +40,7 @@ class CountingInterface final : public UserInterface {
   void show(const wchar_t* text, const wchar_t* caption) override;
   void printLine(std::wstring_view line) override;
 
-  int answer = answerYes;
+  bool answer = true;
   int questions = 0;
   int barProblems = 0;
   int unknownProfiles = 0;

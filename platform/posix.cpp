@@ -117,21 +117,21 @@ class TerminalInterface final : public UserInterface {
     return {.accepted = true, .path = widenPath(name).value_or(L"")};
   }
 
-  int ask(const char* text, const char* caption) override {
+  bool ask(const char* text, const char* caption) override {
     if (!hasTerminal()) {
-      return answerYes;
+      return true;
     }
     for (;;) {
       std::cerr << utf8(caption) << ": " << utf8(text) << " [S/N] " << std::flush;
       std::string answer;
       if (!readLine(answer)) {
-        return answerYes;
+        return true;
       }
       if (answer == "S" || answer == "s") {
-        return answerYes;
+        return true;
       }
       if (answer == "N" || answer == "n") {
-        return answerNo;
+        return false;
       }
     }
   }

@@ -6,10 +6,6 @@
 
 namespace exportifc {
 
-/// Button codes that `UserInterface::ask` returns.
-inline constexpr int answerYes = 6;
-inline constexpr int answerNo = 7;
-
 /// The driver and the writers speak to the user only through this interface: the module passes the
 /// system's dialogs, the command-line program its own reports, tests a script.
 /// Narrow texts are Windows-1252, wide texts UTF-16 code units; both live as long as the call.
@@ -28,8 +24,8 @@ class UserInterface {
 
   /// Asks where to write the exchange file.
   virtual SaveChoice chooseSaveFile() = 0;
-  /// A Yes/No question; returns `answerYes` or `answerNo`.
-  virtual int ask(const char* text, const char* caption) = 0;
+  /// A Yes/No question: false when the answer is No, true also when there is none.
+  virtual bool ask(const char* text, const char* caption) = 0;
   /// A message with an OK button.
   virtual void show(const char* text, const char* caption) = 0;
   virtual void show(const wchar_t* text, const wchar_t* caption) = 0;

@@ -78,8 +78,8 @@ class SystemDialogs final : public UserInterface {
     return {.accepted = accepted, .path = std::move(path)};
   }
 
-  int ask(const char* text, const char* caption) override {
-    return MessageBoxA(nullptr, text, caption, MB_YESNO);
+  bool ask(const char* text, const char* caption) override {
+    return MessageBoxA(nullptr, text, caption, MB_YESNO) != IDNO;
   }
 
   void show(const char* text, const char* caption) override {

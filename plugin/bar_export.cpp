@@ -69,7 +69,7 @@ float sectionAngle(std::int32_t quarterTurns, float angle) {
   return static_cast<float>(quarterTurns * quarterTurn) + angle;
 }
 
-void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserInterface& ui) {
+void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInterface& ui) {
   const double factor = millimetresPer(model.unitCode());
   const std::int32_t barCount = model.barCount();
   Groups groups;
@@ -82,7 +82,7 @@ void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserI
       continue;
     }
     const BarType& type = barTypeOf(truncated(bar.typeCode));
-    const bool hidden = exportInvisible == answerNo && bar.visible == 0;
+    const bool hidden = choice == BarChoice::visibleOnly && bar.visible == 0;
     if (!type.isExported || hidden) {
       continue;
     }

@@ -9,9 +9,8 @@
 
 namespace exportifc {
 
-/// Value of `exportInvisible` when nobody was asked; otherwise the answer's button code, of which
-/// `answerNo` leaves invisible bars out.
-inline constexpr int allBars = 1;
+/// Which bars of a model are exported. Those without a record or of a type that never is are not.
+enum class BarChoice : std::uint8_t { all, visibleOnly };
 
 /// Rotation of a section about its bar, in radians: its quarter turns, each the host's own
 /// approximation of one, and its angle.
@@ -20,6 +19,6 @@ float sectionAngle(std::int32_t quarterTurns, float angle);
 /// Writes the model's bars with their profiles and elements, then the two assemblies and the
 /// containment in the storey. A bar without a record is shown to the user and skipped; exceptions
 /// of the source and the writers pass through.
-void exportBars(StepWriter& writer, int exportInvisible, BarSource& model, UserInterface& ui);
+void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInterface& ui);
 
 }  // namespace exportifc

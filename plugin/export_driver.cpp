@@ -27,6 +27,11 @@ std::unique_ptr<BarSource> openModel(const Module& module) {
   return std::make_unique<BatchSource>(module.batchPath);
 }
 
+BarChoice askForBars(UserInterface& ui) {
+  const bool invisibleToo = ui.ask(texts::askInvisibleBars, texts::askInvisibleBarsCaption);
+  return invisibleToo ? BarChoice::all : BarChoice::visibleOnly;
+}
+
 /// Tells the host which file is being written. A path without a narrow form leaves the field empty.
 void publishOutputPath(Module& module, const std::wstring& path) {
   auto& buffer = module.narrowPaths.emplace_back(std::make_unique<char[]>(path.size() + 1));
@@ -63,10 +68,8 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
   if (path.empty()) {
     return -1;
   }
-  int exportInvisible = allBars;
-  if (module.batchPath.empty()) {
-    exportInvisible = services.ui.ask(texts::askInvisibleBars, texts::askInvisibleBarsCaption);
-  }
+  const bool isBatch = !module.batchPath.empty();
+  const BarChoice choice = isBatch ? BarChoice::all : askForBars(services.ui);
   StepWriter writer(services.openOutput(path));
   if (writer.stream.failed()) {
     throw static_cast<const char*>(texts::fileCreationFailed);
@@ -77,7 +80,7 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
   writePreamble(writer);
   publishOutputPath(module, path);
   const std::unique_ptr<BarSource> model = services.openModel(module);
-  exportBars(writer, exportInvisible, *model, services.ui);
+  exportBars(writer, choice, *model, services.ui);
   writer.writeFooter();
   module.batchPath = cutToBytes(path);
   return 1;

@@ -81,9 +81,7 @@ class UnattendedInterface final : public UserInterface {
   /// file that nobody misses; `openOutput` hands it the real one.
   SaveChoice chooseSaveFile() override { return {.accepted = true, .path = nullDevice}; }
 
-  int ask(const char* /*text*/, const char* /*caption*/) override {
-    return visibleOnly_ ? answerNo : answerYes;
-  }
+  bool ask(const char* /*text*/, const char* /*caption*/) override { return !visibleOnly_; }
 
   void show(const char* text, const char* caption) override {
     if (std::string_view(caption) == exportifc::texts::unhandledExceptionCaption) {

@@ -30,6 +30,7 @@ using testing::Not;
 /// What a test does in the place of the system's functions. Plain functions reach it here.
 struct Calls {
   std::function<BOOL(OPENFILENAMEW&)> saveDialog;
+  std::function<int(UINT kind)> narrowBox;
   std::function<HRESULT(GUID&)> newGuid;
   std::function<void(const std::wstring& path)> beforeOpening;
   std::function<void(const std::string& line)> beforeWriting;
@@ -38,6 +39,10 @@ struct Calls {
 Calls* calls = nullptr;
 
 BOOL WINAPI saveDialog(OPENFILENAMEW* dialog) { return calls->saveDialog(*dialog); }
+
+int WINAPI narrowBox(HWND /*owner*/, const char* /*text*/, const char* /*caption*/, UINT kind) {
+  return calls->narrowBox(kind);
+}
 
 HRESULT WINAPI newGuid(GUID* guid) { return calls->newGuid(*guid); }
 
@@ -127,6 +132,19 @@ TEST_F(SystemCalls, TheSaveDialogMayAnswerWithALongPath) {
   for (; folder.filename() != file("").parent_path().filename(); folder = folder.parent_path()) {
     fs::remove(folder);
   }
+}
+
+// ---- The question ------------------------------------------------------------------------------
+
+TEST_F(SystemCalls, AQuestionThatCannotBeShownLeavesNoBarOut) {
+  const ReplacedImport box(*module, "MessageBoxA", &narrowBox);
+  replaced.narrowBox = [](UINT kind) {
+    EXPECT_EQ(kind, UINT{MB_YESNO});
+    return 0;  // no memory for a box
+  };
+  host.bars = {{.section = "W 200"}, {.section = "IPE 1", .visible = 0}};
+  EXPECT_EQ(execute({typesFileName(typed("quadro.ifc"))}), 1);
+  EXPECT_EQ(IfcText(file("quadro.ifc")).elements().size(), 2U);
 }
 
 // ---- The runtime's locale ----------------------------------------------------------------------

@@ -346,7 +346,7 @@ TEST(CarelessHostTest, UnfilledSlotsOfTheFirstBarAreZero) {
   EXPECT_THAT(exported.file, HasSubstr(inStorey));
   // Nothing told that it is visible.
   CountingInterface no;
-  no.answer = answerNo;
+  no.answer = false;
   EXPECT_THAT(host.run(no).file, HasSubstr(noBars));
 }
 

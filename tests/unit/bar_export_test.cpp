@@ -54,18 +54,19 @@ struct Exported {
   std::string storey() const { return members("= IFCRELCONTAINEDINSPATIALSTRUCTURE("); }
 };
 
-Exported exported(BarSource& model, int exportInvisible = 1) {
+Exported exported(BarSource& model, BarChoice choice = BarChoice::all) {
   test::ScriptedUser user;
   Exported result;
-  result.lines = test::exportedLines(
-      [&](StepWriter& writer) { exportBars(writer, exportInvisible, model, user); });
+  result.lines =
+      test::exportedLines([&](StepWriter& writer) { exportBars(writer, choice, model, user); });
   result.said = user.said;
   return result;
 }
 
-Exported exported(std::vector<ScriptedBar> bars, std::int32_t unit = 2, int exportInvisible = 1) {
+Exported exported(std::vector<ScriptedBar> bars, std::int32_t unit = 2,
+                  BarChoice choice = BarChoice::all) {
   ListSource model(std::move(bars), unit);
-  return exported(model, exportInvisible);
+  return exported(model, choice);
 }
 
 /// The lines up to the assemblies, with "#" for each instance number.
@@ -174,17 +175,15 @@ TEST(ExportBars, ElementsThenFrameThenTruss) {
 
 // ---- Visibility --------------------------------------------------------------------------------
 
-TEST(ExportBars, OnlyTheAnswerNoLeavesInvisibleBarsOut) {
+TEST(ExportBars, TheChoiceLeavesInvisibleBarsOut) {
   const std::vector<ScriptedBar> bars = {{.section = "A 1", .visible = 0},
                                          {.section = "B 1", .visible = 1},
                                          {.section = "C 1", .visible = -1}};
-  EXPECT_EQ(exported(bars, 2, 1).elements().size(), 3U);
-  EXPECT_EQ(exported(bars, 2, 6).elements().size(), 3U);
-  EXPECT_EQ(exported(bars, 2, 2).elements().size(), 3U);
-  const Exported no = exported(bars, 2, 7);
-  EXPECT_EQ(no.elements().size(), 2U);
-  EXPECT_EQ(test::linesWith(no.lines, "perfil: A 1").size(), 0U);
-  EXPECT_EQ(no.said.size(), 4U) << "a bar that is left out warns of nothing";
+  EXPECT_EQ(exported(bars, 2, BarChoice::all).elements().size(), 3U);
+  const Exported visible = exported(bars, 2, BarChoice::visibleOnly);
+  EXPECT_EQ(visible.elements().size(), 2U);
+  EXPECT_EQ(test::linesWith(visible.lines, "perfil: A 1").size(), 0U);
+  EXPECT_EQ(visible.said.size(), 4U) << "a bar that is left out warns of nothing";
 }
 
 // ---- Records -----------------------------------------------------------------------------------
@@ -198,7 +197,8 @@ TEST(ExportBars, ABarWithoutRecordIsReportedAndSkipped) {
 }
 
 TEST(ExportBars, TheRecordIsLookedAtBeforeTypeAndVisibility) {
-  const Exported file = exported({{.type = 10.0F, .visible = 0, .hasRecord = false}}, 2, 7);
+  const Exported file =
+      exported({{.type = 10.0F, .visible = 0, .hasRecord = false}}, 2, BarChoice::visibleOnly);
   EXPECT_EQ(file.said, std::vector<Said>{barProblem});
 }
 
@@ -269,7 +269,7 @@ TEST(ExportBars, WhatAHostDoesToARecordDuringABoxChangesNothing) {
    public:
     explicit Meddler(BarRecord& record) : record_(record) {}
     SaveChoice chooseSaveFile() override { return {}; }
-    int ask(const char*, const char*) override { return answerYes; }
+    bool ask(const char*, const char*) override { return true; }
     void show(const char*, const char*) override {}
     void show(const wchar_t*, const wchar_t*) override {
       ++boxes;
@@ -296,8 +296,8 @@ TEST(ExportBars, WhatAHostDoesToARecordDuringABoxChangesNothing) {
   };
   RecordSource model;
   Meddler host(model.record);
-  const Lines lines =
-      test::exportedLines([&](StepWriter& writer) { exportBars(writer, allBars, model, host); });
+  const Lines lines = test::exportedLines(
+      [&](StepWriter& writer) { exportBars(writer, BarChoice::all, model, host); });
   EXPECT_EQ(host.boxes, 2);
   EXPECT_EQ(test::linesWith(lines, "angulo: "), Lines(2, "angulo: 90, perfil: 2L_ASSIMETRICO 50"));
 }
@@ -420,7 +420,7 @@ TEST(ExportBars, AnAccentedSectionEndsTheFile) {
   ListSource model({{.section = "W 1"}, {.section = "W \xE7 2"}, {.section = "W 3"}});
   test::ScriptedUser user;
   const std::string bytes = test::exportedBytes([&](StepWriter& writer) {
-    exportBars(writer, allBars, model, user);
+    exportBars(writer, BarChoice::all, model, user);
     EXPECT_EQ(writer.entities.size(), 3 * 18 + 1) << "numbers go on";
   });
   EXPECT_TRUE(user.said.empty());
@@ -431,8 +431,8 @@ TEST(ExportBars, AnAccentedSectionEndsTheFile) {
 TEST(ExportBars, AnAccentedUnknownSectionEndsTheFileInItsComment) {
   ListSource model({{.section = "Perfil\xE7"}});
   test::ScriptedUser user;
-  const std::string bytes =
-      test::exportedBytes([&](StepWriter& writer) { exportBars(writer, allBars, model, user); });
+  const std::string bytes = test::exportedBytes(
+      [&](StepWriter& writer) { exportBars(writer, BarChoice::all, model, user); });
   EXPECT_TRUE(
       bytes.ends_with("'UnknownProfile', #6);\r\n\r\n/* IfcBeam (0,0,0), (1000,0,0)\r\n"
                       "angulo: 0, perfil: Perfil"));

@@ -109,7 +109,7 @@ UserInterface::SaveChoice ScriptedUser::chooseSaveFile() {
   return choice;
 }
 
-int ScriptedUser::ask(const char* text, const char* caption) {
+bool ScriptedUser::ask(const char* text, const char* caption) {
   said.push_back({Said::How::question, units(text), units(caption)});
   return answer;
 }

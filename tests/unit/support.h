@@ -141,11 +141,11 @@ void PrintTo(const Said& said, std::ostream* stream);
 class ScriptedUser final : public UserInterface {
  public:
   SaveChoice choice;  // cancelled, if left alone
-  int answer = answerYes;
+  bool answer = true;
   std::vector<Said> said;
 
   SaveChoice chooseSaveFile() override;
-  int ask(const char* text, const char* caption) override;
+  bool ask(const char* text, const char* caption) override;
   void show(const char* text, const char* caption) override;
   void show(const wchar_t* text, const wchar_t* caption) override;
   void printLine(std::wstring_view line) override;
