@@ -59,6 +59,10 @@ std::string_view plainForm(char32_t character) {
   return "?";
 }
 
+// The halves of UTF-16, each of ten bits.
+bool isFirstHalf(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
+bool isSecondHalf(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
 bool isCombiningMark(char32_t character) { return character >= 0x300 && character <= 0x36F; }
 
 }  // namespace
@@ -118,9 +122,10 @@ std::string utf8Of(std::wstring_view text) {
   std::string utf8;
   for (std::size_t i = 0; i < text.size(); ++i) {
     auto character = static_cast<char32_t>(text[i]);
-    if (character >= 0xD800 && character < 0xDC00 && i + 1 < text.size()) {
-      character =
-          0x10000 + ((character - 0xD800) << 10) + (static_cast<char32_t>(text[++i]) - 0xDC00);
+    const char32_t next = i + 1 < text.size() ? static_cast<char32_t>(text[i + 1]) : 0;
+    if (isFirstHalf(character) && isSecondHalf(next)) {
+      character = 0x10000 + ((character - 0xD800) << 10) + (next - 0xDC00);
+      ++i;
     }
     utf8 += utf8Of(character);
   }
