@@ -20,6 +20,10 @@ unit-asan      | quick | asan          | scripts/run_gtest.sh build/asan/tests/u
 unit-linux     | quick | linux         | scripts/run_gtest.sh build/linux/tests/unit/unit_tests
 unit-clang     | full  | clang         | scripts/run_gtest.sh build/clang/tests/unit/unit_tests
 unit-windows   | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/unit/unit_tests.exe
+library-asan   | quick | asan          | scripts/run_gtest.sh build/asan/tests/library/library_tests
+library-linux  | quick | linux         | scripts/run_gtest.sh build/linux/tests/library/library_tests
+library-clang  | full  | clang         | scripts/run_gtest.sh build/clang/tests/library/library_tests
+library-windows | quick | windows wine | scripts/run_gtest.sh build/windows/tests/library/library_tests.exe
 module-linux   | quick | linux         | scripts/run_gtest.sh build/linux/tests/module/module_tests
 module-asan    | quick | asan          | scripts/run_gtest.sh build/asan/tests/module/module_tests
 module-windows | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/module/module_tests.exe

@@ -1,8 +1,8 @@
 # What CTest knows, found anew each time it starts, so that no list is kept by hand:
 #
-#   unit.*, module.*, reliability.*   each GoogleTest case of this build; labels unit, module, ...
-#   cli.*                             each case of tests/cli; label cli
-#   stage.*                           each stage of ./test.sh; labels stage, and quick or full
+#   unit.*, library.*, module.*, reliability.*   each GoogleTest case of this build; labels unit, ...
+#   cli.*     each case of tests/cli; label cli
+#   stage.*   each stage of ./test.sh; labels stage, and quick or full
 #
 # Nothing runs while building: a cross build would need Wine for it. The stages build what they need
 # by themselves, so only the native build without sanitizers lists them.
@@ -12,6 +12,7 @@ foreach(kind unit module reliability)
   list(APPEND arguments --gtest ${kind} "$<TARGET_FILE:${kind}_tests>")
 endforeach()
 if(EXPORTIFC_PROGRAM)
+  list(APPEND arguments --gtest library "$<TARGET_FILE:library_tests>")
   list(APPEND arguments --program "$<TARGET_FILE:exportifc_program>")
 endif()
 if(NOT CMAKE_CROSSCOMPILING AND NOT EXPORTIFC_SANITIZE)

@@ -21,7 +21,7 @@ expect() { # WHAT FOUND WANTED
 
 listed() { ctest --test-dir "$build" -N -L "^$1\$" 2>&1 | sed -n 's/^Total Tests: //p'; }
 
-for kind in unit module reliability; do
+for kind in unit library module reliability; do
   "$build/tests/$kind/${kind}_tests" --gtest_list_tests --gtest_output="json:$list" >"$list.out"
   expect "$kind tests that CTest lists" "$(listed "$kind")" "$(sed -n '2s/[^0-9]//gp' "$list")"
   rm -f "$list.out"
@@ -30,7 +30,7 @@ expect "cases of tests/cli that CTest lists" "$(listed cli)" \
   "$(tests/cli/run.py "$build/exportifc" --list | wc -l)"
 expect "stages that CTest lists" "$(listed stage)" "$(./test.sh --list | wc -l)"
 
-for name in unit.BarAxes.AlongX module.Interactive.CancelAsksNothingAndWritesNothing \
+for name in unit.BarAxes.AlongX library.EditDistance.CountsTheChanges module.Interactive.CancelAsksNothingAndWritesNothing \
   'cli.export into a folder'; do
   expect "tests named $name that pass" \
     "$(ctest --test-dir "$build" -R "^$name\$" 2>&1 | grep -c ' Passed ')" 1
