@@ -222,6 +222,7 @@ bool BatchLines::reportShift() {
     }
     shifted_ = true;
     const std::int64_t bar = (lines_ - headerLines - 1) / barLines;
+    soundBars_ = static_cast<std::size_t>(bar);
     const auto at = static_cast<std::int64_t>(i);
     const auto missing = std::int64_t{sectionLine} - at;
     add({.code = "lines-shifted",
@@ -280,6 +281,7 @@ void BatchLines::checkLastBar() {
   const std::int64_t rest = (contentLines_ - headerLines) % barLines;
   const std::int64_t present = barsPresent();
   if (!shifted_ && rest > 0 && rest <= std::int64_t{sectionLine} && present <= announced_) {
+    soundBars_ = static_cast<std::size_t>(present - 1);
     add({.code = "bar-cut",
          .message = say(texts::batchBarCut, {numberText(rest)}),
          .place = {.line = contentLines_},

@@ -21,6 +21,8 @@ class BatchLines {
   void finish();
 
   const std::vector<Problem>& problems() const { return problems_; }
+  /// Bars before the first that lacks lines or has too many; a large number when none does.
+  std::size_t soundBars() const { return soundBars_; }
   /// The line that holds a unit, though another should; 0 when none near it does.
   std::int64_t strayUnitLine() const { return strayUnitLine_; }
   /// Bars that the lines behind the header make, the last perhaps without all its lines.
@@ -49,7 +51,8 @@ class BatchLines {
   std::int64_t announced_ = 0;
   std::array<std::string, barLines> bar_;  // the lines of the bar at hand
   bool shifted_ = false;                   // the lines no longer stand where they should
-  std::int64_t moreValues_ = 0;            // not said one by one
+  std::size_t soundBars_ = static_cast<std::size_t>(-1);
+  std::int64_t moreValues_ = 0;  // not said one by one
   std::vector<Problem> problems_;
 };
 

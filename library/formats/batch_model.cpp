@@ -102,6 +102,7 @@ Model readBatchModel(std::streambuf& text) {
   }
   pieces.drain();
   lines.finish();
+  model.soundBars = lines.soundBars();
   model.found = lines.problems();
   return model;
 }

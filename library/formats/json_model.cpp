@@ -154,8 +154,8 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   std::string pointer() const;
   /// Ends the reading: the value at hand, and what is allowed.
   [[noreturn]] void fail(const std::string& message, Problem facts = {}) const;
-  [[noreturn]] void failValue(const Scalar& value, const std::string& allowed,
-                              const std::string& near = {}) const {
+  [[noreturn]] void failValue(const Scalar& value, const std::string& near = {}) const {
+    const std::string allowed = allowedHere();
     fail(say(texts::valueNotAllowed, {shown(value), allowed}) + guess(near),
          {.value = shown(value), .allowed = allowed, .suggestion = near});
   }
@@ -168,15 +168,16 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   }
   [[noreturn]] void failStructure(const Text& message) const {
     failByText();
-    fail(say(message));
+    fail(fill(message, {allowedHere()}), {.allowed = allowedHere()});
   }
+  std::string allowedHere() const;
   /// As `fail`, of the list that the value at hand stands in.
   [[noreturn]] void failAround(In outer, const std::string& message) {
     in_ = outer;
     fail(message);
   }
   float number(const Scalar& value) const;
-  std::int32_t integer(const Scalar& value, const Text& allowed) const;
+  std::int32_t integer(const Scalar& value) const;
   std::uint8_t barType(const Scalar& value) const;
   std::int32_t sectionIndex(std::string_view name);
 
@@ -222,6 +223,45 @@ void ModelBuilder::fail(const std::string& message, Problem facts) const {
   facts.message = message;
   facts.pointer = pointer();
   throw ModelError(std::move(facts), text_.place());
+}
+
+/// What may stand where the parser is, in place of a value of another kind.
+std::string ModelBuilder::allowedHere() const {
+  struct Row {
+    In in;
+    std::string_view key;  // empty: any
+    const Text& allowed;
+  };
+  static constexpr Row rows[] = {
+      {In::file, "", texts::allowedModel},
+      {In::model, "nodes", texts::allowedArray},
+      {In::model, "bars", texts::allowedArray},
+      {In::model, "sections", texts::allowedSections},
+      {In::model, "", texts::allowedText},
+      {In::nodes, "", texts::allowedNode},
+      {In::node, "", texts::allowedNumber},
+      {In::sections, "", texts::allowedSection},
+      {In::section, "dims", texts::allowedDims},
+      {In::section, "", texts::allowedText},
+      {In::dims, "", texts::allowedNumber},
+      {In::bars, "", texts::allowedBar},
+      {In::bar, "nodes", texts::allowedBarNodes},
+      {In::bar, "section", texts::allowedSectionName},
+      {In::bar, "visible", texts::allowedTruth},
+      {In::bar, "angle", texts::allowedNumber},
+      {In::bar, "quarterTurns", texts::allowedQuarterTurns},
+      {In::barNodes, "", texts::allowedNodeIndex},
+  };
+  if (in_ == In::model && key_ == "unit") {
+    return joined(unitNames);
+  }
+  if (in_ == In::bar && key_ == "type") {
+    return say(texts::allowedType, {joined(barTypeNames)});
+  }
+  const auto* const found = std::find_if(std::begin(rows), std::end(rows), [&](const Row& row) {
+    return row.in == in_ && (row.key.empty() || row.key == key_);
+  });
+  return say(found->allowed);
 }
 
 bool ModelBuilder::start_object(std::size_t /*size*/) {
@@ -273,6 +313,12 @@ bool ModelBuilder::key(string_t& name) {
   if (found == keys_->names.end()) {
     failByText();
     const std::string near = nearest(name, keys_->names);
+    constexpr unsigned textSeen = 1U;
+    if (in_ == In::section && near.empty() && (seen_ & textSeen) != 0) {
+      fail(say(texts::sectionNotClosed,
+               {name, model_.sections[static_cast<std::size_t>(section_)].name}),
+           {.value = name, .allowed = joined(keys_->names)});
+    }
     fail(say(texts::unknownKey, {name, joined(keys_->names)}) + guess(near),
          {.value = name, .allowed = joined(keys_->names), .suggestion = near});
   }
@@ -410,13 +456,13 @@ bool ModelBuilder::scalar(const Scalar& value) {
       if (item_ >= 2) {
         failAround(In::bar, say(texts::twoNodes, {std::to_string(item_ + 1)}));
       }
-      (item_ == 0 ? bar_.start : bar_.end) = integer(value, texts::allowedNodeIndex);
+      (item_ == 0 ? bar_.start : bar_.end) = integer(value);
       ++item_;
       break;
     case In::file: fail(say(texts::modelMustBeObject));
-    case In::nodes: failValue(value, say(texts::allowedNode));
-    case In::bars: failValue(value, say(texts::allowedBar));
-    case In::sections: failValue(value, say(texts::allowedSection));
+    case In::nodes:
+    case In::bars:
+    case In::sections: failValue(value);
   }
   return true;
 }
@@ -425,27 +471,27 @@ void ModelBuilder::modelValue(const Scalar& value) {
   if (key_ == "unit") {
     const auto found = std::find(unitNames.begin(), unitNames.end(), value.text);
     if (value.kind != Scalar::Kind::text || found == unitNames.end()) {
-      failValue(value, joined(unitNames), nearest(value.text, unitNames));
+      failValue(value, nearest(value.text, unitNames));
     }
     model_.unitCode = static_cast<std::int32_t>(found - unitNames.begin());
   } else if (key_ == "title" || key_ == "$schema") {
     if (value.kind != Scalar::Kind::text) {
-      failValue(value, say(texts::allowedText));
+      failValue(value);
     }
     if (key_ == "title") {
       model_.title = value.text;
     }
   } else {
-    failValue(value, say(key_ == "sections" ? texts::allowedSections : texts::allowedArray));
+    failValue(value);
   }
 }
 
 void ModelBuilder::sectionValue(const Scalar& value) {
   if (key_ == "dims") {
-    failValue(value, say(texts::allowedDims));
+    failValue(value);
   }
   if (value.kind != Scalar::Kind::text) {
-    failValue(value, say(texts::allowedText));
+    failValue(value);
   }
   model_.sections[static_cast<std::size_t>(section_)].text = value.text;
 }
@@ -453,28 +499,28 @@ void ModelBuilder::sectionValue(const Scalar& value) {
 void ModelBuilder::barValue(const Scalar& value) {
   if (key_ == "section") {
     if (value.kind != Scalar::Kind::text) {
-      failValue(value, say(texts::allowedSectionName));
+      failValue(value);
     }
     bar_.section = sectionIndex(value.text);
   } else if (key_ == "type") {
     bar_.type = barType(value);
   } else if (key_ == "visible") {
     if (value.kind != Scalar::Kind::boolean) {
-      failValue(value, "true, false");
+      failValue(value);
     }
     bar_.visible = value.boolean;
   } else if (key_ == "angle") {
     bar_.angle = number(value);
   } else if (key_ == "quarterTurns") {
-    bar_.quarterTurns = integer(value, texts::allowedQuarterTurns);
+    bar_.quarterTurns = integer(value);
   } else {
-    failValue(value, say(texts::allowedBarNodes));
+    failValue(value);
   }
 }
 
 float ModelBuilder::number(const Scalar& value) const {
   if (!value.isNumber()) {
-    failValue(value, say(texts::allowedNumber));
+    failValue(value);
   }
   // The largest number that still rounds to a finite single.
   if (std::fabs(value.real) > double{std::numeric_limits<float>::max()}) {
@@ -483,11 +529,11 @@ float ModelBuilder::number(const Scalar& value) const {
   return static_cast<float>(value.real);
 }
 
-std::int32_t ModelBuilder::integer(const Scalar& value, const Text& allowed) const {
+std::int32_t ModelBuilder::integer(const Scalar& value) const {
   if (value.kind != Scalar::Kind::integer ||
       value.integer > std::numeric_limits<std::int32_t>::max() ||
       value.integer < std::numeric_limits<std::int32_t>::min()) {
-    failValue(value, say(allowed));
+    failValue(value);
   }
   return static_cast<std::int32_t>(value.integer);
 }
@@ -503,8 +549,7 @@ std::uint8_t ModelBuilder::barType(const Scalar& value) const {
       return static_cast<std::uint8_t>(found - barTypeNames.begin());
     }
   }
-  failValue(value, say(texts::allowedType, {joined(barTypeNames)}),
-            nearest(value.text, barTypeNames));
+  failValue(value, nearest(value.text, barTypeNames));
 }
 
 std::int32_t ModelBuilder::sectionIndex(std::string_view name) {

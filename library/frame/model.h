@@ -45,6 +45,8 @@ struct Model {
   std::vector<std::array<float, 3>> nodes;    ///< in the model's unit
   std::vector<ModelSection> sections;
   std::vector<ModelBar> bars;
+  /// Bars whose values stand where they should; those behind have a problem in `found`.
+  std::size_t soundBars = static_cast<std::size_t>(-1);
   std::vector<Problem> found;  ///< by the reader: values that it takes otherwise than they stand
   std::int32_t announcedBars = 0;  ///< batch: what the header says, at least the bars present
 };

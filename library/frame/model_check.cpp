@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <iterator>
 #include <map>
 #include <utility>
@@ -23,9 +24,10 @@ struct SectionUse {
 };
 
 template <class Counts>
-std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
+std::vector<SectionUse> usesOf(const Model& model, Counts counts,
+                               std::size_t barLimit = static_cast<std::size_t>(-1)) {
   std::vector<SectionUse> uses(model.sections.size());
-  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+  for (std::size_t i = 0; i < std::min(model.bars.size(), barLimit); ++i) {
     if (counts(model.bars[i])) {
       SectionUse& use = uses[static_cast<std::size_t>(model.bars[i].section)];
       if (use.bars++ == 0) {
@@ -37,8 +39,8 @@ std::vector<SectionUse> usesOf(const Model& model, Counts counts) {
 }
 
 void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& problems) {
-  const auto uses =
-      usesOf(model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); });
+  const auto uses = usesOf(
+      model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); }, model.soundBars);
   for (std::size_t i = 0; i < model.sections.size(); ++i) {
     if (uses[i].bars > 0 && model.sections[i].defined) {
       const Problem place{.pointer = sectionPointer(model.sections[i]) + "/text",
@@ -62,7 +64,7 @@ void checkBars(const Model& model, bool visibleOnly, std::vector<Problem>& probl
       problem.pointer = barPointer(problem.firstBar);
     }
   };
-  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+  for (std::size_t i = 0; i < std::min(model.bars.size(), model.soundBars); ++i) {
     const ModelBar& bar = model.bars[i];
     if (!isExported(bar, visibleOnly) || !isNode(model, bar.start) || !isNode(model, bar.end)) {
       continue;
@@ -222,15 +224,16 @@ std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly) {
     const std::string& text = model.sections[i].text;
     const std::string character = firstUnwritable(text);
     if (uses[i].bars > 0 && !character.empty()) {
-      problems.push_back(
-          {.code = "unwritable-character",
-           .message = say(texts::problemUnwritable, {text, character, transliterated(text)}),
-           .pointer = sectionPointer(model.sections[i]) + "/text",
-           .value = character,
-           .suggestion = transliterated(text),
-           .section = static_cast<std::int32_t>(i),
-           .bars = uses[i].bars,
-           .firstBar = uses[i].firstBar});
+      problems.push_back({.code = "unwritable-character",
+                          .message = say(texts::problemUnwritable,
+                                         {withVisibleBlanks(text), withVisibleBlanks(character),
+                                          transliterated(text)}),
+                          .pointer = sectionPointer(model.sections[i]) + "/text",
+                          .value = character,
+                          .suggestion = transliterated(text),
+                          .section = static_cast<std::int32_t>(i),
+                          .bars = uses[i].bars,
+                          .firstBar = uses[i].firstBar});
     }
   }
   return problems;

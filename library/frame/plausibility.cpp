@@ -103,6 +103,32 @@ std::string thickPlate(const ModelSection& section, const Family& family, const 
   return {};
 }
 
+/// The highest dimension that the family reads.
+int lastRead(const Family& family) {
+  constexpr int lastSide = 3;
+  int last = family.secondSideAnywhere ? lastSide : 0;
+  for (const DimensionUse& use : family.dimensions) {
+    last = std::max(last, use.index);
+  }
+  return last;
+}
+
+/// A number behind the last dimension that is read, in the list or in the text; empty: none.
+std::string unreadNumber(const ModelSection& section, const Family& family) {
+  const int last = lastRead(family);
+  if (section.givenDims >= 0) {
+    const auto unread = std::find_if(section.dims.begin() + last + 1, section.dims.end(),
+                                     [](float dim) { return dim != 0.0F; });
+    return unread == section.dims.end() ? std::string() : millimetreText(double{*unread});
+  }
+  for (const SectionPiece& piece : sectionPieces(section.text)) {
+    if (piece.kind == SectionPiece::Kind::number && piece.index > last) {
+      return std::string(piece.text);
+    }
+  }
+  return {};
+}
+
 /// The list of dimensions makes the shape, the text only its name.
 std::string otherThanText(const ModelSection& section, const Family& family,
                           const DimensionUse& use) {
@@ -240,7 +266,7 @@ class BarNotes {
 
   template <class Visit>
   void eachExported(Visit visit) const {
-    for (std::size_t i = 0; i < model_.bars.size(); ++i) {
+    for (std::size_t i = 0; i < std::min(model_.bars.size(), model_.soundBars); ++i) {
       if (isExported(model_.bars[i], visibleOnly_) && isSound(model_.bars[i])) {
         visit(i, model_.bars[i]);
       }
@@ -464,6 +490,12 @@ std::vector<Problem> sectionNotes(const ModelSection& section, const Problem& pl
   }
   if (family->parts.front()->writer == ProfileWriter(Outline::pc)) {
     notes.push_back(note(place, "outline-touches-itself", say(texts::noteTouches, {section.text})));
+  }
+  if (const std::string unread = unreadNumber(section, *family); !unread.empty()) {
+    notes.push_back(
+        note(place, "unread-dimension",
+             say(texts::noteUnread,
+                 {section.text, family->word, dimensionText(*family, lastRead(*family)), unread})));
   }
   for (const DimensionCheck& check : dimensionChecks) {
     for (const DimensionUse& use : family->dimensions) {

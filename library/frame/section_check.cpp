@@ -10,6 +10,7 @@
 #include "library/sections/section_catalogue.h"
 #include "library/sections/section_text.h"
 #include "library/text/messages.h"
+#include "library/text/text_encoding.h"
 #include "step/number_format.h"
 
 namespace exportifc {
@@ -42,7 +43,8 @@ class SectionCheck {
     if (text.find_first_not_of(' ') == std::string::npos) {
       add("empty-section", say(texts::problemEmptySection));
     } else if (family == nullptr) {
-      add("unknown-family", say(texts::problemFamily, {word}) + familyAdvice(text));
+      add("unknown-family",
+          say(texts::problemFamily, {withVisibleBlanks(word)}) + familyAdvice(text));
     } else if (family->parts.empty()) {
       add("family-without-profile", say(texts::problemNoProfile, {word}));
     } else {

@@ -82,6 +82,9 @@ inline constexpr Text jsonControl{"the control character {0} in a text; remove i
                                   "o caractere de controle {0} num texto; remova-o ou escreva {1}"};
 inline constexpr Text numberTooLarge{"{0} is too large: numbers must lie within ±3.4e38",
                                      "{0} é grande demais: números devem estar entre ±3,4e38"};
+inline constexpr Text sectionNotClosed{
+    "unknown key \"{0}\"; is the section \"{1}\" closed by a \"}\" before it?",
+    "chave desconhecida \"{0}\"; a seção \"{1}\" foi fechada com \"}\" antes dela?"};
 inline constexpr Text unknownKey{"unknown key \"{0}\"; allowed: {1}",
                                  "chave desconhecida \"{0}\"; permitidas: {1}"};
 inline constexpr Text keyTwice{"the key \"{0}\" stands twice",
@@ -89,10 +92,10 @@ inline constexpr Text keyTwice{"the key \"{0}\" stands twice",
 inline constexpr Text keyMissing{"the key \"{0}\" is missing", "falta a chave \"{0}\""};
 inline constexpr Text valueNotAllowed{"{0} is not allowed here; allowed: {1}",
                                       "{0} não é permitido aqui; permitido: {1}"};
-inline constexpr Text objectNotAllowed{"an object {…} is not allowed here",
-                                       "um objeto {…} não é permitido aqui"};
-inline constexpr Text arrayNotAllowed{"an array […] is not allowed here",
-                                      "uma lista […] não é permitida aqui"};
+inline constexpr Text objectNotAllowed{"an object {…} is not allowed here; allowed: {0}",
+                                       "um objeto {…} não é permitido aqui; permitido: {0}"};
+inline constexpr Text arrayNotAllowed{"an array […] is not allowed here; allowed: {0}",
+                                      "uma lista […] não é permitida aqui; permitido: {0}"};
 inline constexpr Text modelMustBeObject{"a model is an object {…}", "um modelo é um objeto {…}"};
 inline constexpr Text threeCoordinates{"a node has three coordinates [x, y, z], this one {0}",
                                        "um nó tem três coordenadas [x, y, z], este tem {0}"};
@@ -100,6 +103,8 @@ inline constexpr Text twoNodes{"a bar has two nodes [first, second], this one {0
                                "uma barra tem dois nós [inicial, final], esta tem {0}"};
 inline constexpr Text tenDims{"a section has at most ten dimensions",
                               "uma seção tem no máximo dez dimensões"};
+inline constexpr Text allowedModel{"an object {…}", "um objeto {…}"};
+inline constexpr Text allowedTruth{"true, false", "true, false"};
 inline constexpr Text allowedText{"a text", "um texto"};
 inline constexpr Text allowedNumber{"a number", "um número"};
 inline constexpr Text allowedArray{"an array […]", "uma lista […]"};
@@ -152,15 +157,17 @@ inline constexpr Text problemEmptySection{
 inline constexpr Text batchLinesMissing{
     "the twelve lines of the bars no longer fit: the section text \"{0}\" is line {1} of its bar, "
     "not "
-    "9; above it {2} {2:line is|lines are} missing",
+    "9; above it {2} {2:line is|lines are} missing; from here on bars are not checked",
     "as doze linhas das barras deixam de encaixar: o texto de seção \"{0}\" é a linha {1} de sua "
-    "barra, não a 9; acima dele {2:falta|faltam} {2} {2:linha|linhas}"};
+    "barra, não a 9; acima dele {2:falta|faltam} {2} {2:linha|linhas}; daqui em diante as barras "
+    "não são verificadas"};
 inline constexpr Text batchLinesTooMany{
     "the twelve lines of the bars no longer fit: the section text \"{0}\" is line {1} of its bar, "
     "not "
-    "9; above it {2} {2:line is|lines are} too many",
+    "9; above it {2} {2:line is|lines are} too many; from here on bars are not checked",
     "as doze linhas das barras deixam de encaixar: o texto de seção \"{0}\" é a linha {1} de sua "
-    "barra, não a 9; acima dele {2:sobra|sobram} {2} {2:linha|linhas}"};
+    "barra, não a 9; acima dele {2:sobra|sobram} {2} {2:linha|linhas}; daqui em diante as barras "
+    "não são verificadas"};
 inline constexpr Text batchBarCut{
     "the file ends in the middle of the bar, behind {0} of its 12 lines",
     "o arquivo termina no meio da barra, depois de {0} de suas 12 linhas"};
@@ -272,6 +279,9 @@ inline constexpr Text noteLargeDimension{
 inline constexpr Text noteThick{
     "section \"{0}\": {1} is {2} mm, more than half of {3}, {4} mm; perhaps in the wrong order?",
     "seção \"{0}\": {1} tem {2} mm, mais da metade de {3}, {4} mm; talvez fora de ordem?"};
+inline constexpr Text noteUnread{
+    "section \"{0}\": {1} reads no dimension behind {2}; {3} is left aside",
+    "seção \"{0}\": {1} não lê dimensões depois de {2}; {3} fica de lado"};
 inline constexpr Text noteTextDims{
     "section \"{0}\": the text says {1}, but \"dims\" says {3} for {2}; the bars get the latter",
     "seção \"{0}\": o texto diz {1}, mas \"dims\" diz {3} em {2}; as barras ficam com este valor"};

@@ -143,6 +143,29 @@ char32_t takeCharacter(std::string_view& utf8) {
   return character;
 }
 
+std::string withVisibleBlanks(std::string_view utf8) {
+  constexpr auto isHidden = [](char32_t c) {
+    return c < ' ' || (c >= 0x7F && c <= 0xA0) || c == 0xAD || (c >= 0x2000 && c <= 0x200F) ||
+           c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F || c == 0x2060 || c == 0x3000 ||
+           c == 0xFEFF;
+  };
+  std::string text;
+  while (!utf8.empty()) {
+    const char32_t character = takeCharacter(utf8);
+    if (isHidden(character)) {
+      constexpr std::string_view digits = "0123456789ABCDEF";
+      text += "<U+";
+      for (int shift = 12; shift >= 0; shift -= 4) {
+        text += digits[(character >> shift) & 0xFU];
+      }
+      text += '>';
+    } else {
+      text += utf8Of(character);
+    }
+  }
+  return text;
+}
+
 std::string firstUnwritable(std::string_view utf8) {
   while (!utf8.empty()) {
     const char32_t character = takeCharacter(utf8);

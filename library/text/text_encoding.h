@@ -20,6 +20,10 @@ std::string utf8Of(std::wstring_view text);
 /// Takes the first character off the front of valid UTF-8 text.
 char32_t takeCharacter(std::string_view& utf8);
 
+/// The text with its blanks that look like none or like a plain one, and its control characters,
+/// by their numbers: "W<U+00A0>200".
+std::string withVisibleBlanks(std::string_view utf8);
+
 /// The first character above U+007F, as UTF-8; empty when there is none. The exchange file ends
 /// where a section name has one.
 std::string firstUnwritable(std::string_view utf8);
