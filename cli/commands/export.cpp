@@ -24,6 +24,7 @@
 #include "cli/viewer_page.h"
 #include "library/frame/model_check.h"
 #include "library/frame/model_export.h"
+#include "library/frame/pointer.h"
 
 namespace fs = std::filesystem;
 

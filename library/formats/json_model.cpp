@@ -18,6 +18,7 @@
 #include "library/formats/json_faults.h"
 #include "library/formats/json_places.h"
 #include "library/frame/model_error.h"
+#include "library/frame/pointer.h"
 #include "library/text/messages.h"
 #include "library/text/nearest.h"
 #include "library/text/text_encoding.h"

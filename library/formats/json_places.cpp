@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "library/formats/json_model.h"
+#include "library/frame/pointer.h"
 
 namespace exportifc {
 
@@ -254,14 +255,6 @@ std::vector<TextPlace> placesOf(std::streambuf& text, const std::vector<std::str
     places.push_back(wanted.place(node));
   }
   return places;
-}
-
-std::string pointerPiece(std::string_view name) {
-  std::string piece;
-  for (const char c : name) {
-    piece += c == '~' ? std::string("~0") : c == '/' ? std::string("~1") : std::string(1, c);
-  }
-  return piece;
 }
 
 void locateInJson(std::streambuf* text, std::vector<Problem>& problems, TextPlace readTo) {

@@ -15,7 +15,4 @@ namespace exportifc {
 std::vector<TextPlace> placesOf(std::streambuf& text, const std::vector<std::string>& pointers,
                                 TextPlace end = {});
 
-/// One piece of a JSON pointer: "~" and "/" as "~0" and "~1".
-std::string pointerPiece(std::string_view name);
-
 }  // namespace exportifc

@@ -7,7 +7,7 @@
 #include <map>
 #include <utility>
 
-#include "library/formats/json_places.h"
+#include "library/frame/pointer.h"
 #include "library/frame/section_check.h"
 #include "library/text/messages.h"
 #include "library/text/nearest.h"
@@ -250,12 +250,6 @@ std::vector<Problem> checkModel(const Model& model, bool visibleOnly) {
   checkBars(model, visibleOnly, problems);
   checkWhole(model, visibleOnly, problems);
   return problems;
-}
-
-std::string barPointer(std::int32_t index) { return "/bars/" + std::to_string(index); }
-
-std::string sectionPointer(const ModelSection& section) {
-  return "/sections/" + pointerPiece(section.name);
 }
 
 void transliterate(Model& model) {

@@ -10,10 +10,6 @@
 
 namespace exportifc {
 
-/// Where a bar or section stands, as a JSON pointer: "/bars/6", "/sections/Viga".
-std::string barPointer(std::int32_t index);
-std::string sectionPointer(const ModelSection& section);
-
 /// Millimetres below which a bar has no direction.
 inline constexpr double shortestBar = 0.01;
 

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <utility>
 
+#include "library/frame/pointer.h"
 #include "library/frame/section_check.h"
 #include "library/sections/section_catalogue.h"
 #include "library/sections/section_text.h"

@@ -7,6 +7,7 @@
 #include <iterator>
 #include <utility>
 
+#include "library/frame/pointer.h"
 #include "library/sections/section_catalogue.h"
 #include "library/sections/section_text.h"
 #include "library/text/messages.h"
