@@ -22,7 +22,6 @@
 #include <ctime>
 #include <exception>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -38,6 +37,8 @@
 #include "step/entity_registry.h"
 #include "step/preamble.h"
 #include "step/step_writer.h"
+#include "tests/support/files.h"
+#include "tests/support/sinks.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -112,20 +113,6 @@ void print(const char* name, double value) {
 }
 void print(const char* name, std::size_t value) { std::printf("%s %zu\n", name, value); }
 
-class CountingSink final : public ByteSink {
- public:
-  explicit CountingSink(std::size_t& lines, std::size_t& bytes) : lines_(lines), bytes_(bytes) {}
-  bool write(const char* /*bytes*/, std::size_t size) override {
-    ++lines_;
-    bytes_ += size;
-    return true;
-  }
-
- private:
-  std::size_t& lines_;
-  std::size_t& bytes_;
-};
-
 /// Everything that an export writes, into a sink.
 void writeAll(BarSource& model, std::unique_ptr<ByteSink> sink) {
   StepWriter writer(std::move(sink));
@@ -140,13 +127,6 @@ void exportToFile(const std::string& model) {
   Module module(nullptr, nullptr);
   module.batchPath = model;
   runExport(module, systemServices());
-}
-
-std::string contentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string content(std::filesystem::file_size(path), '\0');
-  file.read(content.data(), static_cast<std::streamsize>(content.size()));
-  return content;
 }
 
 /// The lines of a text, each with its line end.
@@ -194,7 +174,7 @@ void floor(const std::string& model, int rounds) {
   const std::string exported = model + "temp";
   const std::string copied = model + "floor";
   exportToFile(model);
-  const std::string content = contentOf(exported);
+  const std::string content = test::readFile(exported);
   const auto lines = linesOf(content);
   // A new file each time: cutting an old one to nothing costs, too.
   const auto exportTime = [&] {
@@ -234,22 +214,19 @@ void format(const std::string& path, int rounds) {
   MemorySource model(path);
   std::vector<Seconds> times;
   std::vector<Seconds> processorTimes;
-  std::size_t lines = 0;
-  std::size_t bytes = 0;
+  test::Counted counted;
   for (int round = 0; round < rounds; ++round) {
-    lines = 0;
-    bytes = 0;
+    counted = {};
     processorTimes.push_back(processorTimeOf([&] {
       times.push_back(
-          timeOf([&] { writeAll(model, std::make_unique<CountingSink>(lines, bytes)); }));
+          timeOf([&] { writeAll(model, std::make_unique<test::CountingSink>(counted)); }));
     }));
   }
-  print("format_ns_per_line", median(times) * 1e9 / static_cast<double>(lines));
-  print("format_ns_per_line_by_processor_time",
-        median(processorTimes) * 1e9 / static_cast<double>(lines));
-  print("format_ns_per_line_min",
-        *std::min_element(times.begin(), times.end()) * 1e9 / static_cast<double>(lines));
-  print("format_mb_per_s", static_cast<double>(bytes) / median(times) / 1e6);
+  const auto lines = static_cast<double>(counted.lines);
+  print("format_ns_per_line", median(times) * 1e9 / lines);
+  print("format_ns_per_line_by_processor_time", median(processorTimes) * 1e9 / lines);
+  print("format_ns_per_line_min", *std::min_element(times.begin(), times.end()) * 1e9 / lines);
+  print("format_mb_per_s", static_cast<double>(counted.bytes) / median(times) / 1e6);
 }
 
 void read(const std::string& path, int rounds) {
@@ -274,27 +251,14 @@ void read(const std::string& path, int rounds) {
   print("read_export_dropped_mb_per_s", megabytes / result.second);
 }
 
-/// Keeps the file in memory.
-class MemorySink final : public ByteSink {
- public:
-  explicit MemorySink(std::string& content) : content_(content) {}
-  bool write(const char* bytes, std::size_t size) override {
-    content_.append(bytes, size);
-    return true;
-  }
-
- private:
-  std::string& content_;
-};
-
 void entities(const std::string& path, int rounds) {
   const std::string exported = path + "temp";
-  std::string content;
+  test::Received kept;
   const auto keptTime = [&] {
     return timeOf([&] {
       BatchSource model(path);
-      content = {};
-      writeAll(model, std::make_unique<MemorySink>(content));
+      kept = {};
+      writeAll(model, std::make_unique<test::MemorySink>(kept));
     });
   };
   const auto flushedTime = [&] {
@@ -303,7 +267,7 @@ void entities(const std::string& path, int rounds) {
   };
   const Comparison result = compare(rounds, keptTime, flushedTime);
   std::filesystem::remove(exported);
-  const auto lines = linesOf(content);
+  const auto lines = linesOf(kept.bytes);
   const auto count = static_cast<double>(std::count_if(
       lines.begin(), lines.end(), [](std::string_view line) { return line.front() == '#'; }));
   print("ours_entities", static_cast<std::size_t>(count));
@@ -313,10 +277,9 @@ void entities(const std::string& path, int rounds) {
 
 void once(const std::string& path) {
   BatchSource model(path);
-  std::size_t lines = 0;
-  std::size_t bytes = 0;
-  writeAll(model, std::make_unique<CountingSink>(lines, bytes));
-  print("lines", lines);
+  test::Counted counted;
+  writeAll(model, std::make_unique<test::CountingSink>(counted));
+  print("lines", counted.lines);
 }
 
 #ifndef _WIN32
@@ -360,13 +323,12 @@ void linear(const std::string& small, const std::string& large, int rounds) {
     std::filesystem::remove(model + "temp");
   };
   const auto toCounter = [](MemorySource& model) {
-    std::size_t lines = 0;
-    std::size_t bytes = 0;
-    writeAll(model, std::make_unique<CountingSink>(lines, bytes));
+    test::Counted counted;
+    writeAll(model, std::make_unique<test::CountingSink>(counted));
   };
   // What the system takes more for a large file than for many small ones, whoever writes it.
   exportToFile(small);
-  const std::string content = contentOf(small + "temp");
+  const std::string content = test::readFile(small + "temp");
   const auto lines = linesOf(content);
   const auto floorOf = [&](int times) {
     writeLines(lines, small + "floor", times);

@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cstddef>
 #include <memory>
-#include <random>
 #include <string>
 #include <vector>
 
@@ -20,25 +19,19 @@
 #include "step/global_id.h"
 #include "step/number_format.h"
 #include "step/step_writer.h"
+#include "tests/support/random.h"
+#include "tests/support/sinks.h"
 
 namespace exportifc::bench {
 
 namespace {
 
-class DroppingSink final : public ByteSink {
- public:
-  bool write(const char* bytes, std::size_t /*size*/) override {
-    benchmark::DoNotOptimize(bytes);
-    return true;
-  }
-};
-
 /// Coordinates as an export meets them: single-precision metres, widened, in millimetres.
 std::vector<double> coordinates() {
-  std::mt19937 random(1);
+  test::Random random(1);
   std::vector<double> values(1024);
   for (double& value : values) {
-    value = static_cast<float>(random() % 40000) / 1000.0F * 1000.0;
+    value = static_cast<float>(random.integer(0, 39999)) / 1000.0F * 1000.0;
   }
   return values;
 }
@@ -141,7 +134,8 @@ void barAxes(benchmark::State& state) {
 BENCHMARK(barAxes);
 
 void profile(benchmark::State& state) {
-  StepWriter writer(std::make_unique<DroppingSink>());
+  test::Counted counted;
+  StepWriter writer(std::make_unique<test::CountingSink>(counted));
   const SectionDims dims = parseSectionDims("W 352 171 9.8 6.9");
   for (auto _ : state) {
     benchmark::DoNotOptimize(writeProfile(writer, L"W 352 171 9.8 6.9", dims, simpleFlangeSide,
@@ -152,7 +146,8 @@ void profile(benchmark::State& state) {
 BENCHMARK(profile)->Iterations(200000);  // a registry that grows for ever is no measure
 
 void element(benchmark::State& state) {
-  StepWriter writer(std::make_unique<DroppingSink>());
+  test::Counted counted;
+  StepWriter writer(std::make_unique<test::CountingSink>(counted));
   BarGeometry bar;
   bar.end = {.x = 31257.0, .y = 6000.5, .z = 3000.25};
   bar.sectionName = L"W 352 171 9.8 6.9";

@@ -117,7 +117,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(exported.batchPath == file.path() + "temp", "the output path was not handed back");
   require(ui.questions == 0, "a batch export asked a question");
   require(ui.unhandled == 0, "a batch export failed");
-  const std::string difference = compareWithModel(exported.file, model);
+  const std::string difference = compareWithModel(exported.file.bytes, model);
   if (!difference.empty()) {
     fail(difference);
   }
@@ -126,7 +126,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(ui.unknownProfiles == messages.unknownProfiles, "unknown profiles shown");
   require(ui.printedLines == messages.unknownProfiles, "unknown profiles printed");
   if (hasPlainNames(model)) {
-    const std::string fault = checkExchange(exported.file);
+    const std::string fault = checkExchange(exported.file.bytes);
     if (!fault.empty()) {
       fail(fault);
     }

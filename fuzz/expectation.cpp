@@ -391,21 +391,4 @@ bool hasPlainNames(const Model& model) {
   });
 }
 
-std::string withoutGlobalIds(std::string_view file) {
-  std::string text(file);
-  for (const std::string_view keyword :
-       {"IFCBEAM('", "IFCCOLUMN('", "IFCMEMBER('", "IFCELEMENTASSEMBLY('", "IFCPROPERTYSET('",
-        "IFCRELAGGREGATES('", "IFCRELDEFINESBYPROPERTIES('",
-        "IFCRELCONTAINEDINSPATIALSTRUCTURE('"}) {
-    for (std::size_t at = text.find(keyword); at != std::string::npos;
-         at = text.find(keyword, at + 1)) {
-      const std::size_t id = at + keyword.size();
-      if (id + 22 <= text.size()) {
-        text.replace(id, 22, 22, '-');
-      }
-    }
-  }
-  return text;
-}
-
 }  // namespace exportifc::fuzz

@@ -48,7 +48,4 @@ Messages expectedMessages(const Model& model);
 /// Whether the names leave the file readable: printable, no apostrophe, backslash or comment end.
 bool hasPlainNames(const Model& model);
 
-/// The file with its generated GlobalIds replaced by a constant.
-std::string withoutGlobalIds(std::string_view file);
-
 }  // namespace exportifc::fuzz

@@ -23,6 +23,10 @@
 #include "fuzz/memory_export.h"
 #include "fuzz/require.h"
 #include "plugin/texts.h"
+#include "tests/support/batch_text.h"
+#include "tests/support/exchange_text.h"
+#include "tests/support/low_memory.h"
+#include "tests/support/section_words.h"
 
 namespace {
 
@@ -32,112 +36,24 @@ using namespace exportifc::fuzz;
 constexpr std::size_t mostBars = 12;
 constexpr std::size_t nameField = 48;
 
-constexpr std::array<const char*, 96> families = {"ILAM",
-                                                  "CS",
-                                                  "][",
-                                                  "[",
-                                                  "[]",
-                                                  "UENR",
-                                                  "UUE",
-                                                  "IENR",
-                                                  "CA",
-                                                  "BOX",
-                                                  "L",
-                                                  "LLM",
-                                                  "LLM_EN",
-                                                  "LFF",
-                                                  "LLAM_EN",
-                                                  "2L",
-                                                  "LL",
-                                                  "><",
-                                                  "<>",
-                                                  "LX",
-                                                  "LZ",
-                                                  "CART",
-                                                  "ICAR",
-                                                  "TUBO",
-                                                  "Z",
-                                                  "ZS",
-                                                  "ZI",
-                                                  "ZSI",
-                                                  "LLAM",
-                                                  "2LLM",
-                                                  "LLLM",
-                                                  "VVLM",
-                                                  "LVLM",
-                                                  "LXLM",
-                                                  "LZLM",
-                                                  "ULAM",
-                                                  "UAP",
-                                                  "UULM",
-                                                  "2ULM",
-                                                  "TEE",
-                                                  "RED",
-                                                  "FRED",
-                                                  "W",
-                                                  "HP",
-                                                  "PS",
-                                                  "VS",
-                                                  "VSE",
-                                                  "CSE",
-                                                  "CVS",
-                                                  "TW",
-                                                  "TS",
-                                                  "WT",
-                                                  "PC",
-                                                  "HE",
-                                                  "IPE",
-                                                  "PSA",
-                                                  "EC",
-                                                  "RET",
-                                                  "2L_ASSIMETRICO",
-                                                  "PERFIL",
-                                                  "",
-                                                  "x",
-                                                  "I",
-                                                  "2L_1",
-                                                  "2L_2",
-                                                  "2LLM_2",
-                                                  "LXLM_1",
-                                                  "LXLM_2",
-                                                  "LX_1",
-                                                  "LX_2",
-                                                  "LZLM_1",
-                                                  "LZLM_2",
-                                                  "LZ_1",
-                                                  "LZ_2",
-                                                  "ICAR_1",
-                                                  "ICAR_2",
-                                                  "UUE_1",
-                                                  "UUE_2",
-                                                  "IENR_1",
-                                                  "IENR_2",
-                                                  "CA_1",
-                                                  "CA_2",
-                                                  "UULM_1",
-                                                  "UULM_2",
-                                                  "2ULM_1",
-                                                  "2ULM_2",
-                                                  "][_1",
-                                                  "][_2",
-                                                  "[]_1",
-                                                  "[]_2",
-                                                  "LL_1",
-                                                  "LL_2",
-                                                  "><_1",
-                                                  "><_2",
-                                                  "<>_1",
-                                                  "<>_2"};
+/// What a name of the list begins with: all families first, as they stand in the table, then words
+/// that are none, then the halves.
+const std::vector<std::string>& families() {
+  static const std::vector<std::string> words = [] {
+    std::vector<std::string> all = test::familyWords();
+    all.insert(all.end(), {"PERFIL", "", "x", "I"});
+    const std::vector<std::string> halves = test::halfWords();
+    all.insert(all.end(), halves.begin(), halves.end());
+    return all;
+  }();
+  return words;
+}
 
 /// One record for each bar, below 4 GiB, so that an address fits its 32 bits; everything but the
 /// two fields that the module may read is out of bounds.
 class Records {
  public:
-  Records() {
-    void* const memory = mmap(nullptr, stride * mostBars, PROT_READ | PROT_WRITE,
-                              MAP_PRIVATE | MAP_ANONYMOUS | MAP_32BIT, -1, 0);
-    require(memory != MAP_FAILED, "no memory below 4 GiB");
-    memory_ = static_cast<char*>(memory);
+  Records() : lowMemory_(stride * mostBars), memory_(static_cast<char*>(lowMemory_.address())) {
     ASAN_POISON_MEMORY_REGION(memory_, stride * mostBars);
     for (std::size_t i = 0; i < mostBars; ++i) {
       ASAN_UNPOISON_MEMORY_REGION(memory_ + i * stride + offsetof(BarRecord, sectionName),
@@ -163,7 +79,8 @@ class Records {
     return *reinterpret_cast<BarRecord*>(memory_ + index * stride);
   }
 
-  char* memory_ = nullptr;
+  test::LowMemory lowMemory_;
+  char* memory_;
 };
 
 /// What a host throws when it has had enough.
@@ -245,8 +162,8 @@ Host hostOf(ByteReader& bytes) {
       coordinate = bytes.real();
     }
     const std::uint8_t family = bytes.byte();
-    const bool known = family < families.size();
-    std::string name = known ? families[family] : bytes.text(nameField);
+    const bool known = family < families().size();
+    std::string name = known ? families()[family] : bytes.text(nameField);
     const std::size_t dims = bytes.byte() % (hostBar.dims.size() + 1);
     for (std::size_t d = 0; d < dims; ++d) {
       hostBar.dims[d] = bytes.real();
@@ -261,7 +178,7 @@ Host hostOf(ByteReader& bytes) {
         }
       }
       // A text without blanks and "x", of which a family of the list is the beginning.
-      name = families[family % families.size()];
+      name = families()[family % families().size()];
       bar.name = name.empty() || name == "x" ? "?" : name;
       bar.name = sectionText(bar.name, std::span(hostBar.dims).first(dims));
       continue;
@@ -382,18 +299,17 @@ Model modelOf(const Host& host) {
 std::string batchText(const Host& host) {
   const std::array<const char*, 4> units = {"m", "cm", "mm", "in"};
   const bool known = host.unitCode >= 0 && host.unitCode < 3;
-  std::string text = "1\n2\nmodel\n";
-  text += units[known ? static_cast<std::size_t>(host.unitCode) : 3];
-  text += '\n' + std::to_string(host.reportedCount) + '\n';
+  const char* const unit = units[known ? static_cast<std::size_t>(host.unitCode) : 3];
+  std::string text = test::textOf(test::headerLines(unit, std::to_string(host.reportedCount)));
+  const auto texts = [](const std::array<float, 3>& point) {
+    return std::array{shortest(point[0]), shortest(point[1]), shortest(point[2])};
+  };
   for (const HostBar& hostBar : host.bars) {
     const ModelBar& bar = hostBar.bar;
-    text += "bar\n";
-    for (const auto& point : {bar.start, bar.end}) {
-      for (const float coordinate : point) {
-        text += shortest(coordinate) + '\n';
-      }
-    }
-    text += shortest(bar.angle) + '\n' + bar.name + "\nA36\n1\nnote\n";
+    text += test::textOf(test::barLines({.section = bar.name,
+                                         .start = texts(bar.start),
+                                         .end = texts(bar.end),
+                                         .angle = shortest(bar.angle)}));
   }
   return text;
 }
@@ -408,7 +324,7 @@ std::string exportAsBatch(const Host& host) {
   CountingInterface ui;
   const Exported exported = exportBatch(path, ui);
   require(exported.result == 1 && ui.unhandled == 0, "the batch export failed");
-  return exported.file;
+  return exported.file.bytes;
 }
 
 }  // namespace
@@ -443,7 +359,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(ui.unhandled == (reported ? 1 : 0), "what the driver reports");
     require(!reported || exported.result == 1, "the result of a failed export");
     require(exported.batchPath.empty(), "a failed export changed the mode");
-    const std::string difference = compareStart(exported.file, model);
+    const std::string difference = compareStart(exported.file.bytes, model);
     if (!difference.empty()) {
       fail(difference);
     }
@@ -454,9 +370,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(exported.batchPath == "/dev/null", "the output path was not handed back");
   require(host.queries == 2 + 9 * host.bars.size(), "nine queries a bar");
 
-  std::string fault = compareWithModel(exported.file, model);
+  std::string fault = compareWithModel(exported.file.bytes, model);
   if (fault.empty() && hasPlainNames(model)) {
-    fault = checkExchange(exported.file);
+    fault = checkExchange(exported.file.bytes);
   }
   if (!fault.empty()) {
     fail(fault);
@@ -466,7 +382,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(ui.unknownProfiles == messages.unknownProfiles, "unknown profiles shown");
 
   if (host.asBatch) {
-    require(withoutGlobalIds(exportAsBatch(host)) == withoutGlobalIds(exported.file),
+    require(test::maskGlobalIds(exportAsBatch(host)) == test::maskGlobalIds(exported.file.bytes),
             "the two modes disagree");
   }
   return 0;

@@ -57,7 +57,7 @@ Exported exportBatch(const std::string& path, UserInterface& ui) {
   const ExportServices services{
       .ui = ui,
       .openOutput =
-          [&](const std::wstring&) { return std::make_unique<MemorySink>(exported.file); },
+          [&](const std::wstring&) { return std::make_unique<test::MemorySink>(exported.file); },
       .openModel =
           [](const Module& opened) { return std::make_unique<BatchSource>(opened.batchPath); }};
   exported.result = runExport(module, services);
@@ -72,7 +72,7 @@ void exportModel(const std::function<std::unique_ptr<BarSource>()>& openModel, U
   const ExportServices services{
       .ui = dialog,
       .openOutput =
-          [&](const std::wstring&) { return std::make_unique<MemorySink>(exported.file); },
+          [&](const std::wstring&) { return std::make_unique<test::MemorySink>(exported.file); },
       .openModel = [&](const Module&) { return openModel(); }};
   exported.result = runExport(module, services);
   exported.batchPath = module.batchPath;

@@ -8,25 +8,11 @@
 #include <string_view>
 
 #include "model/bar_source.h"
-#include "platform/byte_sink.h"
 #include "platform/user_interface.h"
 #include "plugin/export_driver.h"
+#include "tests/support/sinks.h"
 
 namespace exportifc::fuzz {
-
-/// Appends everything to a string that outlives it.
-class MemorySink final : public ByteSink {
- public:
-  explicit MemorySink(std::string& text) : text_(text) {}
-
-  bool write(const char* bytes, std::size_t size) override {
-    text_.append(bytes, size);
-    return true;
-  }
-
- private:
-  std::string& text_;
-};
 
 /// Answers at once and counts what it is told.
 class CountingInterface final : public UserInterface {
@@ -51,7 +37,7 @@ class CountingInterface final : public UserInterface {
 /// The outcome of one export.
 struct Exported {
   std::int64_t result = 0;
-  std::string file;
+  test::Received file;
   std::string batchPath;  ///< as the export left it
 };
 
@@ -66,7 +52,7 @@ inline constexpr const wchar_t* anyOutputPath = L"/dev/null";
 Exported exportBatch(const std::string& path, UserInterface& ui);
 
 /// Exports what `openModel` delivers, as an interactive export would after the save dialog.
-/// Whatever leaves the driver passes through; `exported.file` is then what was written before.
+/// Whatever leaves the driver passes through; `exported.file` then holds what was written before.
 void exportModel(const std::function<std::unique_ptr<BarSource>()>& openModel, UserInterface& ui,
                  Exported& exported);
 

@@ -65,23 +65,24 @@ void writeWhole(const std::wstring& name, const ProfileArguments& arguments,
                 const SectionDims& dims) {
   CountingInterface ui;
   for (int i = 0; i < parametricVariants + outlines; ++i) {
-    std::string text;
-    StepWriter writer(std::make_unique<MemorySink>(text));
+    test::Received file;
+    StepWriter writer(std::make_unique<test::MemorySink>(file));
     const std::int32_t number =
         i < parametricVariants
             ? writeParametricProfile(writer, static_cast<Parametric>(i), name, arguments)
             : writeOutlineProfile(writer, static_cast<Outline>(i - parametricVariants), name,
                                   arguments);
-    requireConsecutive(text, number);
-    require(text.find(std::string("'").append(name.begin(), name.end()) + "'") != std::string::npos,
+    requireConsecutive(file.bytes, number);
+    require(file.bytes.find(std::string("'").append(name.begin(), name.end()) + "'") !=
+                std::string::npos,
             "the profile does not carry its name");
   }
-  std::string text;
-  StepWriter writer(std::make_unique<MemorySink>(text));
+  test::Received file;
+  StepWriter writer(std::make_unique<test::MemorySink>(file));
   const std::int32_t number = writeProfile(writer, name, dims, simpleFlangeSide, ui);
-  requireConsecutive(text, number);
+  requireConsecutive(file.bytes, number);
   require(ui.unknownProfiles == ui.printedLines && ui.unknownProfiles <= 1, "warnings");
-  require((ui.unknownProfiles == 1) == (text.find("'UnknownProfile'") != std::string::npos) ||
+  require((ui.unknownProfiles == 1) == (file.bytes.find("'UnknownProfile'") != std::string::npos) ||
               name.find(L"UnknownProfile") != std::wstring::npos,
           "an unknown profile without a warning");
 }
@@ -133,9 +134,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
 
   CountingInterface ui;
-  std::string text;
+  test::Received file;
   {
-    StepWriter writer(std::make_unique<MemorySink>(text));
+    StepWriter writer(std::make_unique<test::MemorySink>(file));
     bar.sectionLabel = builtUp ? firstHalf : std::wstring(family);
     const std::int32_t profile =
         builtUp ? writeProfile(writer, firstHalf, parsed, halfFlangeSide, ui)
@@ -148,7 +149,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       cut = cut || static_cast<std::uint32_t>(unit) > 0xFFU;
     }
     require(cut == writer.stream.failed(), "the output ends at a character it cannot hold");
-    require(cut || text.ends_with(";\r\n"), "the last line is complete");
+    require(cut || file.bytes.ends_with(";\r\n"), "the last line is complete");
   }
   const bool plain =
       wide.find_first_of(L"\n;") == std::wstring::npos &&

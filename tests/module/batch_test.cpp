@@ -11,11 +11,11 @@ using testing::IsEmpty;
 class Batch : public ModuleTest {};
 
 TEST_F(Batch, ReplacesItsInputAndLeavesNothingBeside) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}, BatchBar{.section = "RED 16"}}));
-  writeBytes(file("outro.txt"), "outro");
+  writeFile(file("modelo.txt"), batchModel({BarText{}, BarText{.section = "RED 16"}}));
+  writeFile(file("outro.txt"), "outro");
   EXPECT_EQ(exportFile("modelo.txt"), 1);
   EXPECT_THAT(listing(), ElementsAre("modelo.txt", "outro.txt"));
-  EXPECT_EQ(readBytes(file("outro.txt")), "outro");
+  EXPECT_EQ(readFile(file("outro.txt")), "outro");
   EXPECT_EQ(console, "");
   const IfcText ifc(file("modelo.txt"));
   EXPECT_TRUE(ifc.isComplete());
@@ -25,14 +25,14 @@ TEST_F(Batch, ReplacesItsInputAndLeavesNothingBeside) {
 }
 
 TEST_F(Batch, TellsTheHostWhichFileItWrote) {
-  writeBytes(file("modelo.txt"), batchModel({}));
+  writeFile(file("modelo.txt"), batchModel({}));
   exportFile("modelo.txt");
   EXPECT_EQ(record().outputPath, narrowBytes(file("modelo.txt")) + "temp");
 }
 
 TEST_F(Batch, ClearsTheRestOfALongerPathBefore) {
-  writeBytes(file("um_nome_bem_comprido.txt"), batchModel({}));
-  writeBytes(file("m.txt"), batchModel({}));
+  writeFile(file("um_nome_bem_comprido.txt"), batchModel({}));
+  writeFile(file("m.txt"), batchModel({}));
   exportFile("um_nome_bem_comprido.txt");
   exportFile("m.txt");
   const std::string path = narrowBytes(file("m.txt")) + "temp";
@@ -43,14 +43,14 @@ TEST_F(Batch, ClearsTheRestOfALongerPathBefore) {
 
 TEST_F(Batch, AsksTheHostNothing) {
   host.bars.resize(3);
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{}}));
   exportFile("modelo.txt");
   EXPECT_THAT(host.queries, IsEmpty());
 }
 
 TEST_F(Batch, ReplacesFileAfterFile) {
   for (const char* const name : {"a.txt", "b.txt", "a.txt"}) {
-    writeBytes(file(name), batchModel({BatchBar{}}));
+    writeFile(file(name), batchModel({BarText{}}));
     EXPECT_EQ(exportFile(name), 1);
     EXPECT_EQ(IfcText(file(name)).elements().size(), 1U);
   }
@@ -59,7 +59,7 @@ TEST_F(Batch, ReplacesFileAfterFile) {
 
 TEST_F(Batch, TakesAPathWithAccentsAndBlanks) {
   const std::string name = "Galp\xC3\xA3o n\xC2\xBA 1.txt";  // Galpão nº 1.txt
-  writeBytes(file(name), batchModel({BatchBar{}}));
+  writeFile(file(name), batchModel({BarText{}}));
   EXPECT_EQ(exportFile(name), 1);
   EXPECT_THAT(listing(), ElementsAre(name));
   EXPECT_EQ(IfcText(file(name)).elements().size(), 1U);
@@ -86,7 +86,7 @@ TEST_F(Batch, NullPathIsReportedAndChangesNothing) {
 }
 
 TEST_F(Batch, NullPathLeavesTheModeAlone) {
-  writeBytes(file("modelo.txt"), batchModel({}));
+  writeFile(file("modelo.txt"), batchModel({}));
   exportFile("modelo.txt");
   attended({box("Nome de arquivo Inv\xC3\xA1lido", "Erro ao exportar arquivo")},
            [&] { module->plugInExportIfcFile(nullptr); });
@@ -108,15 +108,15 @@ TEST_F(Batch, EmptyPathRunsInteractively) {
 // ---- The mode stays --------------------------------------------------------------------------
 
 TEST_F(Batch, CarriesOverIntoTheMenuCommand) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{}}));
   exportFile("modelo.txt");
-  const std::string written = readBytes(file("modelo.txt"));
+  const std::string written = readFile(file("modelo.txt"));
   host.bars.resize(2);
   // The menu command reads "modelo.txttemp", which was renamed away: a model without bars.
   EXPECT_EQ(execute({}), 1);
   EXPECT_THAT(host.queries, IsEmpty());
   EXPECT_THAT(listing(), ElementsAre("modelo.txt", "modelo.txttemptemp"));
-  EXPECT_EQ(readBytes(file("modelo.txt")), written);
+  EXPECT_EQ(readFile(file("modelo.txt")), written);
   const IfcText second(file("modelo.txttemptemp"));
   EXPECT_TRUE(second.isComplete());
   EXPECT_THAT(second.elements(), IsEmpty());
@@ -124,9 +124,9 @@ TEST_F(Batch, CarriesOverIntoTheMenuCommand) {
 }
 
 TEST_F(Batch, MenuCommandExportsTheFileThatLiesWhereTheLastExportWrote) {
-  writeBytes(file("modelo.txt"), batchModel({}));
+  writeFile(file("modelo.txt"), batchModel({}));
   exportFile("modelo.txt");
-  writeBytes(file("modelo.txttemp"), batchModel({BatchBar{.section = "IPE 200"}}));
+  writeFile(file("modelo.txttemp"), batchModel({BarText{.section = "IPE 200"}}));
   EXPECT_EQ(execute({}), 1);
   EXPECT_THAT(IfcText(file("modelo.txttemptemp")).elements(), ElementsAre("IFCBEAM IPE IPE 200"));
 }
@@ -134,7 +134,7 @@ TEST_F(Batch, MenuCommandExportsTheFileThatLiesWhereTheLastExportWrote) {
 TEST_F(Batch, CarriesOverFromAnInteractiveExport) {
   host.bars.resize(1);
   exported("quadro.ifc");
-  const std::string written = readBytes(file("quadro.ifc"));
+  const std::string written = readFile(file("quadro.ifc"));
   host.queries.clear();
   for (const char* const next : {"quadro.ifctemp", "quadro.ifctemptemp"}) {
     EXPECT_EQ(execute({}), 1);
@@ -143,7 +143,7 @@ TEST_F(Batch, CarriesOverFromAnInteractiveExport) {
     EXPECT_THAT(ifc.elements(), IsEmpty());  // an exchange file is a batch file without bars
   }
   EXPECT_THAT(host.queries, IsEmpty());
-  EXPECT_EQ(readBytes(file("quadro.ifc")), written);
+  EXPECT_EQ(readFile(file("quadro.ifc")), written);
   EXPECT_THAT(listing(), ElementsAre("quadro.ifc", "quadro.ifctemp", "quadro.ifctemptemp"));
 }
 
@@ -159,7 +159,7 @@ TEST_F(Batch, CarriesOverUnderANameWithAccents) {
 TEST_F(Batch, ExportsAfterAnInteractiveExport) {
   host.bars.resize(1);
   exported("quadro.ifc");
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}, BatchBar{}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{}, BarText{}}));
   EXPECT_EQ(exportFile("modelo.txt"), 1);
   EXPECT_EQ(IfcText(file("modelo.txt")).elements().size(), 2U);
 }
@@ -167,7 +167,7 @@ TEST_F(Batch, ExportsAfterAnInteractiveExport) {
 // ---- What is shown ---------------------------------------------------------------------------
 
 TEST_F(Batch, ShowsUnknownProfilesToo) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{.section = "QUADRADO 10"}, BatchBar{}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{.section = "QUADRADO 10"}, BarText{}}));
   EXPECT_EQ(exportFile("modelo.txt", {box("Perfil Desconhecido", "Aviso")}), 1);
   EXPECT_EQ(console, consoleLine("AVISO! Perfil desconhecido: QUADRADO 10"));
   EXPECT_EQ(IfcText(file("modelo.txt")).elements().size(), 2U);
@@ -175,10 +175,10 @@ TEST_F(Batch, ShowsUnknownProfilesToo) {
 
 TEST_F(Batch, ReportsASectionTextThatIsTooLongAndGoesOnWithTheNextBar) {
   const std::string longest(47, 'W');
-  writeBytes(file("modelo.txt"),
-             batchModel({BatchBar{.section = "IPE 1"}, BatchBar{.section = longest + "W"},
-                         BatchBar{.section = std::string(500, 'W')}, BatchBar{.section = longest},
-                         BatchBar{.section = "IPE 2"}}));
+  writeFile(file("modelo.txt"),
+            batchModel({BarText{.section = "IPE 1"}, BarText{.section = longest + "W"},
+                        BarText{.section = std::string(500, 'W')}, BarText{.section = longest},
+                        BarText{.section = "IPE 2"}}));
   EXPECT_EQ(exportFile("modelo.txt", {box("Problema ao exportar Barra", "Erro"),
                                       box("Problema ao exportar Barra", "Erro"),
                                       box("Perfil Desconhecido", "Aviso")}),

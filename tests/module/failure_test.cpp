@@ -84,7 +84,7 @@ TEST_F(Failures, ExceptionBeforeTheFirstBarLeavesHeaderAndPreamble) {
                      box("nothing", "UNHANDLED EXCEPTION")}),
             1);
   expectWithoutTrailer("quadro.ifc", 0);
-  EXPECT_THAT(readBytes(file("quadro.ifc")), HasSubstr("IFCBUILDINGSTOREY"));
+  EXPECT_THAT(readFile(file("quadro.ifc")), HasSubstr("IFCBUILDINGSTOREY"));
   EXPECT_THAT(IfcText(file("quadro.ifc")).entities, IsEmpty());
 }
 
@@ -97,8 +97,8 @@ TEST_F(Failures, SecondExportAfterAFailedOneIsWhole) {
 TEST_F(Failures, InBatchModeTheInputIsLostAndTheTempFileStays) {
   constexpr std::size_t longLine = 8U << 20;
   constexpr std::size_t limit = 1U << 20;
-  writeBytes(file("modelo.txt"),
-             batchModel({BatchBar{}, BatchBar{.section = std::string(longLine, 'W')}}));
+  writeFile(file("modelo.txt"),
+            batchModel({BarText{}, BarText{.section = std::string(longLine, 'W')}}));
   {
     const Allocations outOfMemory(*module, {.largest = limit});
     EXPECT_EQ(exportFile("modelo.txt", {box(std::bad_alloc().what(), "UNHANDLED EXCEPTION")}), 1);
@@ -114,8 +114,8 @@ TEST_F(Failures, InBatchModeTheInputIsLostAndTheTempFileStays) {
 }
 
 TEST_F(Failures, WithoutALimitTheSameModelOnlyReportsTheLongBar) {
-  writeBytes(file("modelo.txt"),
-             batchModel({BatchBar{}, BatchBar{.section = std::string(8U << 20, 'W')}}));
+  writeFile(file("modelo.txt"),
+            batchModel({BarText{}, BarText{.section = std::string(8U << 20, 'W')}}));
   EXPECT_EQ(exportFile("modelo.txt", {box("Problema ao exportar Barra", "Erro")}), 1);
   EXPECT_EQ(IfcText(file("modelo.txt")).elements().size(), 1U);
 }
@@ -123,18 +123,18 @@ TEST_F(Failures, WithoutALimitTheSameModelOnlyReportsTheLongBar) {
 // ---- The thrown text -------------------------------------------------------------------------
 
 TEST_F(Failures, BatchExportThatCannotWriteThrowsAndKeepsItsInput) {
-  const std::string model = batchModel({BatchBar{}});
-  writeBytes(file("modelo.txt"), model);
+  const std::string model = batchModel({BarText{}});
+  writeFile(file("modelo.txt"), model);
   const BlockedFile blocked(file("modelo.txttemp"), BlockedFile::Block::writing);
   const std::vector<std::string> before = listing();
   const std::string path = narrowBytes(file("modelo.txt"));
   EXPECT_EQ(thrownText({}, [&] { module->plugInExportIfcFile(path.c_str()); }), fileCreationFailed);
   EXPECT_EQ(listing(), before);
-  EXPECT_EQ(readBytes(file("modelo.txt")), model);
+  EXPECT_EQ(readFile(file("modelo.txt")), model);
   // The path stays: the menu command tries the same.
   EXPECT_EQ(thrownText({}, [&] { module->plugInExecute(); }), fileCreationFailed);
   EXPECT_EQ(thrownText({}, [&] { record().execute(); }), fileCreationFailed);
-  EXPECT_EQ(readBytes(file("modelo.txt")), model);
+  EXPECT_EQ(readFile(file("modelo.txt")), model);
 }
 
 TEST_F(Failures, BatchExportIntoAMissingFolderThrows) {
@@ -147,7 +147,7 @@ TEST_F(Failures, BatchExportIntoAMissingFolderThrows) {
 TEST_F(Failures, ModuleWorksOnAfterTheThrow) {
   const std::string path = narrowBytes(file("nenhuma") / "modelo.txt");
   EXPECT_EQ(thrownText({}, [&] { module->plugInExportIfcFile(path.c_str()); }), fileCreationFailed);
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{}}));
   EXPECT_EQ(exportFile("modelo.txt"), 1);
   EXPECT_EQ(IfcText(file("modelo.txt")).elements().size(), 1U);
 }
@@ -166,11 +166,11 @@ TEST_F(Failures, LongestBatchPathIsTakenAndOneMoreCharacterThrows) {
     folder /= std::string(100, 'p');
   }
   std::filesystem::create_directories(folder);
-  const std::string model = batchModel({BatchBar{}});
+  const std::string model = batchModel({BarText{}});
   const std::size_t room = longest - narrowBytes(folder).size() - 1;
 
   const std::filesystem::path fits = folder / std::string(room, 'm');
-  writeBytes(fits, model);
+  writeFile(fits, model);
   const std::string path = narrowBytes(fits);
   ASSERT_EQ(path.size(), longest);
   EXPECT_EQ(thrownText({}, [&] { module->plugInExportIfcFile(path.c_str()); }), "");
@@ -182,11 +182,11 @@ TEST_F(Failures, LongestBatchPathIsTakenAndOneMoreCharacterThrows) {
 #endif
 
   const std::filesystem::path tooLong = folder / std::string(room + 1, 'm');
-  writeBytes(tooLong, model);
+  writeFile(tooLong, model);
   const std::string longPath = narrowBytes(tooLong);
   EXPECT_EQ(thrownText({}, [&] { module->plugInExportIfcFile(longPath.c_str()); }),
             fileCreationFailed);
-  EXPECT_EQ(readBytes(tooLong), model);
+  EXPECT_EQ(readFile(tooLong), model);
 
   // One by one: listing folders this deep is beyond the Windows library.
   std::filesystem::path temp = fits;

@@ -15,7 +15,7 @@ void put(void* slot, const Value& value) {
 
 }  // namespace
 
-FrameHost::FrameHost() : records_(mostBars * sizeof(BarRecord)) { current = this; }
+FrameHost::FrameHost() { current = this; }
 
 FrameHost::~FrameHost() { current = nullptr; }
 
@@ -53,7 +53,8 @@ void FrameHost::fill(const Query& query, void* out) {
     case EXPORTIFC_BAR_VISIBLE: put(out, bar.visible); break;
     case EXPORTIFC_BAR_RECORD: {
       constexpr std::uint64_t garbage = 0xDEADBEEF00000000;
-      const std::uint32_t address = bar.hasRecord ? recordOf(index) : 0;
+      const std::uint32_t address =
+          bar.hasRecord ? records_.put(index, test::recordOf(bar.section, bar.quarterTurns)) : 0;
       writesWholePointers ? put(out, garbage | address) : put(out, address);
       break;
     }
@@ -63,17 +64,6 @@ void FrameHost::fill(const Query& query, void* out) {
     case EXPORTIFC_BAR_END_NODE: put(out, bar.endNode); break;
     default: break;
   }
-}
-
-std::uint32_t FrameHost::recordOf(std::size_t index) {
-  const FrameBar& bar = bars.at(index);
-  BarRecord& record = static_cast<BarRecord*>(records_.address())[index];
-  // Bytes that mean nothing to the module carry something, as a real host's do.
-  std::memset(&record, 0xA5, sizeof(record));
-  std::memset(record.sectionName, 0, sizeof(record.sectionName));
-  bar.section.copy(record.sectionName, sizeof(record.sectionName) - 1);
-  record.quarterTurns = bar.quarterTurns;
-  return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&record));
 }
 
 }  // namespace exportifc::module_tests

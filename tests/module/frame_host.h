@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "exportifc/plugin.h"
-#include "tests/module/low_memory.h"
+#include "tests/support/bar_record.h"
 
 namespace exportifc::module_tests {
 
@@ -71,9 +71,8 @@ class FrameHost {
   static std::int32_t answer(std::uint64_t handle, std::int32_t index, std::int32_t code,
                              void* out);
   void fill(const Query& query, void* out);
-  std::uint32_t recordOf(std::size_t index);
 
-  LowMemory records_;
+  test::LowRecords records_{mostBars};
 };
 
 }  // namespace exportifc::module_tests

@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "tests/module/module_test.h"
+#include "tests/support/exchange_text.h"
 
 namespace exportifc::module_tests {
 namespace {
@@ -16,9 +17,8 @@ using testing::IsEmpty;
 /// An entity without what differs between two bars that are alike.
 std::string masked(const Entity& entity) {
   static const std::regex reference(R"(#\d+)");
-  static const std::regex globalId(R"('[0-3][0-9A-Za-z_$]{21}')");
-  const std::string arguments = std::regex_replace(entity.arguments, reference, "#");
-  return entity.keyword + " " + std::regex_replace(arguments, globalId, "GlobalId");
+  const std::string line = entity.reference + "= " + entity.keyword + "(" + entity.arguments;
+  return std::regex_replace(test::maskGlobalIds(line), reference, "#");
 }
 
 class HostQueries : public ModuleTest {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <fstream>
 #include <iterator>
 #include <regex>
 #include <sstream>
@@ -31,17 +30,7 @@ std::string describe(const Entity& element) {
 
 }  // namespace
 
-std::string readBytes(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeBytes(const std::filesystem::path& path, const std::string& bytes) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-IfcText::IfcText(const std::filesystem::path& path) : bytes(readBytes(path)) {
+IfcText::IfcText(const std::filesystem::path& path) : bytes(test::readFile(path)) {
   const std::string end = ");\r";
   std::istringstream lines(bytes);
   for (std::string line; std::getline(lines, line);) {

@@ -5,11 +5,9 @@
 #include <string>
 #include <vector>
 
-namespace exportifc::module_tests {
+#include "tests/support/files.h"
 
-/// The whole file, byte by byte; empty when there is none.
-std::string readBytes(const std::filesystem::path& path);
-void writeBytes(const std::filesystem::path& path, const std::string& bytes);
+namespace exportifc::module_tests {
 
 /// One generated line, "#5006= KEYWORD(arguments);".
 struct Entity {

@@ -78,7 +78,7 @@ TEST_F(Interactive, NameWithAnExtensionKeepsIt) {
 }
 
 TEST_F(Interactive, ReplacesAnOlderFile) {
-  writeBytes(file("quadro.ifc"), std::string(100000, 'x'));
+  writeFile(file("quadro.ifc"), std::string(100000, 'x'));
   const IfcText ifc = exported("quadro.ifc");
   EXPECT_EQ(ifc.bytes.find('x' + std::string(9, 'x')), std::string::npos);
 }
@@ -149,7 +149,7 @@ TEST_F(Interactive, HeaderAndPreambleAreInTheFileWhenTheHostIsAsked) {
   std::string first;
   host.before = [&](const Query& query) {
     if (query.code == EXPORTIFC_LENGTH_UNIT) {
-      first = readBytes(file("quadro.ifc"));
+      first = readFile(file("quadro.ifc"));
     }
   };
   const IfcText ifc = exported("quadro.ifc");
@@ -237,7 +237,7 @@ TEST_F(Interactive, WithoutATerminalTheQuestionCountsAsYes) {
 }
 
 TEST_F(Interactive, MessagesNeedNoTerminal) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{.section = "QUADRADO 10"}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{.section = "QUADRADO 10"}}));
   const std::string path = file("modelo.txt").string();
   attended(
       {box("Perfil Desconhecido", "Aviso")}, [&] { module->plugInExportIfcFile(path.c_str()); },

@@ -118,12 +118,12 @@ class Memory : public ModuleTest {
 
   /// The same for a model of these sections, written first.
   Outcome exportOf(const std::vector<std::string>& sections) {
-    std::vector<BatchBar> bars;
+    std::vector<BarText> bars;
     bars.reserve(sections.size());
     for (const std::string& section : sections) {
       bars.push_back({.section = section});
     }
-    writeBytes(file("modelo.txt"), batchModel(bars));
+    writeFile(file("modelo.txt"), batchModel(bars));
     Outcome outcome = exportWith("modelo.txt");
     EXPECT_EQ(outcome.result, 1);
     return outcome;
@@ -161,7 +161,7 @@ class Memory : public ModuleTest {
 
 TEST_F(Memory, WhicheverAllocationFailsNothingStaysOpenAndTheNextExportWorks) {
   const std::string model = batchModel(
-      {BatchBar{}, BatchBar{.section = "2L 50 0 0 5 10"}, BatchBar{.section = "CART 150 75 40 3"}});
+      {BarText{}, BarText{.section = "2L 50 0 0 5 10"}, BarText{.section = "CART 150 75 40 3"}});
   const std::string outOfMemory =
       std::string("UNHANDLED EXCEPTION: ") + std::bad_alloc().what() + "\n";
   std::size_t refused = 0;
@@ -171,7 +171,7 @@ TEST_F(Memory, WhicheverAllocationFailsNothingStaysOpenAndTheNextExportWorks) {
       fs::remove(file(name));
     }
     reload();  // what is made once is made again
-    writeBytes(file("modelo.txt"), model);
+    writeFile(file("modelo.txt"), model);
     const Outcome outcome = exportWith("modelo.txt", {.refused = refused});
     ASSERT_THAT(openFiles(), IsEmpty());
     ASSERT_EQ(outcome.thrown, "");
@@ -182,7 +182,7 @@ TEST_F(Memory, WhicheverAllocationFailsNothingStaysOpenAndTheNextExportWorks) {
     }
     ASSERT_EQ(outcome.said, outOfMemory);
 
-    writeBytes(file("outro.txt"), model);
+    writeFile(file("outro.txt"), model);
     const Outcome next = exportWith("outro.txt");
     ASSERT_EQ(next.said, "");
     ASSERT_EQ(next.result, 1);
@@ -195,12 +195,12 @@ TEST_F(Memory, WhicheverAllocationFailsNothingStaysOpenAndTheNextExportWorks) {
 }
 
 TEST_F(Memory, WithoutMemoryForThePathTheModelStaysAsItIs) {
-  const std::string model = batchModel({BatchBar{}});
-  writeBytes(file("modelo.txt"), model);
+  const std::string model = batchModel({BarText{}});
+  writeFile(file("modelo.txt"), model);
   const Outcome outcome = exportWith("modelo.txt", {.refused = 0});
   EXPECT_EQ(outcome.result, 1);
   EXPECT_THAT(listing(), ElementsAre("modelo.txt"));
-  EXPECT_EQ(readBytes(file("modelo.txt")), model);
+  EXPECT_EQ(readFile(file("modelo.txt")), model);
 }
 
 // ---- Between exports ---------------------------------------------------------------------------

@@ -135,20 +135,4 @@ std::string consoleLine(const std::string& text) {
 #endif
 }
 
-std::string batchModel(const std::vector<BatchBar>& bars, const std::string& unit) {
-  std::ostringstream text;
-  text << "226\n32\nModelo\n" << unit << "\n" << bars.size() << "\n";
-  for (const BatchBar& bar : bars) {
-    text << "Barra\n";
-    for (const std::string& coordinate : bar.start) {
-      text << coordinate << "\n";
-    }
-    for (const std::string& coordinate : bar.end) {
-      text << coordinate << "\n";
-    }
-    text << bar.angle << "\n" << bar.section << "\nA36\n1\nGrupo\n";
-  }
-  return text.str();
-}
-
 }  // namespace exportifc::module_tests

@@ -14,8 +14,15 @@
 #include "tests/module/ifc_text.h"
 #include "tests/module/loaded_module.h"
 #include "tests/module/person.h"
+#include "tests/support/batch_text.h"
+#include "tests/support/files.h"
 
 namespace exportifc::module_tests {
+
+using test::BarText;
+using test::batchModel;
+using test::readFile;
+using test::writeFile;
 
 /// The module under test; its folder also holds the example hosts.
 std::filesystem::path& modulePath();
@@ -64,16 +71,5 @@ class ModuleTest : public testing::Test {
 
 /// One line on standard output, with the system's line end.
 std::string consoleLine(const std::string& text);
-
-// ---- Batch model files -----------------------------------------------------------------------
-
-struct BatchBar {
-  std::string section = "W 200 100 8 6";
-  std::array<std::string, 3> start = {"0", "0", "0"};
-  std::array<std::string, 3> end = {"5", "0", "0"};
-  std::string angle = "0";
-};
-
-std::string batchModel(const std::vector<BatchBar>& bars, const std::string& unit = "m");
 
 }  // namespace exportifc::module_tests

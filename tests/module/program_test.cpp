@@ -76,48 +76,48 @@ constexpr bool hostAnswersBoxes = false;
 #endif
 
 TEST_F(Programs, UnattendedHostExportsAndKeepsTheModel) {
-  const std::string model = batchModel({BatchBar{}, BatchBar{.section = "RED 16"}});
-  writeBytes(file("modelo.txt"), model);
+  const std::string model = batchModel({BarText{}, BarText{.section = "RED 16"}});
+  writeFile(file("modelo.txt"), model);
   EXPECT_EQ(run("run_host", {typed("modelo.txt"), typed("modelo.ifc")}, {}), 0);
   EXPECT_THAT(listing(), ElementsAre("modelo.ifc", "modelo.txt"));
-  EXPECT_EQ(readBytes(file("modelo.txt")), model);
+  EXPECT_EQ(readFile(file("modelo.txt")), model);
   EXPECT_EQ(IfcText(file("modelo.ifc")).elements().size(), 2U);
 }
 
 TEST_F(Programs, UnattendedHostReplacesAnOldFile) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
-  writeBytes(file("modelo.ifc"), "an older export");
+  writeFile(file("modelo.txt"), batchModel({BarText{}}));
+  writeFile(file("modelo.ifc"), "an older export");
   EXPECT_EQ(run("run_host", {typed("modelo.txt"), typed("modelo.ifc")}, {}), 0);
   EXPECT_THAT(listing(), ElementsAre("modelo.ifc", "modelo.txt"));
   EXPECT_EQ(IfcText(file("modelo.ifc")).elements().size(), 1U);
 }
 
 TEST_F(Programs, UnattendedHostKeepsAnOldFileWhenTheModuleCannotWrite) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
-  writeBytes(file("modelo.ifc"), "an older export");
+  writeFile(file("modelo.txt"), batchModel({BarText{}}));
+  writeFile(file("modelo.ifc"), "an older export");
   std::filesystem::create_directory(file("modelo.ifc.parttemp"));  // where the module writes
   EXPECT_EQ(runRefused("run_host", {typed("modelo.txt"), typed("modelo.ifc")}), 1);
   EXPECT_THAT(listing(), ElementsAre("modelo.ifc", "modelo.ifc.parttemp/", "modelo.txt"));
-  EXPECT_EQ(readBytes(file("modelo.ifc")), "an older export");
+  EXPECT_EQ(readFile(file("modelo.ifc")), "an older export");
 }
 
 TEST_F(Programs, UnattendedHostRefusesJson) {
   const std::string model = "\xEF\xBB\xBF\n{\"bars\": []}";
-  writeBytes(file("modelo.json"), model);
+  writeFile(file("modelo.json"), model);
   EXPECT_EQ(runRefused("run_host", {typed("modelo.json"), typed("modelo.ifc")}), 2);
   EXPECT_THAT(listing(), ElementsAre("modelo.json"));
-  EXPECT_EQ(readBytes(file("modelo.json")), model);
+  EXPECT_EQ(readFile(file("modelo.json")), model);
 }
 
 TEST_F(Programs, UnattendedHostRefusesTheModelAsOutput) {
-  const std::string model = batchModel({BatchBar{}});
+  const std::string model = batchModel({BarText{}});
   for (const char* name : {"modelo.ifc", "saida.ifc.part", "saida.ifc.parttemp"}) {
     SCOPED_TRACE(name);
-    writeBytes(file(name), model);
+    writeFile(file(name), model);
     const std::string output = name == std::string("modelo.ifc") ? "./modelo.ifc" : "saida.ifc";
     EXPECT_EQ(runRefused("run_host", {typed(name), typed(output)}), 2);
     EXPECT_THAT(listing(), ElementsAre(name));
-    EXPECT_EQ(readBytes(file(name)), model);
+    EXPECT_EQ(readFile(file(name)), model);
     std::filesystem::remove(file(name));
   }
 }
@@ -125,7 +125,7 @@ TEST_F(Programs, UnattendedHostRefusesTheModelAsOutput) {
 TEST_F(Programs, UnattendedHostTakesNamesWithAccents) {
   const std::string folder = "Galp\xC3\xA3o n\xC2\xBA 1";
   std::filesystem::create_directory(file(folder));
-  writeBytes(file(folder + "/modelo.txt"), batchModel({BatchBar{}}));
+  writeFile(file(folder + "/modelo.txt"), batchModel({BarText{}}));
   EXPECT_EQ(run("run_host",
                 {typed(folder + "/modelo.txt"), typed(folder + "/sa\xC3\xAD\x64\x61.ifc")}, {}),
             0);
@@ -133,8 +133,8 @@ TEST_F(Programs, UnattendedHostTakesNamesWithAccents) {
 }
 
 TEST_F(Programs, UnattendedHostPrintsTheBoxesItAnswers) {
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{.section = "QUADRADO 10"},
-                                             BatchBar{.section = std::string(48, 'W')}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{.section = "QUADRADO 10"},
+                                            BarText{.section = std::string(48, 'W')}}));
   std::vector<Dialog> boxes = {box("Perfil Desconhecido", "Aviso"),
                                box("Problema ao exportar Barra", "Erro")};
   const std::string printed = consoleLine("Aviso: Perfil Desconhecido") +

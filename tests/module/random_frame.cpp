@@ -10,69 +10,53 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "tests/module/frame_host.h"
 #include "tests/module/loaded_module.h"
 #include "tests/module/person.h"
+#include "tests/support/batch_text.h"
+#include "tests/support/files.h"
+#include "tests/support/random.h"
+#include "tests/support/section_words.h"
 
 namespace exportifc::module_tests {
 namespace {
 
-constexpr const char* families[] = {
-    "ILAM", "CS",   "][",   "[",    "[]",  "UENR", "UUE",    "IENR",   "CA",   "BOX",
-    "L",    "LLM",  "LFF",  "2L",   "LL",  "><",   "<>",     "LX",     "LZ",   "CART",
-    "ICAR", "TUBO", "Z",    "ZS",   "ZI",  "ZSI",  "LLAM",   "2LLM",   "LLLM", "VVLM",
-    "LVLM", "LXLM", "LZLM", "ULAM", "UAP", "UULM", "2ULM",   "TEE",    "RED",  "FRED",
-    "W",    "HP",   "PS",   "VS",   "VSE", "CSE",  "CVS",    "TW",     "TS",   "WT",
-    "PC",   "HE",   "IPE",  "PSA",  "EC",  "RET",  "LLM_EN", "LLAM_EN"};
+using test::Random;
 
 constexpr const char* unitNames[] = {"m", "cm", "mm"};
 
-/// Numbers that do not depend on the library's distributions.
-class Dice {
- public:
-  std::uint32_t below(std::uint32_t limit) { return static_cast<std::uint32_t>(engine_()) % limit; }
-  float between(float low, float high) {
-    return low + (high - low) * static_cast<float>(engine_() >> 8) / 0x1p24F;
-  }
-
- private:
-  std::mt19937 engine_{20120522};
-};
-
-std::array<float, 3> randomPoint(Dice& dice) {
+std::array<float, 3> randomPoint(Random& random) {
   std::array<float, 3> point{};
   for (float& coordinate : point) {
-    coordinate = dice.between(-5000, 5000);
-    if (dice.below(4) == 0) {
+    coordinate = random.between(-5000, 5000);
+    if (random.once(4)) {
       coordinate = static_cast<float>(static_cast<int>(coordinate));
     }
   }
   return point;
 }
 
-void addRandomBar(FrameHost& host, Dice& dice) {
+void addRandomBar(FrameHost& host, Random& random) {
+  static const std::vector<std::string> families = test::writtenFamilyWords();
   FrameBar bar;
-  bar.section = families[dice.below(std::size(families))];
+  bar.section = random.pick(families);
   for (float& dimension : bar.dims) {
-    dimension = dice.below(10) == 0 ? 0 : dice.between(0, 500);
+    dimension = random.once(10) ? 0 : random.between(0, 500);
   }
-  bar.type = dice.between(-2, 13);
-  bar.visible = dice.below(2) == 0 ? 1 : 0;
-  bar.quarterTurns = static_cast<std::int32_t>(dice.below(9)) - 4;
-  bar.angle = dice.below(3) == 0 ? 0 : dice.between(-7, 7);
+  bar.type = random.between(-2, 13);
+  bar.visible = random.once(2) ? 1 : 0;
+  bar.quarterTurns = static_cast<std::int32_t>(random.integer(-4, 4));
+  bar.angle = random.once(3) ? 0 : random.between(-7, 7);
   const auto node = static_cast<std::int32_t>(host.nodes.size());
   bar.startNode = node;
   bar.endNode = node + 1;
-  std::array<float, 3> start = randomPoint(dice);
-  std::array<float, 3> end = randomPoint(dice);
+  std::array<float, 3> start = randomPoint(random);
+  std::array<float, 3> end = randomPoint(random);
   // Most bars of a real frame run along one or two axes.
-  const std::uint32_t along = dice.below(10);
+  const auto along = static_cast<std::uint32_t>(random.integer(0, 9));
   for (std::uint32_t axis = 0; axis < 3; ++axis) {
     if (along < 8 && (along & (1U << axis)) == 0) {
       end[axis] = start[axis];
@@ -83,38 +67,46 @@ void addRandomBar(FrameHost& host, Dice& dice) {
   host.bars.push_back(bar);
 }
 
-std::string number(float value, Dice& dice) {
+std::string number(float value, Random& random) {
   char text[64];
-  std::snprintf(text, sizeof(text), dice.below(8) == 0 ? "%e" : "%.7g", double{value});
+  std::snprintf(text, sizeof(text), random.once(8) ? "%e" : "%.7g", double{value});
   std::string result = text;
   if (const std::size_t point = result.find('.'); point != std::string::npos) {
-    result[point] = dice.below(2) == 0 ? '.' : ',';
+    result[point] = random.once(2) ? '.' : ',';
   }
   return result;
 }
 
-void writeBatchModel(const FrameHost& host, Dice& dice, const std::string& path) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file << "226\n32\nAleatorio\n" << unitNames[host.unit] << "\n" << host.bars.size() << "\n";
+std::string sectionText(const FrameBar& bar, Random& random) {
+  std::string text = bar.section;
+  const char separator = random.once(5) ? 'x' : ' ';
+  for (std::size_t i = 0; i < 5; ++i) {
+    // Short enough for the 47 characters of the record.
+    text += (i == 0 ? ' ' : separator) + std::to_string(static_cast<int>(bar.dims[i]));
+    if (i == 2 && separator == ' ') {
+      text += "." + std::to_string(random.integer(0, 99));
+    }
+  }
+  return text;
+}
+
+test::BarText barText(const FrameHost& host, const FrameBar& bar, Random& random) {
+  test::BarText text;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    text.start[axis] = number(host.nodes.at(bar.startNode)[axis], random);
+    text.end[axis] = number(host.nodes.at(bar.endNode)[axis], random);
+  }
+  text.angle = number(bar.angle, random);
+  text.section = sectionText(bar, random);
+  return text;
+}
+
+void writeBatchModel(const FrameHost& host, Random& random, const std::string& path) {
+  std::vector<test::BarText> bars;
   for (const FrameBar& bar : host.bars) {
-    file << "Barra\n";
-    for (const std::int32_t node : {bar.startNode, bar.endNode}) {
-      for (const float coordinate : host.nodes.at(node)) {
-        file << number(coordinate, dice) << "\n";
-      }
-    }
-    file << number(bar.angle, dice) << "\n" << bar.section;
-    const char separator = dice.below(5) == 0 ? 'x' : ' ';
-    for (std::size_t i = 0; i < 5; ++i) {
-      // Short enough for the 47 characters of the record.
-      file << (i == 0 ? ' ' : separator) << static_cast<int>(bar.dims[i])
-           << (i == 2 && separator == ' ' ? "." + std::to_string(dice.below(100)) : "");
-    }
-    file << "\nA36\n1\nGrupo\n";
+    bars.push_back(barText(host, bar, random));
   }
-  if (!file.flush()) {
-    throw std::runtime_error("cannot write " + path);
-  }
+  test::writeFile(path, test::batchModel(bars, unitNames[host.unit]));
 }
 
 int exportFrame(FrameHost& host, const std::string& modulePath, const std::string& output) {
@@ -132,18 +124,18 @@ int exportFrame(FrameHost& host, const std::string& modulePath, const std::strin
 
 int run(char** arguments) {
   FrameHost host;
-  Dice dice;
+  Random random(20120522);
   host.nodes.clear();
   host.unit = std::atoi(arguments[4]);
   for (int bars = std::atoi(arguments[3]); bars > 0; --bars) {
-    addRandomBar(host, dice);
+    addRandomBar(host, random);
   }
   if (host.bars.size() > FrameHost::mostBars || host.unit < 0 || host.unit > 2) {
     std::fprintf(stderr, "random_frame: no such frame\n");
     return 2;
   }
   if (std::string(arguments[1]) == "--batch") {
-    writeBatchModel(host, dice, arguments[2]);
+    writeBatchModel(host, random, arguments[2]);
     return 0;
   }
   return exportFrame(host, arguments[1], arguments[2]);

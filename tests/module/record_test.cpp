@@ -97,7 +97,7 @@ TEST_F(Record, TakesWhatTheHostWrites) {
 
 TEST_F(Record, StartsAnewWhenTheModuleIsLoadedAnew) {
   host.connect(*module->getPlugInModule());
-  writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+  writeFile(file("modelo.txt"), batchModel({BarText{}}));
   EXPECT_EQ(exportFile("modelo.txt"), 1);
   EXPECT_FALSE(isZero(32, 1024));
   EXPECT_FALSE(isZero(1160, 16));

@@ -77,7 +77,7 @@ class SystemCalls : public ModuleTest {
 
   /// A batch export of one bar.
   std::int64_t exportOneBar() {
-    writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+    test::writeFile(file("modelo.txt"), batchModel({BarText{}}));
     return exportFile("modelo.txt");
   }
 
@@ -248,7 +248,7 @@ TEST_F(SystemCalls, AnOutputThatOthersHoldIsTakenWhenTheyShareWriting) {
                            {GENERIC_WRITE, shareAll, true},
                            {DELETE, shareAll, false}}) {
     SCOPED_TRACE(testing::Message() << std::hex << held.access << ", shares " << held.share);
-    writeBytes(file("modelo.txt"), batchModel({BatchBar{}}));
+    test::writeFile(file("modelo.txt"), batchModel({BarText{}}));
     {
       const Holder holder(file("modelo.txttemp"), held.access, held.share, OPEN_ALWAYS);
       ASSERT_TRUE(holder.holds());
@@ -257,7 +257,7 @@ TEST_F(SystemCalls, AnOutputThatOthersHoldIsTakenWhenTheyShareWriting) {
       EXPECT_EQ(thrown.empty(), held.taken);
     }
     if (!held.taken) {
-      EXPECT_EQ(readBytes(file("modelo.txt")), batchModel({BatchBar{}}));
+      EXPECT_EQ(readFile(file("modelo.txt")), batchModel({BarText{}}));
     }
     if (held.taken && held.share != shareAll) {
       EXPECT_THAT(listing(), ElementsAre("modelo.txttemp")) << "it cannot be renamed";
@@ -275,7 +275,7 @@ TEST_F(SystemCalls, AModelThatOthersHoldIsReadWhenTheyShareReading) {
     DWORD share;
     bool read;
   };
-  const std::string model = batchModel({BatchBar{}});
+  const std::string model = batchModel({BarText{}});
   for (const Case& held : {Case{GENERIC_READ, 0, false},
                            {GENERIC_READ, FILE_SHARE_READ, true},
                            {GENERIC_READ, FILE_SHARE_WRITE, false},
@@ -283,7 +283,7 @@ TEST_F(SystemCalls, AModelThatOthersHoldIsReadWhenTheyShareReading) {
                            {GENERIC_WRITE, shareReadWrite, true},
                            {DELETE, shareReadWrite, false}}) {
     SCOPED_TRACE(testing::Message() << std::hex << held.access << ", shares " << held.share);
-    writeBytes(file("modelo.txt"), model);
+    test::writeFile(file("modelo.txt"), model);
     {
       const Holder holder(file("modelo.txt"), held.access, held.share);
       ASSERT_TRUE(holder.holds());
@@ -291,7 +291,7 @@ TEST_F(SystemCalls, AModelThatOthersHoldIsReadWhenTheyShareReading) {
     }
     // It can be neither deleted nor replaced: the output stays beside it.
     EXPECT_THAT(listing(), ElementsAre("modelo.txt", "modelo.txttemp"));
-    EXPECT_EQ(readBytes(file("modelo.txt")), model);
+    EXPECT_EQ(readFile(file("modelo.txt")), model);
     const IfcText ifc(file("modelo.txttemp"));
     EXPECT_TRUE(ifc.isComplete());
     EXPECT_EQ(ifc.elements().size(), held.read ? 1U : 0U);
@@ -335,7 +335,7 @@ TEST_F(SystemCalls, IdentifiersAreMadeOneByOneAsTheirLinesAreWritten) {
   const ReplacedImport guids(*module, "CoCreateGuid", &newGuid);
   std::vector<std::string> linesBefore;  // the last line in the file when each was made
   replaced.newGuid = [&](GUID& guid) {
-    const std::string bytes = readBytes(file("quadro.ifc"));
+    const std::string bytes = readFile(file("quadro.ifc"));
     const std::size_t start = bytes.rfind('\n', bytes.size() - 2) + 1;
     const std::string line = bytes.substr(start, bytes.size() - start - 2);
     linesBefore.push_back(line.substr(line.find(' ') + 1, line.find('(') - line.find(' ') - 1));
@@ -383,7 +383,7 @@ TEST_F(SystemCalls, NothingOfARecordIsReadOnceItsFirstBoxIsOpen) {
   EXPECT_EQ(execute({typesFileName(typed("quadro.ifc")), answersYes(), first,
                      box("Perfil Desconhecido", "Aviso")}),
             1);
-  const std::string bytes = readBytes(file("quadro.ifc"));
+  const std::string bytes = readFile(file("quadro.ifc"));
   const std::size_t firstHalf = bytes.find("angulo: 90, perfil: 2L_ASSIMETRICO 50\r\n");
   ASSERT_NE(firstHalf, std::string::npos);
   EXPECT_NE(bytes.find("angulo: 90, perfil: 2L_ASSIMETRICO 50\r\n", firstHalf + 1),

@@ -18,14 +18,13 @@
 #include "fuzz/expectation.h"
 #include "fuzz/memory_export.h"
 #include "plugin/texts.h"
-#include "tests/module/low_memory.h"
+#include "tests/support/bar_record.h"
 
 namespace exportifc {
 namespace {
 
 using fuzz::CountingInterface;
 using fuzz::Exported;
-using module_tests::LowMemory;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::Not;
@@ -50,8 +49,6 @@ struct CarelessBar {
 /// A host with one sound bar in millimetres; each test spoils it.
 class CarelessHost {
  public:
-  CarelessHost() : records_(mostBars * sizeof(BarRecord)) {}
-
   static constexpr std::size_t mostBars = 8;
 
   std::int32_t unit = 2;
@@ -107,7 +104,8 @@ class CarelessHost {
       case EXPORTIFC_BAR_VISIBLE: return put(told.bar.visible);
       case EXPORTIFC_BAR_RECORD: {
         const std::uint64_t garbage = 0xDEADBEEF00000000U;
-        const std::uint32_t address = told.bar.hasRecord ? recordOf(barIndex) : 0;
+        const BarRecord record = test::recordOf(told.bar.name, told.bar.quarterTurns);
+        const std::uint32_t address = told.bar.hasRecord ? records_.put(barIndex, record) : 0;
         return writesWholePointers ? put(garbage | address) : put(address);
       }
       case EXPORTIFC_BAR_ANGLE: return put(told.bar.angle);
@@ -119,16 +117,7 @@ class CarelessHost {
     }
   }
 
-  std::uint32_t recordOf(std::size_t index) {
-    BarRecord& record = static_cast<BarRecord*>(records_.address())[index];
-    std::memset(&record, 0xA5, sizeof(record));
-    std::memset(record.sectionName, 0, sizeof(record.sectionName));
-    bars[index].bar.name.copy(record.sectionName, sizeof(record.sectionName));
-    record.quarterTurns = bars[index].bar.quarterTurns;
-    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(&record));
-  }
-
-  LowMemory records_;
+  test::LowRecords records_{mostBars};
 };
 
 // ---- Answers at the edges: the export goes through -------------------------------------------
@@ -284,10 +273,10 @@ TEST_P(CarelessAnswer, GivesADefinedFile) {
 
   EXPECT_EQ(exported.result, 1);
   EXPECT_EQ(ui.unhandled, 0);
-  EXPECT_EQ(compareWithModel(exported.file, host.model()), "");
-  EXPECT_EQ(fuzz::checkExchange(exported.file).empty(), GetParam().readable);
+  EXPECT_EQ(compareWithModel(exported.file.bytes, host.model()), "");
+  EXPECT_EQ(fuzz::checkExchange(exported.file.bytes).empty(), GetParam().readable);
   for (const char* line : GetParam().lines) {
-    EXPECT_NE(exported.file.find(line), std::string::npos) << line;
+    EXPECT_NE(exported.file.bytes.find(line), std::string::npos) << line;
   }
 }
 
@@ -303,8 +292,8 @@ TEST(CarelessHostTest, ByteFrom0x80InANameEndsTheFileBeforeIt) {
   const Exported exported = host.run(ui);
   EXPECT_EQ(exported.result, 1);
   EXPECT_EQ(ui.unhandled, 0);
-  EXPECT_THAT(exported.file, EndsWith("(.AREA., 'W 2"));
-  EXPECT_EQ(compareWithModel(exported.file, host.model()), "");
+  EXPECT_THAT(exported.file.bytes, EndsWith("(.AREA., 'W 2"));
+  EXPECT_EQ(compareWithModel(exported.file.bytes, host.model()), "");
 }
 
 TEST(CarelessHostTest, BarWithoutARecordIsShownAndSkipped) {
@@ -315,14 +304,14 @@ TEST(CarelessHostTest, BarWithoutARecordIsShownAndSkipped) {
   CountingInterface ui;
   const Exported exported = host.run(ui);
   EXPECT_EQ(ui.barProblems, 1);
-  EXPECT_EQ(compareWithModel(exported.file, host.model()), "");
+  EXPECT_EQ(compareWithModel(exported.file.bytes, host.model()), "");
 }
 
 TEST(CarelessHostTest, HostThatAnswersNothingHasNoBars) {
   CarelessHost host;
   host.unanswered = {EXPORTIFC_LENGTH_UNIT, EXPORTIFC_BAR_COUNT};
   CountingInterface ui;
-  EXPECT_THAT(host.run(ui).file, HasSubstr(noBars));
+  EXPECT_THAT(host.run(ui).file.bytes, HasSubstr(noBars));
 }
 
 TEST(CarelessHostTest, UnfilledRecordIsNoRecord) {
@@ -330,7 +319,7 @@ TEST(CarelessHostTest, UnfilledRecordIsNoRecord) {
   host.count = 5;
   host.unanswered = {EXPORTIFC_BAR_RECORD};
   CountingInterface ui;
-  EXPECT_THAT(host.run(ui).file, HasSubstr(noBars));
+  EXPECT_THAT(host.run(ui).file.bytes, HasSubstr(noBars));
   EXPECT_EQ(ui.barProblems, 5);
 }
 
@@ -341,13 +330,14 @@ TEST(CarelessHostTest, UnfilledSlotsOfTheFirstBarAreZero) {
                      EXPORTIFC_NODE_COORDINATES};
   CountingInterface ui;
   const Exported exported = host.run(ui);
-  EXPECT_THAT(exported.file, HasSubstr("/* IfcBeam (0,0,0), (0,0,0)\r\nangulo: 0, perfil: W 200"));
-  EXPECT_THAT(exported.file, HasSubstr("0.00000,0.00000,0.00000,0.00000, $)"));
-  EXPECT_THAT(exported.file, HasSubstr(inStorey));
+  EXPECT_THAT(exported.file.bytes,
+              HasSubstr("/* IfcBeam (0,0,0), (0,0,0)\r\nangulo: 0, perfil: W 200"));
+  EXPECT_THAT(exported.file.bytes, HasSubstr("0.00000,0.00000,0.00000,0.00000, $)"));
+  EXPECT_THAT(exported.file.bytes, HasSubstr(inStorey));
   // Nothing told that it is visible.
   CountingInterface no;
   no.answer = false;
-  EXPECT_THAT(host.run(no).file, HasSubstr(noBars));
+  EXPECT_THAT(host.run(no).file.bytes, HasSubstr(noBars));
 }
 
 TEST(CarelessHostTest, UnfilledSlotsKeepTheBarBefore) {
@@ -363,8 +353,8 @@ TEST(CarelessHostTest, UnfilledSlotsKeepTheBarBefore) {
   };
   CountingInterface ui;
   const Exported exported = host.run(ui);
-  EXPECT_THAT(exported.file, Not(HasSubstr("7.00000")));
-  EXPECT_THAT(exported.file, Not(HasSubstr("angulo: 57")));
+  EXPECT_THAT(exported.file.bytes, Not(HasSubstr("7.00000")));
+  EXPECT_THAT(exported.file.bytes, Not(HasSubstr("angulo: 57")));
 }
 
 // ---- Callbacks that throw --------------------------------------------------------------------
@@ -391,12 +381,12 @@ TEST(CarelessHostTest, HugeCountRunsUntilTheHostThrows) {
   EXPECT_EQ(exported.batchPath, "");
   // Every bar before, whole, and no trailer.
   constexpr std::int32_t entitiesOfABar = 4 + 14;
-  EXPECT_THAT(exported.file,
+  EXPECT_THAT(exported.file.bytes,
               HasSubstr("#" + std::to_string(5005 + throwingBar * entitiesOfABar) + "= "));
-  EXPECT_THAT(exported.file,
+  EXPECT_THAT(exported.file.bytes,
               Not(HasSubstr("#" + std::to_string(5006 + throwingBar * entitiesOfABar) + "= ")));
-  EXPECT_THAT(exported.file, EndsWith(");\r\n"));
-  EXPECT_THAT(exported.file, Not(HasSubstr("END-ISO-10303-21;")));
+  EXPECT_THAT(exported.file.bytes, EndsWith(");\r\n"));
+  EXPECT_THAT(exported.file.bytes, Not(HasSubstr("END-ISO-10303-21;")));
 }
 
 TEST(CarelessHostTest, ThrownTextIsReported) {

@@ -2,70 +2,43 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "elements/bar_element.h"
-#include "fuzz/expectation.h"
 #include "fuzz/memory_export.h"
-#include "plugin/bar_export.h"
-#include "profiles/profile_dispatch.h"
-#include "step/preamble.h"
-#include "step/step_writer.h"
+#include "plugin/export_driver.h"
+#include "plugin/module.h"
+#include "tests/support/exchange_text.h"
+#include "tests/support/scripted_model.h"
+#include "tests/support/sinks.h"
 
 namespace exportifc {
 namespace {
 
-/// Takes as many bytes as a disk with that much room: the rest of the last write is lost.
-class SmallDisk final : public ByteSink {
- public:
-  SmallDisk(std::string& text, std::size_t room, int& refusals)
-      : text_(text), room_(room), refusals_(refusals) {}
-
-  bool write(const char* bytes, std::size_t size) override {
-    const std::size_t taken = size < room_ ? size : room_;
-    text_.append(bytes, taken);
-    room_ -= taken;
-    refusals_ += taken < size ? 1 : 0;
-    return taken == size;
-  }
-
- private:
-  std::string& text_;
-  std::size_t room_;
-  int& refusals_;
-};
-
 /// One bar of each kind of profile: parametric, outline, built-up, unknown.
-class FewBars final : public BarSource {
- public:
-  std::int32_t unitCode() override { return 0; }
-  std::int32_t barCount() override { return 4; }
-  bool next(std::int32_t index, SourceBar& bar) override {
-    static const char* const names[] = {"W 200", "CART 100", "2L 50", "NADA 1"};
-    std::string(names[index]).copy(record_.sectionName, sizeof(record_.sectionName));
-    record_.sectionName[std::char_traits<char>::length(names[index])] = '\0';
-    bar.record = &record_;
-    bar.typeCode = static_cast<float>(index + 1);
-    bar.end = {1.0F, static_cast<float>(index), 2.0F};
-    bar.dims = {100, 50, 20, 2, 5};
-    return true;
+std::vector<test::ScriptedBar> fewBars() {
+  std::vector<test::ScriptedBar> bars;
+  for (const char* const section : {"W 200", "CART 100", "2L 50", "NADA 1"}) {
+    const auto index = static_cast<float>(bars.size());
+    bars.push_back({.section = section,
+                    .type = index + 1,
+                    .end = {1.0F, index, 2.0F},
+                    .dims = {100, 50, 20, 2, 5}});
   }
+  return bars;
+}
 
- private:
-  BarRecord record_{};
-};
-
-std::string exportInto(std::size_t room, std::int64_t& result, int& refusals) {
-  std::string file;
+test::Received exportInto(std::size_t room, std::int64_t& result) {
+  test::Received file;
   Module module([]() -> std::int64_t { return 0; }, []() -> std::int64_t { return 0; });
   module.batchPath = "model.txt";
   fuzz::CountingInterface ui;
   const ExportServices services{
       .ui = ui,
       .openOutput =
-          [&](const std::wstring&) { return std::make_unique<SmallDisk>(file, room, refusals); },
-      .openModel = [](const Module&) { return std::make_unique<FewBars>(); }};
+          [&](const std::wstring&) { return std::make_unique<test::MemorySink>(file, room); },
+      .openModel = [](const Module&) { return std::make_unique<test::ListSource>(fewBars(), 0); }};
   result = runExport(module, services);
   EXPECT_EQ(ui.unhandled, 0);
   EXPECT_EQ(module.batchPath, "model.txttemp");
@@ -74,21 +47,20 @@ std::string exportInto(std::size_t room, std::int64_t& result, int& refusals) {
 
 TEST(FailingSink, AtEveryByteTheFileEndsThereAndTheExportCountsAsDone) {
   std::int64_t result = 0;
-  int refusals = 0;
-  const std::string whole = fuzz::withoutGlobalIds(exportInto(1U << 20U, result, refusals));
-  ASSERT_EQ(refusals, 0);
+  const test::Received all = exportInto(test::MemorySink::endless, result);
+  ASSERT_EQ(all.refusals, 0U);
+  const std::string whole = test::maskGlobalIds(all.bytes);
   ASSERT_TRUE(whole.ends_with("END-ISO-10303-21;\r\n"));
   for (std::size_t room = 0; room < whole.size(); ++room) {
-    refusals = 0;
-    const std::string file = exportInto(room, result, refusals);
-    ASSERT_EQ(file.size(), room);
+    const test::Received cut = exportInto(room, result);
+    ASSERT_EQ(cut.bytes.size(), room);
     // A GlobalId that the end cuts is not replaced; what stands before it is.
     constexpr std::size_t globalId = 24;
-    const std::string seen = fuzz::withoutGlobalIds(file);
+    const std::string seen = test::maskGlobalIds(cut.bytes);
     const std::size_t sure = room < globalId ? 0 : room - globalId;
     ASSERT_EQ(seen.substr(0, sure), whole.substr(0, sure));
     ASSERT_EQ(result, 1) << "room for " << room;
-    ASSERT_EQ(refusals, 1) << "writes after the first that failed, with room for " << room;
+    ASSERT_EQ(cut.refusals, 1U) << "writes after the first that failed, with room for " << room;
   }
 }
 

@@ -14,8 +14,6 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -24,6 +22,7 @@
 
 #include "examples/box_answerer.h"
 #include "tests/module/loaded_module.h"
+#include "tests/support/files.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -39,22 +38,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using exportifc::module_tests::LoadedModule;
-
-std::string contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) {
-    throw std::runtime_error("cannot read " + path.string());
-  }
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-void write(const fs::path& path, const std::string& content) {
-  std::ofstream file(path, std::ios::binary);
-  file << content;
-  if (!file.flush()) {
-    throw std::runtime_error("cannot write " + path.string());
-  }
-}
+using exportifc::test::readFile;
+using exportifc::test::writeFile;
 
 /// Bytes of memory that this process holds.
 std::int64_t memoryInUse() {
@@ -104,7 +89,7 @@ int hold(const char* path, int seconds) {
 int exportAtSizes(const char* modulePath, const char* path, std::int64_t size) {
   std::signal(SIGXFSZ, SIG_IGN);  // a write beyond the limit then fails like one on a full disk
   const LoadedModule module(modulePath);
-  const std::string model = contentOf(path);
+  const std::string model = readFile(std::string(path));
   const std::string temporary = std::string(path) + "temp";
   const auto limit = [](rlim_t bytes) {
     rlimit limits{};
@@ -117,7 +102,7 @@ int exportAtSizes(const char* modulePath, const char* path, std::int64_t size) {
     limit(static_cast<rlim_t>(room));
     const std::int64_t result = module.plugInExportIfcFile(path);
     limit(RLIM_INFINITY);
-    const std::string file = contentOf(path);
+    const std::string file = readFile(std::string(path));
     const bool grows = file.substr(0, before.size() < 4000 ? before.size() : 4000) ==
                        before.substr(0, 4000);  // GlobalIds differ behind
     if (result != 1 || static_cast<std::int64_t>(file.size()) != room || !grows ||
@@ -126,7 +111,7 @@ int exportAtSizes(const char* modulePath, const char* path, std::int64_t size) {
       return 1;
     }
     before = file;
-    write(path, model);
+    writeFile(std::string(path), model);
   }
   std::printf("%d sizes\n", static_cast<int>(size));
   return 0;
@@ -159,10 +144,10 @@ int measureLoads(const char* modulePath, int count) {
 
 int measureExports(const char* modulePath, int count, const char* path) {
   const LoadedModule module(modulePath);
-  const std::string model = contentOf(path);
+  const std::string model = readFile(std::string(path));
   const auto exportTimes = [&](int times) {
     for (int i = 0; i < times; ++i) {
-      write(path, model);
+      writeFile(std::string(path), model);
       module.plugInExportIfcFile(path);
     }
   };

@@ -557,7 +557,8 @@ TEST(ExportBars, OneBarKeepsWhatTheNextLeavesAlone) {
 
 TEST(ExportBars, AHostsExportFromItsQueries) {
   // The real source on a host's callback, down to the file.
-  static const std::uint32_t record = test::lowAddressOf(test::recordOf("W 200", 1));
+  static test::LowRecords records(1);
+  static const std::uint32_t record = records.put(0, test::recordOf("W 200", 1));
   const HostQuery query = [](std::uint64_t, std::int32_t index, std::int32_t code, void* slot) {
     const auto set = [slot](auto value) { std::memcpy(slot, &value, sizeof(value)); };
     switch (code) {

@@ -16,27 +16,15 @@
 namespace exportifc {
 namespace {
 
-using Lines = std::vector<std::string>;
+using test::headerLines;
+using test::Lines;
+using test::textOf;
+using test::operator+;
 
-Lines header(const std::string& unit, const std::string& count) {
-  return {"7", "8", "title", unit, count};
-}
-
+/// A bar in which each number is another.
 Lines barLines(const std::string& section = "W 200 100") {
-  return {"Bar", "1", "2", "3", "4", "5", "6", "0.5", section, "A36", "1", "group"};
-}
-
-Lines operator+(Lines a, const Lines& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
-
-std::string text(const Lines& lines, std::string_view ending = "\r\n") {
-  std::string bytes;
-  for (const std::string& line : lines) {
-    bytes.append(line).append(ending);
-  }
-  return bytes;
+  return test::barLines(
+      {.section = section, .start = {"1", "2", "3"}, .end = {"4", "5", "6"}, .angle = "0.5"});
 }
 
 class BatchSourceTest : public testing::Test {
@@ -45,7 +33,7 @@ class BatchSourceTest : public testing::Test {
     test::writeFile(path, bytes);
     return source.emplace(path);
   }
-  BatchSource& open(const Lines& lines) { return open(text(lines)); }
+  BatchSource& open(const Lines& lines) { return open(textOf(lines, "\r\n")); }
 
   /// The next bar, in a record whose old values must not survive.
   bool next() {
@@ -67,7 +55,9 @@ class BatchSourceTest : public testing::Test {
 // ---- Header ------------------------------------------------------------------------------------
 
 TEST_F(BatchSourceTest, UnitTexts) {
-  const auto unitOf = [&](const std::string& unit) { return open(header(unit, "0")).unitCode(); };
+  const auto unitOf = [&](const std::string& unit) {
+    return open(headerLines(unit, "0")).unitCode();
+  };
   EXPECT_EQ(unitOf("m"), 0);
   EXPECT_EQ(unitOf("cm"), 1);
   EXPECT_EQ(unitOf("mm"), 2);
@@ -75,13 +65,13 @@ TEST_F(BatchSourceTest, UnitTexts) {
 
 TEST_F(BatchSourceTest, AnUnknownUnitConvertsNothing) {
   for (const std::string unit : {"MM", "M", "mm ", " mm", "m ", "km", "", "metro", "m\r"}) {
-    EXPECT_EQ(millimetresPer(open(header(unit, "0")).unitCode()), 1.0) << unit;
+    EXPECT_EQ(millimetresPer(open(headerLines(unit, "0")).unitCode()), 1.0) << unit;
   }
 }
 
 TEST_F(BatchSourceTest, BarCountIsReadAsTheRuntimeDoes) {
   const auto countOf = [&](const std::string& count) {
-    return open(header("mm", count)).barCount();
+    return open(headerLines("mm", count)).barCount();
   };
   EXPECT_EQ(countOf("3"), 3);
   EXPECT_EQ(countOf(" 3 bars"), 3);
@@ -111,8 +101,8 @@ TEST_F(BatchSourceTest, AnEmptyFileIsAModelWithoutBars) {
 
 TEST_F(BatchSourceTest, ABarFromItsTwelveLines) {
   for (const std::string_view ending : {"\n", "\r\n"}) {
-    open(text(
-        header("m", "2") +
+    open(textOf(
+        headerLines("m", "2") +
             Lines{"", "1.5", "-2,5", "3e1", "4", "", "abc", "0,25", "I 200 100 5 8", "", "", ""} +
             barLines("L 50"),
         ending));
@@ -139,7 +129,7 @@ TEST_F(BatchSourceTest, NumbersOfTheList) {
   const auto read = [&](const std::string& number) {
     Lines lines = barLines();
     lines[1] = number;
-    open(header("mm", "1") + lines);
+    open(headerLines("mm", "1") + lines);
     EXPECT_TRUE(next());
     return bar.start[0];
   };
@@ -154,7 +144,7 @@ TEST_F(BatchSourceTest, NumbersOfTheList) {
 }
 
 TEST_F(BatchSourceTest, RecordsOutliveTheSource) {
-  open(header("mm", "2") + barLines("W 1") + barLines("W 2"));
+  open(headerLines("mm", "2") + barLines("W 1") + barLines("W 2"));
   ASSERT_TRUE(next());
   const BarRecord* const first = bar.record;
   ASSERT_TRUE(next());
@@ -164,7 +154,7 @@ TEST_F(BatchSourceTest, RecordsOutliveTheSource) {
 }
 
 TEST_F(BatchSourceTest, RecordsAreZeroButForTheName) {
-  open(header("mm", "1") + barLines("W 1"));
+  open(headerLines("mm", "1") + barLines("W 1"));
   ASSERT_TRUE(next());
   BarRecord expected{};
   expected.sectionName[0] = 'W';
@@ -177,7 +167,7 @@ TEST_F(BatchSourceTest, SectionTextsAtTheFieldsLimit) {
   const auto sectionOf = [](std::size_t length) {
     return std::string("W ").append(std::string(length - 2, '7'));
   };
-  open(header("mm", "5") + barLines(sectionOf(47)) + barLines(sectionOf(48)) +
+  open(headerLines("mm", "5") + barLines(sectionOf(47)) + barLines(sectionOf(48)) +
        barLines(sectionOf(500)) + barLines("W 9"));
   ASSERT_TRUE(next());
   ASSERT_NE(bar.record, nullptr);
@@ -193,7 +183,7 @@ TEST_F(BatchSourceTest, SectionTextsAtTheFieldsLimit) {
 
 TEST_F(BatchSourceTest, ASectionTextEndsAtItsFirstNul) {
   const std::string hidden = std::string("W 1\0", 4) + std::string(500, 'x');
-  open(header("mm", "1") + barLines(hidden));
+  open(headerLines("mm", "1") + barLines(hidden));
   ASSERT_TRUE(next());
   ASSERT_NE(bar.record, nullptr);
   EXPECT_STREQ(bar.record->sectionName, "W 1");
@@ -202,7 +192,7 @@ TEST_F(BatchSourceTest, ASectionTextEndsAtItsFirstNul) {
 TEST_F(BatchSourceTest, NumbersBehindAnEarlyEndCountAndAreTheBarsOwn) {
   const std::string shown = "W 1";
   const std::string hidden = std::string("W 1\0 2", 6);
-  open(header("mm", "3") + barLines(hidden) + barLines(shown) + barLines(hidden));
+  open(headerLines("mm", "3") + barLines(hidden) + barLines(shown) + barLines(hidden));
   for (const SectionDims& dims : {SectionDims{1, 2}, SectionDims{1}, SectionDims{1, 2}}) {
     ASSERT_TRUE(next());
     ASSERT_NE(bar.record, nullptr);
@@ -214,7 +204,7 @@ TEST_F(BatchSourceTest, NumbersBehindAnEarlyEndCountAndAreTheBarsOwn) {
 TEST_F(BatchSourceTest, AnyNumberOfSections) {
   // More than are known at a time, then the first ones again.
   constexpr int count = 9000;
-  Lines lines = header("mm", std::to_string(2 * count));
+  Lines lines = headerLines("mm", std::to_string(2 * count));
   for (int i = 0; i < 2 * count; ++i) {
     lines = std::move(lines) + barLines("W " + std::to_string(i % count));
   }
@@ -231,7 +221,7 @@ TEST_F(BatchSourceTest, AnyNumberOfSections) {
 }
 
 TEST_F(BatchSourceTest, Byte1AEndsTheModel) {
-  open(text(header("mm", "2") + barLines("W 1")) + "\x1A" + text(barLines("W 2")));
+  open(textOf(headerLines("mm", "2") + barLines("W 1")) + "\x1A" + textOf(barLines("W 2")));
   ASSERT_TRUE(next());
   EXPECT_FALSE(next());
 }
@@ -241,7 +231,7 @@ TEST_F(BatchSourceTest, ABarIsThereOnceItsFirstLineIs) {
   const Lines whole = barLines("W 1");
   for (std::size_t count = 1; count <= whole.size(); ++count) {
     const Lines cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(count));
-    open(header("mm", "9") + cut);
+    open(headerLines("mm", "9") + cut);
     ASSERT_TRUE(next());
     for (std::size_t i = 0; i < 3; ++i) {
       EXPECT_EQ(bar.start[i], count > 1 + i ? static_cast<float>(1 + i) : 0.0F) << count;
@@ -256,7 +246,7 @@ TEST_F(BatchSourceTest, ABarIsThereOnceItsFirstLineIs) {
 }
 
 TEST_F(BatchSourceTest, AFileCutInItsHeaderHasNoBars) {
-  const Lines whole = header("m", "5");
+  const Lines whole = headerLines("m", "5");
   for (std::size_t count = 0; count < whole.size(); ++count) {
     BatchSource& source =
         open(Lines(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(count)));
@@ -267,10 +257,10 @@ TEST_F(BatchSourceTest, AFileCutInItsHeaderHasNoBars) {
 }
 
 TEST(BatchReader, ReadsTextFromAStream) {
-  std::istringstream bytes(text(header("cm", "1") + barLines("W 1")));
+  std::istringstream bytes(textOf(headerLines("cm", "1") + barLines("W 1")));
   BatchReader reader(bytes);
   EXPECT_TRUE(reader.isOpen());
-  EXPECT_EQ(reader.title(), "title");
+  EXPECT_EQ(reader.title(), "Modelo");
   EXPECT_EQ(reader.unitCode(), 1);
   EXPECT_EQ(reader.barCount(), 1);
   BatchBar bar;

@@ -59,30 +59,6 @@ class FailingSource final : public BarSource {
   test::ListSource good_{{ScriptedBar{}}};
 };
 
-/// Tells of each line before it takes it, and of its end.
-class WatchedSink final : public ByteSink {
- public:
-  explicit WatchedSink(std::function<void(const std::string&)> line,
-                       std::function<void()> end = nullptr)
-      : line_(std::move(line)), end_(std::move(end)) {}
-  WatchedSink(const WatchedSink&) = delete;
-  WatchedSink& operator=(const WatchedSink&) = delete;
-  ~WatchedSink() override {
-    if (end_) {
-      end_();
-    }
-  }
-
-  bool write(const char* bytes, std::size_t size) override {
-    line_({bytes, size});
-    return true;
-  }
-
- private:
-  std::function<void(const std::string&)> line_;
-  std::function<void()> end_;
-};
-
 /// One export with scripted surroundings.
 class ExportDriverTest : public testing::Test {
  protected:
@@ -245,7 +221,7 @@ TEST_F(ExportDriverTest, TheWholeLocaleIsChangedBetweenOpeningTheFileAndWritingI
   ExportServices watched = services();
   watched.openOutput = [&](const std::wstring&) {
     steps.emplace_back("open");
-    return std::make_unique<WatchedSink>([&](const std::string&) {
+    return std::make_unique<test::WatchedSink>([&](const std::string&) {
       if (steps.back() != "line") {
         steps.emplace_back("line");
       }
@@ -299,7 +275,7 @@ class OrderOfClosing : public ExportDriverTest {
     std::vector<std::string> steps;
     ExportServices watched = services();
     watched.openOutput = [&](const std::wstring&) {
-      return std::make_unique<WatchedSink>(
+      return std::make_unique<test::WatchedSink>(
           [&](const std::string& line) {
             for (const char* const text : {"IFCELEMENTASSEMBLY", "IFCRELCONTAINED", "END-ISO"}) {
               if (line.find(text) != std::string::npos) {
@@ -399,7 +375,7 @@ TEST_F(ExportDriverTest, ThePathIsToldBetweenThePreambleAndTheModel) {
   std::string after;
   ExportServices watched = services();
   watched.openOutput = [&](const std::wstring&) {
-    return std::make_unique<WatchedSink>([&](const std::string& line) {
+    return std::make_unique<test::WatchedSink>([&](const std::string& line) {
       (module.record.outputPath[0] == '\0' ? before : after) += line;
     });
   };
@@ -664,7 +640,7 @@ TEST_F(BatchFileTest, TheModelsFileIsClosedBeforeTheStoreyIsWritten) {
   std::string open;
   ExportServices watched = services();
   watched.openOutput = [&](const std::wstring&) {
-    return std::make_unique<WatchedSink>([&](const std::string& line) {
+    return std::make_unique<test::WatchedSink>([&](const std::string& line) {
       if (modelIsOpen()) {
         open += line;
       }

@@ -46,7 +46,8 @@ TEST_P(GoldenFile, IsWhatTheSampleBecomes) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, GoldenFile, testing::Values("galpao", "familias"));
+INSTANTIATE_TEST_SUITE_P(Samples, GoldenFile, testing::Values("galpao", "familias"),
+                         [](const auto& info) { return std::string(info.param); });
 
 }  // namespace
 }  // namespace exportifc

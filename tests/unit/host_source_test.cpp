@@ -66,8 +66,8 @@ TEST(HostSource, AsksUnitThenCountWithIndexZero) {
 }
 
 TEST(HostSource, AsksNineQueriesABarInAFixedOrder) {
-  const BarRecord record = test::recordOf("W 1", 3);
-  const std::uint32_t address = test::lowAddressOf(record);
+  test::LowRecords records(1);
+  const std::uint32_t address = records.put(0, test::recordOf("W 1", 3));
   ScriptedHost host([&](std::int32_t index, std::int32_t code, void* slot) {
     switch (code) {
       case 0x210003: return fill(slot, 4.5F);
@@ -120,7 +120,8 @@ TEST(HostSource, AHostThatAnswersNothingGivesZeros) {
 }
 
 TEST(HostSource, SlotsLeftAloneKeepTheBarBefore) {
-  const std::uint32_t address = test::lowAddressOf(test::recordOf("W 1"));
+  test::LowRecords records(1);
+  const std::uint32_t address = records.put(0, test::recordOf("W 1"));
   ScriptedHost host([&](std::int32_t index, std::int32_t code, void* slot) {
     const bool node = code == 0x220007;
     if (!node && index > 0) {
@@ -168,7 +169,8 @@ TEST(HostSource, AShortDimensionAnswerKeepsTheRest) {
 }
 
 TEST(HostSource, AHostMayWriteAWholePointerForTheRecord) {
-  const std::uint32_t address = test::lowAddressOf(test::recordOf("W 1"));
+  test::LowRecords records(1);
+  const std::uint32_t address = records.put(0, test::recordOf("W 1"));
   ScriptedHost host([&](std::int32_t index, std::int32_t code, void* slot) {
     if (code == 0x210005) {
       // The upper half does not reach the module.

@@ -16,13 +16,6 @@ namespace exportifc::test {
 
 // ---- Files -------------------------------------------------------------------------------------
 
-bool MemorySink::write(const char* bytes, std::size_t size) {
-  received_.writes.push_back(size);
-  const std::size_t free = room_ - std::min(room_, received_.bytes.size());
-  received_.bytes.append(bytes, std::min(size, free));
-  return size <= free;
-}
-
 TemporaryFolder::TemporaryFolder() {
   // The address makes the name differ between programs that run side by side, the number between
   // folders of one.
@@ -46,22 +39,6 @@ std::string TemporaryFolder::file(const std::string& name) const {
 }
 
 bool fileExists(const std::string& path) { return std::filesystem::exists(path); }
-
-std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) {
-    ADD_FAILURE() << "cannot read " << path;
-  }
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-void writeFile(const std::string& path, std::string_view bytes) {
-  std::ofstream file(path, std::ios::binary);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  if (!file.flush()) {
-    ADD_FAILURE() << "cannot write " << path;
-  }
-}
 
 std::wstring wide(std::string_view text) { return {text.begin(), text.end()}; }
 
@@ -126,32 +103,6 @@ void ScriptedUser::printLine(std::wstring_view line) {
   said.push_back({Said::How::console, std::wstring(line), L""});
 }
 
-// ---- Models ------------------------------------------------------------------------------------
-
-BarRecord recordOf(std::string_view section, std::int32_t quarterTurns) {
-  BarRecord record;
-  // Bytes that the module must not look at.
-  std::memset(&record, 0xA5, sizeof(record));
-  std::memset(record.sectionName, 0, sizeof(record.sectionName));
-  std::memcpy(record.sectionName, section.data(),
-              std::min(section.size(), sizeof(record.sectionName)));
-  record.quarterTurns = quarterTurns;
-  return record;
-}
-
-bool ListSource::next(std::int32_t index, SourceBar& bar) {
-  const ScriptedBar& scripted = bars_.at(static_cast<std::size_t>(index));
-  record_ = recordOf(scripted.section, scripted.quarterTurns);
-  bar.record = scripted.hasRecord ? &record_ : nullptr;
-  bar.typeCode = scripted.type;
-  bar.visible = scripted.visible;
-  bar.angle = scripted.angle;
-  bar.start = scripted.start;
-  bar.end = scripted.end;
-  bar.dims = scripted.dims;
-  return true;
-}
-
 // ---- Exports -----------------------------------------------------------------------------------
 
 std::vector<std::string> linesOf(std::string_view text) {
@@ -194,32 +145,6 @@ std::string exportedFile(const std::function<std::unique_ptr<BarSource>()>& open
       .openModel = [&](const Module&) { return openModel(); }};
   EXPECT_EQ(runExport(module, services), 1);
   return received.bytes;
-}
-
-std::string maskGlobalIds(std::string text) {
-  constexpr std::size_t idLength = 22;
-  constexpr std::string_view rooted[] = {
-      "IFCBEAM",
-      "IFCCOLUMN",
-      "IFCMEMBER",
-      "IFCPROPERTYSET",
-      "IFCRELDEFINESBYPROPERTIES",
-      "IFCELEMENTASSEMBLY",
-      "IFCRELAGGREGATES",
-      "IFCRELCONTAINEDINSPATIALSTRUCTURE",
-  };
-  for (const std::string_view keyword : rooted) {
-    // Generated lines have no blank before the equals sign, those of the preamble do.
-    const std::string start = std::string("= ").append(keyword).append("('");
-    for (std::size_t at = text.find(start); at != std::string::npos; at = text.find(start, at)) {
-      const bool generated = at > 0 && text[at - 1] != ' ';
-      at += start.size();
-      if (generated && text.size() >= at + idLength && text.compare(at + idLength, 1, "'") == 0) {
-        text.replace(at, idLength, idLength, 'G');
-      }
-    }
-  }
-  return text;
 }
 
 std::vector<std::string> linesWith(const std::vector<std::string>& lines,

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-namespace exportifc::module_tests {
+namespace exportifc::test {
 
 /// Zero-filled memory below 4 GiB, released with the object.
 class LowMemory {
@@ -23,4 +23,4 @@ class LowMemory {
   std::size_t size_;
 };
 
-}  // namespace exportifc::module_tests
+}  // namespace exportifc::test

@@ -1,4 +1,4 @@
-#include "tests/module/low_memory.h"
+#include "tests/support/low_memory.h"
 
 #include <cstdint>
 #include <new>
@@ -9,7 +9,7 @@
 #include <sys/mman.h>
 #endif
 
-namespace exportifc::module_tests {
+namespace exportifc::test {
 
 #ifdef _WIN32
 
@@ -48,4 +48,4 @@ LowMemory::~LowMemory() { ::munmap(address_, size_); }
 
 #endif
 
-}  // namespace exportifc::module_tests
+}  // namespace exportifc::test
