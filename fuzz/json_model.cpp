@@ -35,8 +35,8 @@ void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
   }
   require(a.bars.size() == b.bars.size(), "bars were lost");
   for (std::size_t i = 0; i < a.bars.size(); ++i) {
-    const ModelBar& x = a.bars[i];
-    const ModelBar& y = b.bars[i];
+    const exportifc::ModelBar& x = a.bars[i];
+    const exportifc::ModelBar& y = b.bars[i];
     require(x.start == y.start && x.end == y.end && x.type == y.type && x.visible == y.visible &&
                 x.quarterTurns == y.quarterTurns && same(&x.angle, &y.angle, 1),
             "a bar changed");
@@ -68,7 +68,7 @@ std::string written(const exportifc::Model& model) {
 fuzz::Model modelOf(const exportifc::Model& told) {
   fuzz::Model model;
   model.unitCode = told.unitCode;
-  for (const ModelBar& bar : told.bars) {
+  for (const exportifc::ModelBar& bar : told.bars) {
     const std::string& text = told.sections[static_cast<std::size_t>(bar.section)].text;
     model.bars.push_back({.hasRecord = text.size() < sizeof(BarRecord::sectionName),
                           .type = static_cast<float>(bar.type),
