@@ -1,12 +1,12 @@
-// The arguments of the program.
+// From the arguments to the exit code.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "cli/arguments.h"
+#include "cli/failure.h"
 
 namespace exportifc::cli {
 
-/// Runs the command that the arguments (without the program's name) ask for; returns the exit code.
-int runCommandLine(const std::vector<std::string>& arguments);
+/// Runs the command that the arguments ask for.
+ExitCode runCommandLine(const Arguments& arguments);
 
 }  // namespace exportifc::cli

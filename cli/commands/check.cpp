@@ -1,11 +1,13 @@
-#include "cli/commands/check.h"
-
+// exportifc check: what would go wrong, without writing a file.
 #include <algorithm>
 #include <iterator>
+#include <memory>
 #include <utility>
 
+#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
+#include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
@@ -21,6 +23,13 @@ namespace exportifc::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+struct CheckOptions {
+  std::vector<std::string> models;
+  bool visibleOnly = false;
+  bool notes = true;  ///< also say what is only unusual
+  bool json = false;  ///< for programs
+};
 
 /// The same facts for programs; an empty one is left out.
 Json problemJson(const std::string& name, const Problem& problem) {
@@ -62,7 +71,7 @@ Json problemJson(const std::string& name, const Model& model, const Problem& pro
 }
 
 struct Finding {
-  int code = exitOk;
+  ExitCode code = exitOk;
   Json json;
 };
 
@@ -115,14 +124,12 @@ Finding checkOne(const std::string& name, const CheckOptions& options) {
   return finding;
 }
 
-}  // namespace
-
-int runCheckCommand(const CheckOptions& options) {
+ExitCode run(const CheckOptions& options) {
   FilePlan files;
   for (const std::string& model : options.models) {
     files.reads(model);
   }
-  int code = exitOk;
+  ExitCode code = exitOk;
   Json all = Json::array();
   for (const std::string& model : options.models) {
     Finding finding = checkOne(model, options);
@@ -135,6 +142,18 @@ int runCheckCommand(const CheckOptions& options) {
     printLine(all.dump(indent, ' ', false, Json::error_handler_t::replace));
   }
   return code;
+}
+
+}  // namespace
+
+Command addCheck(CLI::App& program) {
+  const auto options = std::make_shared<CheckOptions>();
+  CLI::App& command = addCommand(program, "check", texts::helpCheck);
+  addArguments(command, texts::wordModel, options->models, texts::helpModels).required();
+  addFlag(command, "--visible-only", options->visibleOnly, texts::helpVisibleOnly);
+  addFlag(command, "!--no-notes", options->notes, texts::helpNoNotes);
+  addFlag(command, "--json", options->json, texts::helpJson);
+  return {&command, [options] { return run(*options); }};
 }
 
 }  // namespace exportifc::cli

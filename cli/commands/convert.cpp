@@ -1,7 +1,11 @@
-#include "cli/commands/convert.h"
-
+// exportifc convert: a model in another format, and what is lost on the way.
+#include <memory>
+#include <string>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
@@ -15,7 +19,15 @@
 
 namespace exportifc::cli {
 
-int runConvertCommand(const ConvertOptions& options) {
+namespace {
+
+struct ConvertOptions {
+  std::string model;
+  std::string output;
+  bool strict = false;  ///< refuse when something is lost
+};
+
+ExitCode run(const ConvertOptions& options) {
   FilePlan files;
   files.reads(options.model);
   files.writes(options.output);
@@ -45,6 +57,18 @@ int runConvertCommand(const ConvertOptions& options) {
   format.write(model, output);
   output.commit();
   return exitOk;
+}
+
+}  // namespace
+
+Command addConvert(CLI::App& program) {
+  const auto options = std::make_shared<ConvertOptions>();
+  CLI::App& command = addCommand(program, "convert", texts::helpConvert);
+  addArgument(command, texts::wordModel, options->model, texts::helpModel).required();
+  addName(command, "-o,--output", options->output, texts::helpConvertOutput, texts::wordFile)
+      .required();
+  addFlag(command, "--strict", options->strict, texts::helpConvertStrict);
+  return {&command, [options] { return run(*options); }};
 }
 
 }  // namespace exportifc::cli

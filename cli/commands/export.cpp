@@ -1,18 +1,25 @@
-#include "cli/commands/export.h"
-
+// exportifc export: models as exchange files.
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <memory>
 #include <new>
+#include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
+#include <vector>
 
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/commands.h"
 #include "cli/commands/jobs.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
+#include "cli/loaded_model.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
 #include "cli/output_file.h"
@@ -34,6 +41,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+struct ExportOptions {
+  std::vector<std::string> models;
+  std::string output;     ///< empty: beside the model; "-": standard output
+  std::string directory;  ///< empty: none
+  LoadOptions load;
+  int jobs = 1;
+  bool html = false;
+  std::string viewerTemplate;
+};
+
 constexpr const char* exchangeExtension = ".ifc";
 
 std::string outputFor(const std::string& model, const ExportOptions& options) {
@@ -50,29 +67,6 @@ std::string outputFor(const std::string& model, const ExportOptions& options) {
 
 std::string pageFor(const std::string& output) {
   return textOf(pathOf(output).replace_extension(".html"));
-}
-
-/// What `check` finds, in a few lines; the file is written all the same.
-void reportFindings(const std::string& name, const Model& model, std::vector<Problem> problems) {
-  // Of a long list, the problems of the whole model are not to be missed, nor errors.
-  const auto rank = [](const Problem& problem) {
-    return std::pair(problem.bars > 0, problem.severity);
-  };
-  std::stable_sort(problems.begin(), problems.end(),
-                   [&](const Problem& a, const Problem& b) { return rank(a) < rank(b); });
-  constexpr std::size_t mostLines = 10;
-  const std::size_t found = problems.size();
-  problems.resize(std::min(found, mostLines));
-  for (Problem& problem : problems) {
-    problem.severity = Severity::warning;
-  }
-  reportProblems(name, model, std::move(problems));
-  const std::string count = numberText(static_cast<std::int64_t>(found));
-  if (found > mostLines) {
-    reportModelWarning(name, say(texts::exportProblemsMore, {count}));
-  } else if (found > 1) {
-    reportModelWarning(name, say(texts::checkProblems, {count}));
-  }
 }
 
 /// Whether a problem of the section says already what the module's message says.
@@ -186,12 +180,12 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   // Before the model: a page that is missing must not cost a long export.
   const std::string page =
       options.html ? readViewerTemplate(viewerTemplatePath(options.viewerTemplate)) : "";
-  const auto [model, problems] = loadForExport(name, options);
+  const auto [model, problems] = loadForExport(name, options.load);
   OutputFile file(output);
   ExportResult result;
   {
-    Progress progress(!options.quiet, static_cast<std::int64_t>(model.bars.size()));
-    result = exportModel(model, options.visibleOnly, file,
+    Progress progress(!options.load.quiet, static_cast<std::int64_t>(model.bars.size()));
+    result = exportModel(model, options.load.visibleOnly, file,
                          [&](std::int32_t bar) { return progress.at(bar); });
   }
   if (!result.complete) {
@@ -202,7 +196,7 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
     writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()),
                     pageFor(output));
   }
-  if (!options.quiet) {
+  if (!options.load.quiet) {
     reportMessages(name, model, result, problems);
     printSummary(model, name, output, result,
                  std::chrono::duration<double>(Clock::now() - started).count());
@@ -257,10 +251,10 @@ Job jobOf(const std::string& model, const std::string& output, const ExportOptio
       job.arguments.emplace_back(flag);
     }
   };
-  pass(options.visibleOnly, "--visible-only");
-  pass(options.strict, "--strict");
-  pass(options.transliterate, "--transliterate");
-  pass(options.quiet, "--quiet");
+  pass(options.load.visibleOnly, "--visible-only");
+  pass(options.load.strict, "--strict");
+  pass(options.load.transliterate, "--transliterate");
+  pass(options.load.quiet, "--quiet");
   pass(options.html, "--html");
   if (!options.viewerTemplate.empty()) {
     job.arguments.push_back("--template=" + options.viewerTemplate);
@@ -273,32 +267,7 @@ bool canRunBeside(const std::string& model, const std::string& output) {
   return !isStandardStream(model) && !isStandardStream(output);
 }
 
-}  // namespace
-
-LoadedModel loadForExport(const std::string& name, const ExportOptions& options) {
-  Model model = readModel(name);
-  const auto refuse = [&](const std::vector<Problem>& problems) {
-    if (std::all_of(problems.begin(), problems.end(), isNote)) {
-      return;
-    }
-    reportProblems(name, model, problems);
-    throw Failure(exitProblems, say(texts::nothingWritten, {displayName(name)}));
-  };
-  refuse(checkReferences(model));
-  if (options.transliterate) {
-    transliterate(model);
-  }
-  refuse(options.strict ? checkModel(model, options.visibleOnly)
-                        : checkCharacters(model, options.visibleOnly));
-  std::vector<Problem> problems = checkModel(model, options.visibleOnly);
-  std::erase_if(problems, isNote);
-  if (!options.quiet) {
-    reportFindings(name, model, problems);
-  }
-  return {.model = std::move(model), .problems = std::move(problems)};
-}
-
-int runExportCommand(const ExportOptions& options) {
+ExitCode run(const ExportOptions& options) {
   std::vector<std::string> outputs;
   for (const std::string& model : options.models) {
     outputs.push_back(outputFor(model, options));
@@ -316,22 +285,57 @@ int runExportCommand(const ExportOptions& options) {
       }
     }
     if (jobs.size() == outputs.size()) {
-      return runJobs(jobs, options.jobs, options.quiet);
+      return static_cast<ExitCode>(runJobs(jobs, options.jobs, options.load.quiet));
     }
   }
-  int code = exitOk;
+  ExitCode code = exitOk;
   for (std::size_t i = 0; i < outputs.size() && !system::interrupted(); ++i) {
     try {
       exportOne(options.models[i], outputs[i], options);
     } catch (const Failure& failure) {
       reportFailure(failure);
-      code = std::max<int>(code, failure.code());
+      code = std::max(code, failure.code());
     } catch (const std::bad_alloc&) {
       reportError(displayName(options.models[i]) + ": " + say(texts::outOfMemory));
       code = exitNotWritten;
     }
   }
   return code;
+}
+
+/// A number of processes.
+CLI::Validator jobCount() {
+  return {[](std::string& value) {
+            constexpr int most = 64;
+            int count = 0;
+            const char* const end = value.data() + value.size();
+            const auto read = std::from_chars(value.data(), end, count);
+            const bool isGood =
+                read.ec == std::errc() && read.ptr == end && count > 0 && count <= most;
+            return isGood ? std::string() : say(texts::useJobs, {value});
+          },
+          ""};
+}
+
+}  // namespace
+
+Command addExport(CLI::App& program) {
+  const auto options = std::make_shared<ExportOptions>();
+  CLI::App& command = addCommand(program, "export", texts::helpExport);
+  addArguments(command, texts::wordModel, options->models, texts::helpModels).required();
+  CLI::Option& output =
+      addName(command, "-o,--output", options->output, texts::helpOutput, texts::wordFile);
+  addName(command, "--out-dir", options->directory, texts::helpOutDir, texts::wordFolder)
+      .excludes(&output);
+  addLoadOptions(command, options->load);
+  addFlag(command, "--strict", options->load.strict, texts::helpStrict);
+  addFlag(command, "--html", options->html, texts::helpHtml);
+  addName(command, "--template", options->viewerTemplate, texts::helpTemplate, texts::wordFile);
+  command.add_option("-j,--jobs", options->jobs, say(texts::helpJobs))
+      ->type_name(say(texts::wordNumber))
+      ->check(jobCount());
+  addFlag(command, "-q,--quiet", options->load.quiet, texts::helpQuiet);
+  return {&command, [options] { return run(*options); }};
 }
 
 }  // namespace exportifc::cli

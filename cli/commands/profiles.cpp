@@ -1,11 +1,14 @@
-#include "cli/commands/profiles.h"
-
+// exportifc profiles: the section families, their drawings, what becomes of one section text.
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
@@ -26,6 +29,13 @@
 namespace exportifc::cli {
 
 namespace {
+
+struct ProfilesOptions {
+  /// A family word, or a section text, in one argument or several; empty: all families.
+  std::vector<std::string> words;
+  std::string drawings;   ///< folder for the drawings; empty: none
+  bool markdown = false;  ///< the page docs/profiles.md
+};
 
 std::string familyTitle(const Family& family) {
   const bool halves = family.parts.size() != 1;
@@ -189,7 +199,7 @@ void printDimensions(const Family& family, const ModelSection& section) {
 }
 
 /// What the export makes of a section text; its problems give the exit code.
-int explainSection(const std::string& text) {
+ExitCode explainSection(const std::string& text) {
   const ModelSection section{.name = text, .text = text, .dims = parseSectionDims(text)};
   const Family* const family = findFamilyWord(text.substr(0, text.find(' ')));
   printLine(text);
@@ -208,7 +218,7 @@ int explainSection(const std::string& text) {
   } else if (family != nullptr && !family->parts.empty()) {
     printEntities(*family, section);
   }
-  const int code = found.empty() ? exitOk : exitProblems;
+  const ExitCode code = found.empty() ? exitOk : exitProblems;
   auto notes = sectionNotes(section, {});
   std::move(notes.begin(), notes.end(), std::back_inserter(found));
   for (const Problem& problem : found) {
@@ -228,9 +238,7 @@ std::string joinedWords(const std::vector<std::string>& words) {
   return text;
 }
 
-}  // namespace
-
-int runProfilesCommand(const ProfilesOptions& options) {
+ExitCode run(const ProfilesOptions& options) {
   const std::string text = joinedWords(options.words);
   if (text.find(' ') != std::string::npos && options.drawings.empty() && !options.markdown) {
     return explainSection(text);
@@ -256,6 +264,17 @@ int runProfilesCommand(const ProfilesOptions& options) {
     }
   }
   return exitOk;
+}
+
+}  // namespace
+
+Command addProfiles(CLI::App& program) {
+  const auto options = std::make_shared<ProfilesOptions>();
+  CLI::App& command = addCommand(program, "profiles", texts::helpProfiles);
+  addArguments(command, texts::wordFamily, options->words, texts::helpFamily);
+  addName(command, "--svg", options->drawings, texts::helpSvg, texts::wordFolder);
+  addFlag(command, "--markdown", options->markdown, texts::helpMarkdown);
+  return {&command, [options] { return run(*options); }};
 }
 
 }  // namespace exportifc::cli

@@ -1,14 +1,18 @@
-#include "cli/commands/view.h"
-
+// exportifc view: one page that shows the structure, from a model or from an exchange file.
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <string>
 #include <string_view>
 #include <vector>
 
-#include "cli/commands/export.h"
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
+#include "cli/loaded_model.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
 #include "cli/output_file.h"
@@ -24,6 +28,14 @@
 namespace exportifc::cli {
 
 namespace {
+
+struct ViewOptions {
+  std::string input;   ///< a model or an exchange file
+  std::string output;  ///< empty: beside the input, .html
+  std::string viewerTemplate;
+  LoadOptions load;
+  bool notes = true;  ///< of a model, the page also shows what is only unusual
+};
 
 class MemorySink final : public ByteSink {
  public:
@@ -64,26 +76,21 @@ Shown shownOf(const ViewOptions& options) {
   if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
     return {.exchangeFile = readWholeFile(options.input)};
   }
-  ExportOptions loading;
-  loading.transliterate = options.transliterate;
-  loading.visibleOnly = options.visibleOnly;
-  const Model model = loadForExport(options.input, loading).model;
+  const bool visibleOnly = options.load.visibleOnly;
+  const Model model = loadForExport(options.input, options.load).model;
   MemorySink memory;
   Progress progress(true, static_cast<std::int64_t>(model.bars.size()));
-  const ExportResult result = exportModel(model, options.visibleOnly, memory,
-                                          [&](std::int32_t bar) { return progress.at(bar); });
+  const ExportResult result =
+      exportModel(model, visibleOnly, memory, [&](std::int32_t bar) { return progress.at(bar); });
   if (!result.complete) {
     throw Failure(exitNotWritten,
                   result.interrupted ? say(texts::stoppedByUser) : result.driverFailure);
   }
-  return {
-      .exchangeFile = memory.content(),
-      .notes = options.notes ? notesOn(model, options.visibleOnly) : std::vector<std::string>{}};
+  return {.exchangeFile = memory.content(),
+          .notes = options.notes ? notesOn(model, visibleOnly) : std::vector<std::string>{}};
 }
 
-}  // namespace
-
-int runViewCommand(const ViewOptions& options) {
+ExitCode run(const ViewOptions& options) {
   std::filesystem::path shown = pathOf(options.input);
   std::string output = options.output;
   if (output.empty()) {
@@ -112,6 +119,19 @@ int runViewCommand(const ViewOptions& options) {
     printLine(displayName(options.input) + " -> " + output);
   }
   return exitOk;
+}
+
+}  // namespace
+
+Command addView(CLI::App& program) {
+  const auto options = std::make_shared<ViewOptions>();
+  CLI::App& command = addCommand(program, "view", texts::helpView);
+  addArgument(command, texts::wordInput, options->input, texts::helpViewInput).required();
+  addName(command, "-o,--output", options->output, texts::helpViewOutput, texts::wordFile);
+  addName(command, "--template", options->viewerTemplate, texts::helpTemplate, texts::wordFile);
+  addLoadOptions(command, options->load);
+  addFlag(command, "!--no-notes", options->notes, texts::helpNoNotes);
+  return {&command, [options] { return run(*options); }};
 }
 
 }  // namespace exportifc::cli

@@ -1,29 +1,28 @@
-// exportifc export
+// A model made ready for its export.
 #pragma once
 
 #include <string>
 #include <vector>
 
 #include "library/frame/model.h"
-#include "library/frame/model_check.h"
+#include "library/frame/problem.h"
+
+namespace CLI {  // NOLINT(readability-identifier-naming): the library's own
+class App;
+}
 
 namespace exportifc::cli {
 
-struct ExportOptions {
-  std::vector<std::string> models;
-  std::string output;     ///< empty: beside the model; "-": standard output
-  std::string directory;  ///< empty: none
+/// How a model is taken in, in every command that makes an exchange file of one.
+struct LoadOptions {
   bool visibleOnly = false;
-  bool strict = false;
   bool transliterate = false;
-  bool quiet = false;
-  int jobs = 1;
-  bool html = false;
-  std::string viewerTemplate;
+  bool strict = false;  ///< refuse whatever `check` finds
+  bool quiet = false;   ///< do not say what else is wrong
 };
 
-/// Exports every model; goes on after one that fails. Returns the exit code.
-int runExportCommand(const ExportOptions& options);
+/// Adds the options that all such commands have.
+void addLoadOptions(CLI::App& command, LoadOptions& options);
 
 /// A model that can be exported, and what `check` finds in it all the same.
 struct LoadedModel {
@@ -34,6 +33,6 @@ struct LoadedModel {
 /// Reads a model and makes it ready for an export: references sound, no character that would end
 /// the file, no problem at all with `strict`. Throws a Failure, after having reported each problem.
 /// Problems that do not stop the export are reported as warnings, unless `quiet`.
-LoadedModel loadForExport(const std::string& name, const ExportOptions& options);
+LoadedModel loadForExport(const std::string& name, const LoadOptions& options);
 
 }  // namespace exportifc::cli

@@ -1,0 +1,48 @@
+#include "cli/command.h"
+
+#include <CLI/CLI.hpp>
+
+namespace exportifc::cli {
+
+namespace {
+
+/// A name that may not be empty; `option` is what the message calls it.
+CLI::Validator someName(const std::string& option) {
+  return {[option](std::string& value) {
+            return value.empty() ? say(texts::useEmptyName, {option}) : std::string();
+          },
+          ""};
+}
+
+}  // namespace
+
+CLI::App& addCommand(CLI::App& program, const char* name, const Text& help) {
+  CLI::App* const command = program.add_subcommand(name, say(help));
+  command->group(say(texts::helpCommands));
+  command->set_help_flag("-h,--help", say(texts::helpHelp))->group(say(texts::helpOptions));
+  return *command;
+}
+
+CLI::Option& addArgument(CLI::App& command, const Text& name, std::string& value,
+                         const Text& help) {
+  CLI::Option* const option = command.add_option(say(name), value, say(help));
+  return *option->type_name("")->check(someName(say(name)));
+}
+
+CLI::Option& addArguments(CLI::App& command, const Text& name, std::vector<std::string>& values,
+                          const Text& help) {
+  CLI::Option* const option = command.add_option(say(name), values, say(help));
+  return *option->type_name("")->check(someName(say(name)));
+}
+
+CLI::Option& addName(CLI::App& command, const char* names, std::string& value, const Text& help,
+                     const Text& kind) {
+  CLI::Option* const option = command.add_option(names, value, say(help));
+  return *option->type_name(say(kind))->check(someName(option->get_name()));
+}
+
+CLI::Option& addFlag(CLI::App& command, const char* names, bool& value, const Text& help) {
+  return *command.add_flag(names, value, say(help));
+}
+
+}  // namespace exportifc::cli

@@ -1,0 +1,39 @@
+// A command of the program: its name, its options, what it does.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/failure.h"
+#include "cli/messages.h"
+
+namespace CLI {  // NOLINT(readability-identifier-naming): the library's own
+class App;
+class Option;
+}  // namespace CLI
+
+namespace exportifc::cli {
+
+/// One that the program knows. Its file in cli/commands/ makes it.
+struct Command {
+  const CLI::App* parser;
+  std::function<ExitCode()> run;  ///< with the options that were parsed
+};
+
+/// A command without options yet.
+CLI::App& addCommand(CLI::App& program, const char* name, const Text& help);
+
+/// What stands behind the command without an option; of the second kind as many as the user gives.
+CLI::Option& addArgument(CLI::App& command, const Text& name, std::string& value, const Text& help);
+CLI::Option& addArguments(CLI::App& command, const Text& name, std::vector<std::string>& values,
+                          const Text& help);
+
+/// An option that takes the name of a file or a folder.
+CLI::Option& addName(CLI::App& command, const char* names, std::string& value, const Text& help,
+                     const Text& kind);
+
+/// An option that is given or not.
+CLI::Option& addFlag(CLI::App& command, const char* names, bool& value, const Text& help);
+
+}  // namespace exportifc::cli
