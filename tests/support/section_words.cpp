@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "profiles/section_family.h"
+#include "profiles/section_name.h"
 
 namespace exportifc::test {
 
@@ -66,6 +67,20 @@ std::vector<std::string> halfWords() {
     }
   }
   return words;
+}
+
+std::string testNameOf(std::wstring_view section) {
+  std::string name;
+  for (const char character : narrow(profileFamilyOf(section))) {
+    switch (character) {
+      case '[': name += "Left"; break;
+      case ']': name += "Right"; break;
+      case '<': name += "Less"; break;
+      case '>': name += "Greater"; break;
+      default: name += character; break;
+    }
+  }
+  return name;
 }
 
 }  // namespace exportifc::test

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace exportifc::test {
@@ -18,5 +19,9 @@ std::vector<std::string> wordsOfShapes();
 
 /// The words of all halves, "CA_1" and "CA_2".
 std::vector<std::string> halfWords();
+
+/// A section's family word as the name of a parametrised test, which holds letters, digits and
+/// underscores alone: brackets are spelled.
+std::string testNameOf(std::wstring_view section);
 
 }  // namespace exportifc::test

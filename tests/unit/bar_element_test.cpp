@@ -137,17 +137,21 @@ TEST(WriteBar, TheCommentSaysBeamForEveryType) {
 
 // ---- Reversal ----------------------------------------------------------------------------------
 
-TEST(WriteBar, TwelveSectionNamesReverseTheBar) {
-  for (const std::wstring name : {L"2L_2", L"2LLM_2", L"LXLM_1", L"LXLM_2", L"LX_1", L"LX_2",
-                                  L"LZLM_1", L"LZLM_2", L"LZ_1", L"LZ_2", L"ZS", L"ZI"}) {
-    BarGeometry bar = beam();
-    bar.sectionName = name;
-    const Lines lines = written(bar);
-    EXPECT_EQ(lines[ends], "/* IfcBeam (5000,0,0), (0,0,0)");
-    EXPECT_EQ(lines[location], "#3= IFCCARTESIANPOINT((5000.00000, 0.00000, 0.00000));");
-    EXPECT_EQ(lines[zAxis], "#1= IFCDIRECTION((-1.00000, 0.00000, 0.00000));");
-  }
+class ReversedSection : public testing::TestWithParam<const wchar_t*> {};
+
+TEST_P(ReversedSection, SwapsTheEndsOfItsBar) {
+  BarGeometry bar = beam();
+  bar.sectionName = GetParam();
+  const Lines lines = written(bar);
+  EXPECT_EQ(lines[ends], "/* IfcBeam (5000,0,0), (0,0,0)");
+  EXPECT_EQ(lines[location], "#3= IFCCARTESIANPOINT((5000.00000, 0.00000, 0.00000));");
+  EXPECT_EQ(lines[zAxis], "#1= IFCDIRECTION((-1.00000, 0.00000, 0.00000));");
 }
+
+INSTANTIATE_TEST_SUITE_P(Names, ReversedSection,
+                         testing::Values(L"2L_2", L"2LLM_2", L"LXLM_1", L"LXLM_2", L"LX_1", L"LX_2",
+                                         L"LZLM_1", L"LZLM_2", L"LZ_1", L"LZ_2", L"ZS", L"ZI"),
+                         [](const auto& info) { return test::testNameOf(info.param); });
 
 TEST(WriteBar, OnlyTheWholeSectionNameReverses) {
   for (const std::wstring name : {L"LX_1 50 5", L"lx_1", L"LX_1 ", L" LX_1", L"2L_1", L"2LLM_1",

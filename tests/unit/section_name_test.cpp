@@ -1,9 +1,13 @@
 #include "profiles/section_name.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
+
+#include "profiles/section_family.h"
+#include "tests/support/section_words.h"
 
 namespace exportifc {
 namespace {
@@ -25,19 +29,29 @@ TEST(ProfileFamilyOf, OnlyTheBlankCutsAndNothingIsTrimmed) {
   EXPECT_EQ(profileFamilyOf(L"W\u00A01 2"), L"W\u00A01");
 }
 
-TEST(SplitBuiltUpProfile, KnowsEveryBuiltUpFamily) {
-  const std::vector<std::wstring> families = {
-      L"][",   L"[]",   L"UUE",  L"IENR", L"CA",   L"2L",   L"2L_ASSIMETRICO",
-      L"LL",   L"><",   L"<>",   L"LX",   L"LZ",   L"ICAR", L"2LLM",
-      L"LLLM", L"VVLM", L"LVLM", L"LXLM", L"LZLM", L"UULM", L"2ULM"};
-  ASSERT_EQ(families.size(), 21U);
-  for (const std::wstring& family : families) {
-    std::wstring first;
-    std::wstring second;
-    EXPECT_TRUE(splitBuiltUpProfile(family, first, second));
-    EXPECT_EQ(first, family + L"_1");
-    EXPECT_EQ(second, family + L"_2");
-  }
+constexpr const wchar_t* builtUp[] = {
+    L"][",   L"[]",   L"UUE",  L"IENR", L"CA",   L"2L",   L"2L_ASSIMETRICO",
+    L"LL",   L"><",   L"<>",   L"LX",   L"LZ",   L"ICAR", L"2LLM",
+    L"LLLM", L"VVLM", L"LVLM", L"LXLM", L"LZLM", L"UULM", L"2ULM"};
+
+class BuiltUpFamily : public testing::TestWithParam<const wchar_t*> {};
+
+TEST_P(BuiltUpFamily, HasTwoHalves) {
+  std::wstring first;
+  std::wstring second;
+  EXPECT_TRUE(splitBuiltUpProfile(GetParam(), first, second));
+  EXPECT_EQ(first, std::wstring(GetParam()) + L"_1");
+  EXPECT_EQ(second, std::wstring(GetParam()) + L"_2");
+}
+
+INSTANTIATE_TEST_SUITE_P(Families, BuiltUpFamily, testing::ValuesIn(builtUp),
+                         [](const auto& info) { return test::testNameOf(info.param); });
+
+TEST(SplitBuiltUpProfile, ItsFamiliesAreThoseAbove) {
+  const auto isBuiltUp = [](const SectionFamily& family) { return family.isBuiltUp; };
+  const auto families = sectionFamilies();
+  EXPECT_EQ(static_cast<std::size_t>(std::count_if(families.begin(), families.end(), isBuiltUp)),
+            std::size(builtUp));
 }
 
 TEST(SplitBuiltUpProfile, ASimpleSectionStillGetsItsHalfNames) {
