@@ -1,4 +1,4 @@
-// Whole files.
+// Whole files and folders for them.
 #pragma once
 
 #include <filesystem>
@@ -13,5 +13,23 @@ std::string readFile(const std::string& path);
 std::string readFile(const std::filesystem::path& path);
 void writeFile(const std::string& path, std::string_view bytes);
 void writeFile(const std::filesystem::path& path, std::string_view bytes);
+
+bool fileExists(const std::string& path);
+
+/// An empty folder of its own for real files, removed at the end.
+class TemporaryFolder {
+ public:
+  TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder();
+
+  const std::filesystem::path& path() const { return path_; }
+  /// Narrow path of a file in the folder.
+  std::string file(const std::string& name) const;
+
+ private:
+  std::filesystem::path path_;
+};
 
 }  // namespace exportifc::test

@@ -47,4 +47,19 @@ class Random {
   std::uint64_t state_;
 };
 
+/// Rounds of a random test: fewer where each costs more.
+constexpr int rounds(int optimised) {
+#if defined(__SANITIZE_ADDRESS__)
+  return optimised / 20;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+  return optimised / 20;
+#else
+  return optimised;
+#endif
+#else
+  return optimised;
+#endif
+}
+
 }  // namespace exportifc::test

@@ -2,9 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <stdexcept>
 
@@ -14,31 +11,7 @@
 
 namespace exportifc::test {
 
-// ---- Files -------------------------------------------------------------------------------------
-
-TemporaryFolder::TemporaryFolder() {
-  // The address makes the name differ between programs that run side by side, the number between
-  // folders of one.
-  static int created = 0;
-  const auto parent = std::filesystem::temp_directory_path();
-  std::filesystem::path folder;
-  do {
-    const auto seed = std::filesystem::file_time_type::clock::now().time_since_epoch().count();
-    folder = parent / ("exportifc-" + std::to_string(seed) + "-" + std::to_string(++created));
-  } while (!std::filesystem::create_directory(folder));
-  path_ = folder.string();
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
-std::string TemporaryFolder::file(const std::string& name) const {
-  return (std::filesystem::path(path_) / name).string();
-}
-
-bool fileExists(const std::string& path) { return std::filesystem::exists(path); }
+// ---- Texts -------------------------------------------------------------------------------------
 
 std::wstring wide(std::string_view text) { return {text.begin(), text.end()}; }
 

@@ -1,5 +1,4 @@
-// What the unit tests share beyond tests/support: folders, a scripted person, the lines of an
-// export.
+// What the unit tests share beyond tests/support: a scripted person, the lines of an export.
 #pragma once
 
 #include <cstddef>
@@ -28,39 +27,7 @@
 
 namespace exportifc::test {
 
-/// Rounds of a random test: fewer where each costs more.
-constexpr int rounds(int optimised) {
-#if defined(__SANITIZE_ADDRESS__)
-  return optimised / 20;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-  return optimised / 20;
-#else
-  return optimised;
-#endif
-#else
-  return optimised;
-#endif
-}
-
-// ---- Files -------------------------------------------------------------------------------------
-
-/// An empty folder of its own for real files, removed at the end.
-class TemporaryFolder {
- public:
-  TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder();
-
-  /// Narrow path of a file in the folder.
-  std::string file(const std::string& name) const;
-
- private:
-  std::string path_;
-};
-
-bool fileExists(const std::string& path);
+// ---- Texts -------------------------------------------------------------------------------------
 
 /// The wide form of an ASCII text.
 std::wstring wide(std::string_view text);
