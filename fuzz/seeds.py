@@ -6,8 +6,12 @@ Inputs that the fuzzer found later stand beside the seeds in fuzz/corpus and are
 """
 import pathlib
 import struct
+import sys
 
 here = pathlib.Path(__file__).resolve().parent
+sys.path.insert(0, str(here.parent / "tests/support"))
+from model_files import bar_lines as bar, batch_text as batch  # noqa: E402
+
 sample = (here.parent / "samples/familias.txt").read_text(encoding="latin-1").splitlines()
 bars = [sample[5 + 12 * i : 17 + 12 * i] for i in range(int(sample[4]))]
 
@@ -20,22 +24,12 @@ def write(target, name, data):
 
 # ---- batch text files
 
-def batch(bar_lines, unit="mm", count=None, end="\n"):
-    count = len(bar_lines) if count is None else count
-    lines = ["1", "2", "model", unit, str(count)] + [line for bar in bar_lines for line in bar]
-    return end.join(lines) + end
-
-
-def bar(section, start=(0, 0, 0), finish=(1000, 0, 0), angle="0"):
-    return ["bar", *map(str, start), *map(str, finish), str(angle), section, "A36", "1", "note"]
-
-
 for i in range(0, len(bars), 4):
     write("batch_file", f"families-{i}", batch(bars[i : i + 4]))
 for name, text in {
     "empty": "",
     "header-only": "1\n2\nx\nmm\n0\n",
-    "crlf": batch([bar("W 200 100 5 8")], "cm", end="\r\n"),
+    "crlf": batch([bar("W 200 100 5 8")], "cm", line_end="\r\n"),
     "metres": batch([bar("L 50 50 5 5", ("0,5", "1.5", "2"), ("-1e1", "+3", ".5"), "1,5708")], "m"),
     "unit-unknown": batch([bar("RED 20")], "MM"),
     "count-negative": batch([bar("RED 20")], count=-1),
@@ -61,7 +55,7 @@ for name, text in {
 
 # ---- models behind the callback; the order is that of hostOf in host_model.cpp
 
-families = [bar_lines[8].split()[0] for bar_lines in bars]
+families = [lines[8].split()[0] for lines in bars]
 
 
 def small(value):
@@ -84,7 +78,7 @@ def rest(kind, visible=1, tail=b""):
 
 
 hat = (100, 50, 20, 2, 10, 3, 4)
-for first in range(0, 96, 12):
+for first in range(0, 108, 12):  # every word of the list in host_model.cpp
     write("host_model", f"batch-{first}",
           bytes([1, first // 12 % 3, 12]) + b"".join(host_bar(f, hat[:5]) for f in range(first, first + 12)))
 for kind in range(12):

@@ -6,7 +6,7 @@ familias  one bar for each section family, in millimetres
 
 Each is written twice: as a batch model file (.txt; five header lines, then twelve lines per bar) and
 as a JSON model (.json), which also tells types, visibility and quarter turns.
-The output depends on nothing but this script, so the files can be checked in and compared.
+The output depends on nothing but these scripts, so the files can be checked in and compared.
 """
 
 import argparse
@@ -16,6 +16,9 @@ import sys
 from collections import Counter
 from dataclasses import dataclass, field
 from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent / "tests/support"))
+import model_files  # noqa: E402
 
 # --- the model -------------------------------------------------------------------------------
 
@@ -370,15 +373,16 @@ def number(value):
 def batch_text(model):
     """The batch model file. It has no place for a bar's type and visibility, nor for quarter turns,
     which are added to the angle. Lines that the module only skips carry what helps a reader."""
-    lines = [len(model.nodes), len(model.sections), model.title, model.unit, len(model.bars)]
-    for i, bar in enumerate(model.bars, 1):
-        lines.append(f"Barra {i}")
-        for node in (model.nodes[bar.start], model.nodes[bar.end]):
-            lines += [number(node.x), number(node.y), number(node.z)]
-        lines.append(number(bar.angle + bar.quarter_turns * QUARTER_TURN))
-        lines += [model.sections[bar.section].text, "A36", i, bar.group]
+    def place(node):
+        node = model.nodes[node]
+        return number(node.x), number(node.y), number(node.z)
+
+    bars = [model_files.bar_lines(model.sections[bar.section].text, place(bar.start), place(bar.end),
+                                  number(bar.angle + bar.quarter_turns * QUARTER_TURN), f"Barra {i}", i, bar.group)
+            for i, bar in enumerate(model.bars, 1)]
     # The host writes on Windows.
-    return "".join(f"{line}\r\n" for line in lines).encode("ascii")
+    return model_files.batch_text(bars, model.unit, model.title, len(model.nodes), len(model.sections),
+                                  line_end="\r\n").encode("ascii")
 
 
 # Names of the bar types in JSON models, by their number.

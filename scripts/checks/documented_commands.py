@@ -16,6 +16,9 @@ import sys
 import tempfile
 
 root = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(root / "tests/support"))
+from outcome import check, end  # noqa: E402
+
 limit = 900  # seconds for one command
 
 # Page and the folder in which its commands are meant; the order is that of a newcomer.
@@ -76,18 +79,6 @@ def documented():
                 yield page.relative_to(root), line, folder, command
 
 
-passed = failed = 0
-
-
-def check(name, good, detail=""):
-    global passed, failed
-    if good:
-        passed += 1
-    else:
-        failed += 1
-        print(f"FAILED: {name}" + (f"\n{detail}" if detail else ""), flush=True)
-
-
 def run(command, folder):
     """Exit code and the end of what it says."""
     done = subprocess.run(["bash", "-c", command], cwd=folder, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -124,5 +115,4 @@ with tempfile.TemporaryDirectory(prefix="documented-") as work:
     check("the folder is as git knows it", status.stdout == "", status.stdout)
 
 check("the documents have commands", len(found) > len(left_out))
-print(f"{passed} passed, {failed} failed")
-sys.exit(failed > 0)
+end()

@@ -10,6 +10,7 @@ import sys
 import tempfile
 
 root = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(root / "tests/support"))
 COMPLETE = b"END-ISO-10303-21;\r\n"
 YESTERDAY = b"the file of yesterday"
 
@@ -18,22 +19,6 @@ in_memory = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
 
 # Permissions mean nothing to root: then as a user without rights.
 as_nobody = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else []
-
-passed = failed = 0
-
-
-def check(name, holds, details=""):
-    global passed, failed
-    if holds:
-        passed += 1
-    else:
-        failed += 1
-        print(f"not as it should be: {name} {details}")
-
-
-def end():
-    print(f"{passed} passed, {failed} failed")
-    sys.exit(failed != 0)
 
 
 def contents(folder):

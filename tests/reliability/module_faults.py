@@ -15,7 +15,9 @@ import sys
 import tempfile
 
 import faults
-from faults import COMPLETE, as_nobody, check, contents, root
+from faults import COMPLETE, as_nobody, contents, root
+from model_files import bar_lines, batch_text
+from outcome import check, end
 
 build = pathlib.Path(sys.argv[1]).resolve()
 windows = (build / "exportIFC.dll").exists()
@@ -23,9 +25,8 @@ module = build / ("exportIFC.dll" if windows else "libexportIFC.so")
 probe = build / "tests/reliability" / ("module_probe.exe" if windows else "module_probe")
 host_path = faults.windows_path if windows else str
 
-MODEL = b"1\n2\nmodel\nmm\n2\n" + b"".join(
-    b"bar\n0\n0\n0\n1000\n0\n%d\n0\n%s\nA36\n1\nnote\n" % (z, name)
-    for z, name in ((0, b"RED 20"), (3000, b"2L 50 50 5 5 8")))
+MODEL = batch_text([bar_lines("RED 20", end=(1000, 0, 0)),
+                    bar_lines("2L 50 50 5 5 8", end=(1000, 0, 3000))]).encode()
 
 
 def command(*arguments):
@@ -204,4 +205,4 @@ with new_folder() as folder:
     check("1,000 exports keep only their paths", gained < limit, said)
     print(f"1,000 exports: {said}")
 
-faults.end()
+end()

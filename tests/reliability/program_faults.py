@@ -17,7 +17,8 @@ import subprocess
 import sys
 
 import faults
-from faults import COMPLETE, YESTERDAY, as_nobody, check, contents, root
+from faults import COMPLETE, YESTERDAY, as_nobody, contents, root
+from outcome import check, end
 
 program = pathlib.Path(sys.argv[1] if len(sys.argv) > 1 else root / "build/linux/exportifc").resolve()
 windows = program.suffix == ".exe"
@@ -193,4 +194,4 @@ for length in (255, 259, 1019):
         path.write_bytes(YESTERDAY)
         refused(f"no room for a path of {length} characters", folder, see(path), AT_THE_LIMIT, room=1000)
 
-faults.end()
+end()
