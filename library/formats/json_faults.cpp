@@ -1,9 +1,12 @@
 #include "library/formats/json_faults.h"
 
 #include <algorithm>
+#include <iterator>
+#include <span>
 #include <string_view>
 #include <utility>
 
+#include "library/formats/json_keys.h"
 #include "library/text/messages.h"
 #include "library/text/text_encoding.h"
 
@@ -231,16 +234,32 @@ class FaultFinder {
     ++at_;
   }
 
-  void opening(char c) {
-    // Lists of numbers hold no brackets, sections no lists, sections and bars no objects.
+  std::string_view lastText() const {
+    const std::string_view content = text_.substr(lastText_ + 1);
+    return content.substr(0, content.find('"'));
+  }
+
+  static bool isOneOf(std::string_view key, std::span<const std::string_view> keys) {
+    return std::find(keys.begin(), keys.end(), key) != keys.end();
+  }
+
+  /// Whether what opens here, behind a colon, belongs to an object further out: the object of all
+  /// sections holds no list, sections and bars hold no object.
+  bool belongsFurtherOut(char c) const {
     constexpr std::size_t listOfObjects = 2;
-    if (inArray() && open_.size() > listOfObjects) {
+    const std::string_view key = lastText();
+    return (open_.size() == listOfObjects && c == '[' && isOneOf(key, modelKeyNames)) ||
+           (open_.size() > listOfObjects && c == '{' && !isOneOf(key, sectionKeyNames) &&
+            !isOneOf(key, barKeyNames));
+  }
+
+  void opening(char c) {
+    constexpr std::size_t listOfNumbers = 3;
+    if (inArray() && open_.size() >= listOfNumbers) {
       missing(at_);
       return;
     }
-    if (inObject() && before_ == Before::colon &&
-        ((open_.size() == listOfObjects && c == '[') ||
-         (open_.size() > listOfObjects && c == '{'))) {
+    if (inObject() && before_ == Before::colon && belongsFurtherOut(c)) {
       missing(lastText_);
       return;
     }

@@ -16,6 +16,7 @@
 #include <nlohmann/json.hpp>
 
 #include "library/formats/json_faults.h"
+#include "library/formats/json_keys.h"
 #include "library/formats/json_places.h"
 #include "library/frame/model_error.h"
 #include "library/frame/pointer.h"
@@ -62,11 +63,6 @@ struct Keys {
   std::span<const std::string_view> names;
   std::size_t required;
 };
-constexpr std::string_view modelKeyNames[] = {"unit", "nodes", "sections",
-                                              "bars", "title", "$schema"};
-constexpr std::string_view sectionKeyNames[] = {"text", "dims"};
-constexpr std::string_view barKeyNames[] = {"nodes",   "section", "type",
-                                            "visible", "angle",   "quarterTurns"};
 constexpr Keys modelKeys{modelKeyNames, 4};
 constexpr Keys sectionKeys{sectionKeyNames, 1};
 constexpr Keys barKeys{barKeyNames, 2};

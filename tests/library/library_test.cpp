@@ -1,11 +1,20 @@
 #include "tests/library/library_test.h"
 
 #include <algorithm>
+#include <ostream>
 
 #include <gtest/gtest.h>
 
 #include "library/frame/problem_text.h"
 #include "model/batch_source.h"
+
+namespace exportifc {
+
+void PrintTo(const TextPlace& place, std::ostream* stream) {
+  *stream << place.line << ":" << place.column;
+}
+
+}  // namespace exportifc
 
 namespace exportifc::test {
 
@@ -27,6 +36,19 @@ Model soundModel() {
   model.bars = {{.start = 0, .end = 1, .section = 0}, {.start = 1, .end = 2, .section = 1}};
   model.announcedBars = 2;
   return model;
+}
+
+TextPlace placeAt(std::string_view text, std::size_t byte) {
+  TextPlace place{.line = 1, .column = 1};
+  for (const char c : text.substr(0, byte)) {
+    if (c == '\n') {
+      ++place.line;
+      place.column = 1;
+    } else if ((static_cast<unsigned char>(c) & 0xC0U) != 0x80U) {
+      ++place.column;  // of the bytes of a character the first one counts
+    }
+  }
+  return place;
 }
 
 std::string brief(const Problem& problem) {

@@ -1,7 +1,9 @@
 // What the tests of models as documents share.
 #pragma once
 
+#include <cstddef>
 #include <initializer_list>
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +11,15 @@
 #include "library/frame/model.h"
 #include "library/frame/problem.h"
 #include "library/text/text.h"
+
+namespace exportifc {
+
+inline bool operator==(const TextPlace& a, const TextPlace& b) {
+  return a.line == b.line && a.column == b.column;
+}
+void PrintTo(const TextPlace& place, std::ostream* stream);
+
+}  // namespace exportifc
 
 namespace exportifc::test {
 
@@ -32,6 +43,11 @@ ModelSection sectionWith(const std::string& text, std::initializer_list<float> d
 /// A sound model in millimetres: a bar of "W 200 100 8 6" from the origin to (0, 0, 3000), and one
 /// of "EC 80 0 0 12" on from there to (5000, 0, 3000).
 Model soundModel();
+
+// ---- places
+
+/// Of the character at that byte of a text.
+TextPlace placeAt(std::string_view text, std::size_t byte);
 
 // ---- problems
 

@@ -1,0 +1,14 @@
+// The keys of the objects in a JSON model.
+#pragma once
+
+#include <string_view>
+
+namespace exportifc {
+
+inline constexpr std::string_view modelKeyNames[] = {"unit", "nodes", "sections",
+                                                     "bars", "title", "$schema"};
+inline constexpr std::string_view sectionKeyNames[] = {"text", "dims"};
+inline constexpr std::string_view barKeyNames[] = {"nodes",   "section", "type",
+                                                   "visible", "angle",   "quarterTurns"};
+
+}  // namespace exportifc
