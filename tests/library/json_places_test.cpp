@@ -69,7 +69,7 @@ class RandomJson {
 
   void list(const std::string& pointer, int depth) {
     put("[");
-    const auto count = random_.integer(0, 12);
+    const auto count = random_.integer(0, random_.once(4) ? 12 : 3);
     for (std::int64_t i = 0; i < count; ++i) {
       put(i > 0 ? "," : "");
       blanks();
