@@ -34,6 +34,7 @@
 #include "plugin/bar_export.h"
 #include "plugin/export_driver.h"
 #include "plugin/module.h"
+#include "plugin/system_interface.h"
 #include "step/entity_registry.h"
 #include "step/preamble.h"
 #include "step/step_writer.h"
@@ -118,7 +119,7 @@ void writeAll(BarSource& model, std::unique_ptr<ByteSink> sink) {
   StepWriter writer(std::move(sink));
   writer.writeHeader();
   writePreamble(writer);
-  exportBars(writer, BarChoice::all, model, platform::systemUserInterface());
+  exportBars(writer, BarChoice::all, model, systemInterface());
   writer.writeFooter();
 }
 

@@ -138,8 +138,7 @@ void profile(benchmark::State& state) {
   StepWriter writer(std::make_unique<test::CountingSink>(counted));
   const SectionDims dims = parseSectionDims("W 352 171 9.8 6.9");
   for (auto _ : state) {
-    benchmark::DoNotOptimize(writeProfile(writer, L"W 352 171 9.8 6.9", dims, simpleFlangeSide,
-                                          platform::systemUserInterface()));
+    benchmark::DoNotOptimize(writeProfile(writer, L"W 352 171 9.8 6.9", dims, simpleFlangeSide));
   }
   state.SetItemsProcessed(state.iterations() * 4);  // entities
 }

@@ -66,6 +66,11 @@ inline constexpr Text fileIncomplete{"the file has no end", "o arquivo ficou sem
 inline constexpr Text exportProblemsMore{
     "{0} {0:problem|problems}; exportifc check shows all",
     "{0} {0:problema|problemas}; exportifc check mostra todos"};
+inline constexpr Text moduleUnknownProfile{"\"Perfil Desconhecido\" (unknown profile)",
+                                           "\"Perfil Desconhecido\""};
+inline constexpr Text moduleBarWithoutRecord{
+    "\"Problema ao exportar Barra\" (a bar could not be exported)",
+    "\"Problema ao exportar Barra\""};
 inline constexpr Text moduleMessage{"{0}: section \"{1}\"", "{0}: seção \"{1}\""};
 inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",
                                    "{0}: não foi possível iniciar outro processo: {1}"};

@@ -95,7 +95,7 @@ struct HostBar {
 struct Host {
   std::int32_t unitCode = 0;
   std::int32_t reportedCount = 0;
-  bool answersYes = true;
+  BarChoice choice = BarChoice::all;
   bool asBatch = false;  ///< only what the batch format can say
   Thrown thrown = Thrown::nothing;
   std::uint32_t throwAt = 0;  ///< number of the query that throws
@@ -136,7 +136,7 @@ Host hostOf(ByteReader& bytes) {
   Host host;
   const std::uint8_t flags = bytes.byte();
   host.asBatch = (flags & 1U) != 0;
-  host.answersYes = (flags & 2U) == 0;
+  host.choice = (flags & 2U) != 0 ? BarChoice::visibleOnly : BarChoice::all;
   const bool careless = (flags & 4U) != 0;
   if ((flags & 8U) != 0 && !host.asBatch) {
     host.thrown = static_cast<Thrown>(bytes.byte() % 5);
@@ -264,7 +264,7 @@ std::int32_t answer(std::uint64_t handle, std::int32_t index, std::int32_t code,
 Model modelOf(const Host& host) {
   Model model;
   model.unitCode = host.unitCode;
-  model.leaveOutHidden = !host.answersYes;
+  model.leaveOutHidden = host.choice == BarChoice::visibleOnly;
   ModelBar seen;
   seen.visible = 0;
   std::size_t startNode = 0;
@@ -340,7 +340,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Model model = modelOf(host);
 
   CountingInterface ui;
-  ui.answer = host.answersYes;
+  ui.answer = host.choice;
   Exported exported;
   Thrown left = Thrown::nothing;
   try {

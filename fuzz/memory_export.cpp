@@ -1,12 +1,9 @@
 #include "fuzz/memory_export.h"
 
-#include <cstring>
-
 #include "fuzz/require.h"
 #include "model/batch_source.h"
 #include "model/host_source.h"
 #include "plugin/module.h"
-#include "plugin/texts.h"
 
 namespace exportifc::fuzz {
 
@@ -19,11 +16,9 @@ class WithSaveFile final : public UserInterface {
  public:
   explicit WithSaveFile(UserInterface& ui) : ui_(ui) {}
 
-  SaveChoice chooseSaveFile() override { return {.accepted = true, .path = anyOutputPath}; }
-  bool ask(const char* text, const char* caption) override { return ui_.ask(text, caption); }
-  void show(const char* text, const char* caption) override { ui_.show(text, caption); }
-  void show(const wchar_t* text, const wchar_t* caption) override { ui_.show(text, caption); }
-  void printLine(std::wstring_view line) override { ui_.printLine(line); }
+  std::optional<std::wstring> chooseSaveFile() override { return anyOutputPath; }
+  BarChoice chooseBars() override { return ui_.chooseBars(); }
+  void show(const Message& message) override { ui_.show(message); }
 
  private:
   UserInterface& ui_;
@@ -31,23 +26,13 @@ class WithSaveFile final : public UserInterface {
 
 }  // namespace
 
-void CountingInterface::show(const char* text, const char* caption) {
-  if (std::strcmp(caption, texts::unhandledExceptionCaption) == 0) {
-    ++unhandled;
-  } else {
-    require(std::strcmp(text, texts::barProblem) == 0, "a narrow message nobody knows");
-    ++barProblems;
+void CountingInterface::show(const Message& message) {
+  switch (message.id) {
+    case MessageId::exportFailed: ++unhandled; break;
+    case MessageId::barWithoutRecord: ++barProblems; break;
+    case MessageId::unknownProfile: ++unknownProfiles; break;
+    default: fail("a message that no bar has");
   }
-}
-
-void CountingInterface::show(const wchar_t* text, const wchar_t* /*caption*/) {
-  require(std::wstring_view(text) == L"Perfil Desconhecido", "a wide message nobody knows");
-  ++unknownProfiles;
-}
-
-void CountingInterface::printLine(std::wstring_view line) {
-  require(line.starts_with(L"AVISO! Perfil desconhecido: "), "a printed line nobody knows");
-  ++printedLines;
 }
 
 Exported exportBatch(const std::string& path, UserInterface& ui) {

@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include "model/bar_source.h"
-#include "platform/user_interface.h"
 #include "plugin/export_driver.h"
+#include "plugin/user_interface.h"
 #include "tests/support/sinks.h"
 
 namespace exportifc::fuzz {
@@ -17,21 +17,18 @@ namespace exportifc::fuzz {
 /// Answers at once and counts what it is told.
 class CountingInterface final : public UserInterface {
  public:
-  SaveChoice chooseSaveFile() override { return {.accepted = false, .path = {}}; }
-  bool ask(const char* /*text*/, const char* /*caption*/) override {
+  std::optional<std::wstring> chooseSaveFile() override { return std::nullopt; }
+  BarChoice chooseBars() override {
     ++questions;
     return answer;
   }
-  void show(const char* text, const char* caption) override;
-  void show(const wchar_t* text, const wchar_t* caption) override;
-  void printLine(std::wstring_view line) override;
+  void show(const Message& message) override;
 
-  bool answer = true;
+  BarChoice answer = BarChoice::all;
   int questions = 0;
   int barProblems = 0;
   int unknownProfiles = 0;
   int unhandled = 0;
-  int printedLines = 0;
 };
 
 /// The outcome of one export.

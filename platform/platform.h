@@ -8,9 +8,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/byte_sink.h"
-#include "platform/user_interface.h"
 
 namespace exportifc::platform {
 
@@ -52,7 +52,20 @@ std::optional<std::string> narrowPath(const std::wstring& path);
 /// frames between must have nothing left to destroy, for they may not be asked to.
 [[noreturn]] void throwToHost(const char* text);
 
-/// The system's dialogs and console (Linux: standard error and the terminal).
-UserInterface& systemUserInterface();
+// Dialogs; on Linux the terminal, with messages on standard error. Narrow texts are Windows-1252,
+// wide ones UTF-16 code units.
+
+/// Asks where to save the exchange file; nothing when the user gives up.
+std::optional<std::wstring> chooseSaveFile();
+
+/// A Yes/No question: false when the answer is No, true also when there is none.
+bool askYesNo(const char* text, const char* caption);
+
+/// A message with an OK button. Needs no memory of ours.
+void showBox(const char* text, const char* caption);
+void showBox(const wchar_t* text, const wchar_t* caption);
+
+/// One line on the process's standard output.
+void printLine(std::wstring_view line);
 
 }  // namespace exportifc::platform

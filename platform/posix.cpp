@@ -99,65 +99,14 @@ struct Utf8 {
 Utf8<char> utf8(std::string_view text) { return {text}; }
 Utf8<wchar_t> utf8(std::wstring_view text) { return {text}; }
 
-class TerminalInterface final : public UserInterface {
- public:
-  SaveChoice chooseSaveFile() override {
-    if (!hasTerminal()) {
-      return {};
-    }
-    std::string name;
-    std::cerr << "Arquivos IFC (*.ifc): " << std::flush;
-    if (!readLine(name) || name.empty()) {
-      return {};
-    }
-    const std::size_t base = name.find_last_of('/') + 1;  // npos + 1 is 0
-    if (name.find('.', base) == std::string::npos) {
-      name += ".ifc";  // what the Windows dialog does
-    }
-    return {.accepted = true, .path = widenPath(name).value_or(L"")};
-  }
+/// An end of input at a terminal ends one answer, not all that follow.
+bool readLine(std::string& line) {
+  std::clearerr(stdin);
+  std::cin.clear();
+  return static_cast<bool>(std::getline(std::cin, line));
+}
 
-  bool ask(const char* text, const char* caption) override {
-    if (!hasTerminal()) {
-      return true;
-    }
-    for (;;) {
-      std::cerr << utf8(caption) << ": " << utf8(text) << " [S/N] " << std::flush;
-      std::string answer;
-      if (!readLine(answer)) {
-        return true;
-      }
-      if (answer == "S" || answer == "s") {
-        return true;
-      }
-      if (answer == "N" || answer == "n") {
-        return false;
-      }
-    }
-  }
-
-  void show(const char* text, const char* caption) override {
-    std::cerr << utf8(caption) << ": " << utf8(text) << std::endl;
-  }
-
-  void show(const wchar_t* text, const wchar_t* caption) override {
-    std::cerr << utf8(caption) << ": " << utf8(text) << std::endl;
-  }
-
-  // Narrow output: the first wide character would turn the host's standard output into a wide
-  // stream, and its own narrow prints would then be lost.
-  void printLine(std::wstring_view line) override { std::cout << utf8(line) << std::endl; }
-
- private:
-  /// An end of input at a terminal ends one answer, not all that follow.
-  static bool readLine(std::string& line) {
-    std::clearerr(stdin);
-    std::cin.clear();
-    return static_cast<bool>(std::getline(std::cin, line));
-  }
-
-  static bool hasTerminal() { return ::isatty(STDIN_FILENO) != 0; }
-};
+bool hasTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 
 /// Random bytes of the system, fetched for many GUIDs at once: the call costs more than they do.
 class RandomBytes {
@@ -251,9 +200,51 @@ std::optional<std::wstring> widenPath(const std::string& path) {
 
 std::optional<std::string> narrowPath(const std::wstring& path) { return lowBytes(path); }
 
-UserInterface& systemUserInterface() {
-  static TerminalInterface instance;
-  return instance;
+std::optional<std::wstring> chooseSaveFile() {
+  if (!hasTerminal()) {
+    return std::nullopt;
+  }
+  std::string name;
+  std::cerr << "Arquivos IFC (*.ifc): " << std::flush;
+  if (!readLine(name) || name.empty()) {
+    return std::nullopt;
+  }
+  const std::size_t base = name.find_last_of('/') + 1;  // npos + 1 is 0
+  if (name.find('.', base) == std::string::npos) {
+    name += ".ifc";  // what the Windows dialog does
+  }
+  return widenPath(name);
 }
+
+bool askYesNo(const char* text, const char* caption) {
+  if (!hasTerminal()) {
+    return true;
+  }
+  for (;;) {
+    std::cerr << utf8(caption) << ": " << utf8(text) << " [S/N] " << std::flush;
+    std::string answer;
+    if (!readLine(answer)) {
+      return true;
+    }
+    if (answer == "S" || answer == "s") {
+      return true;
+    }
+    if (answer == "N" || answer == "n") {
+      return false;
+    }
+  }
+}
+
+void showBox(const char* text, const char* caption) {
+  std::cerr << utf8(caption) << ": " << utf8(text) << std::endl;
+}
+
+void showBox(const wchar_t* text, const wchar_t* caption) {
+  std::cerr << utf8(caption) << ": " << utf8(text) << std::endl;
+}
+
+// Narrow output: the first wide character would turn the host's standard output into a wide
+// stream, and its own narrow prints would then be lost.
+void printLine(std::wstring_view line) { std::cout << utf8(line) << std::endl; }
 
 }  // namespace exportifc::platform

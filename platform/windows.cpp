@@ -61,42 +61,6 @@ class FileSink final : public ByteSink {
   HANDLE file_ = INVALID_HANDLE_VALUE;
 };
 
-class SystemDialogs final : public UserInterface {
- public:
-  SaveChoice chooseSaveFile() override {
-    std::wstring path(pathCapacity, L'\0');
-    OPENFILENAMEW dialog{};
-    static_assert(sizeof(dialog) == 152);
-    dialog.lStructSize = sizeof(dialog);
-    dialog.lpstrFilter = L"Arquivos IFC\0*.ifc\0";
-    dialog.lpstrFile = path.data();
-    dialog.nMaxFile = static_cast<DWORD>(pathCapacity);
-    dialog.Flags = OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST;
-    dialog.lpstrDefExt = L".ifc";
-    const bool accepted = GetSaveFileNameW(&dialog) != 0;
-    path.resize(std::wcslen(path.c_str()));
-    return {.accepted = accepted, .path = std::move(path)};
-  }
-
-  bool ask(const char* text, const char* caption) override {
-    return MessageBoxA(nullptr, text, caption, MB_YESNO) != IDNO;
-  }
-
-  void show(const char* text, const char* caption) override {
-    MessageBoxA(nullptr, text, caption, MB_OK);
-  }
-
-  void show(const wchar_t* text, const wchar_t* caption) override {
-    MessageBoxW(nullptr, text, caption, MB_OK);
-  }
-
-  void printLine(std::wstring_view line) override {
-    std::wcout << line << std::endl;
-    // A name that the console's code page cannot take fails the stream: later lines still count.
-    std::wcout.clear();
-  }
-};
-
 }  // namespace
 
 Guid newGuid() {
@@ -144,9 +108,37 @@ std::optional<std::string> narrowPath(const std::wstring& path) {
   return narrow;
 }
 
-UserInterface& systemUserInterface() {
-  static SystemDialogs instance;
-  return instance;
+std::optional<std::wstring> chooseSaveFile() {
+  std::wstring path(pathCapacity, L'\0');
+  OPENFILENAMEW dialog{};
+  static_assert(sizeof(dialog) == 152);
+  dialog.lStructSize = sizeof(dialog);
+  dialog.lpstrFilter = L"Arquivos IFC\0*.ifc\0";
+  dialog.lpstrFile = path.data();
+  dialog.nMaxFile = static_cast<DWORD>(pathCapacity);
+  dialog.Flags = OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST;
+  dialog.lpstrDefExt = L".ifc";
+  if (GetSaveFileNameW(&dialog) == 0) {
+    return std::nullopt;
+  }
+  path.resize(std::wcslen(path.c_str()));
+  return path;
+}
+
+bool askYesNo(const char* text, const char* caption) {
+  return MessageBoxA(nullptr, text, caption, MB_YESNO) != IDNO;
+}
+
+void showBox(const char* text, const char* caption) { MessageBoxA(nullptr, text, caption, MB_OK); }
+
+void showBox(const wchar_t* text, const wchar_t* caption) {
+  MessageBoxW(nullptr, text, caption, MB_OK);
+}
+
+void printLine(std::wstring_view line) {
+  std::wcout << line << std::endl;
+  // A name that the console's code page cannot take fails the stream: later lines still count.
+  std::wcout.clear();
 }
 
 }  // namespace exportifc::platform

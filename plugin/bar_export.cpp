@@ -11,7 +11,6 @@
 #include "model/bar.h"
 #include "model/bar_type.h"
 #include "model/length_unit.h"
-#include "platform/user_interface.h"
 #include "plugin/known_sections.h"
 #include "plugin/texts.h"
 #include "profiles/profile_dispatch.h"
@@ -78,7 +77,7 @@ void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInte
 
   for (std::int32_t index = 0; index < barCount && model.next(index, bar); ++index) {
     if (bar.record == nullptr) {
-      ui.show(texts::barProblem, texts::barProblemCaption);
+      ui.show({.id = MessageId::barWithoutRecord});
       continue;
     }
     const BarType& type = barTypeOf(truncated(bar.typeCode));
@@ -98,9 +97,11 @@ void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInte
       if (!placement) {  // the second half lies where the first does
         placement = placementOf(part.bar);
       }
-      const std::int32_t profile =
-          writeProfile(writer, part.row, part.profileName(), bar.dims,
-                       part.isHalf ? halfFlangeSide : simpleFlangeSide, ui);
+      if (part.row == nullptr) {
+        ui.show({.id = MessageId::unknownProfile, .profileName = part.profileName()});
+      }
+      const std::int32_t profile = writeProfile(writer, part.row, part.profileName(), bar.dims,
+                                                part.isHalf ? halfFlangeSide : simpleFlangeSide);
       keep(groups.of(type.group), writeBar(writer, part.bar, *placement, profile));
     }
   }

@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "plugin/bar_export.h"
 #include "plugin/output_path.h"
+#include "plugin/system_interface.h"
 #include "plugin/texts.h"
 #include "step/preamble.h"
 #include "step/step_writer.h"
@@ -25,11 +26,6 @@ std::unique_ptr<BarSource> openModel(const Module& module) {
     return std::make_unique<HostSource>(module.record.hostQuery, module.record.hostHandle);
   }
   return std::make_unique<BatchSource>(module.batchPath);
-}
-
-BarChoice askForBars(UserInterface& ui) {
-  const bool invisibleToo = ui.ask(texts::askInvisibleBars, texts::askInvisibleBarsCaption);
-  return invisibleToo ? BarChoice::all : BarChoice::visibleOnly;
 }
 
 /// Tells the host which file is being written. A path without a narrow form leaves the field empty.
@@ -58,8 +54,8 @@ std::string cutToBytes(const std::wstring& path) {
 }
 
 /// A failure of a whole export; returns the export's result.
-std::int64_t report(const ExportServices& services, const char* description) {
-  services.ui.show(description, texts::unhandledExceptionCaption);
+std::int64_t report(const ExportServices& services, const char* reason) {
+  services.ui.show({.id = MessageId::exportFailed, .reason = reason});
   return 1;
 }
 
@@ -69,7 +65,7 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
     return -1;
   }
   const bool isBatch = !module.batchPath.empty();
-  const BarChoice choice = isBatch ? BarChoice::all : askForBars(services.ui);
+  const BarChoice choice = isBatch ? BarChoice::all : services.ui.chooseBars();
   StepWriter writer(services.openOutput(path));
   if (writer.stream.failed()) {
     throw static_cast<const char*>(texts::fileCreationFailed);
@@ -89,9 +85,7 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
 }  // namespace
 
 ExportServices systemServices() {
-  return {.ui = platform::systemUserInterface(),
-          .openOutput = platform::openForWriting,
-          .openModel = openModel};
+  return {.ui = systemInterface(), .openOutput = platform::openForWriting, .openModel = openModel};
 }
 
 std::int64_t runExport(Module& module, const ExportServices& services) {
@@ -110,7 +104,7 @@ std::int64_t runExport(Module& module, const ExportServices& services) {
 
 std::int64_t exportBatchFile(Module& module, const ExportServices& services, const char* path) {
   if (path == nullptr) {
-    services.ui.show(texts::invalidFileName, texts::exportErrorCaption);
+    services.ui.show({.id = MessageId::noFileName});
     return 0;
   }
   try {

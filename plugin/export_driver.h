@@ -8,8 +8,8 @@
 
 #include "model/bar_source.h"
 #include "platform/byte_sink.h"
-#include "platform/user_interface.h"
 #include "plugin/module.h"
+#include "plugin/user_interface.h"
 
 namespace exportifc {
 

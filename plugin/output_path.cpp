@@ -40,15 +40,15 @@ std::wstring chooseOutputPath(const std::string& batchPath, UserInterface& ui) {
   if (!batchPath.empty()) {
     return batchOutputPath(batchPath);
   }
-  UserInterface::SaveChoice choice = ui.chooseSaveFile();
-  if (!choice.accepted) {
+  std::optional<std::wstring> path = ui.chooseSaveFile();
+  if (!path) {
     return {};
   }
-  if (!probe(choice.path)) {
-    ui.show(texts::cannotCreateFile, texts::exportErrorCaption);
+  if (!probe(*path)) {
+    ui.show({.id = MessageId::cannotCreateFile});
     return {};
   }
-  return std::move(choice.path);
+  return std::move(*path);
 }
 
 }  // namespace exportifc

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/user_interface.h"
+#include "plugin/user_interface.h"
 
 namespace exportifc {
 

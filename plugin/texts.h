@@ -2,6 +2,12 @@
 // written with escapes so that no compiler's execution character set matters.
 #pragma once
 
+#include <cstddef>
+#include <variant>
+
+#include "plugin/user_interface.h"
+#include "profiles/table_order.h"
+
 namespace exportifc::texts {
 
 inline constexpr const char* menuCaption = "Exportar IFC";
@@ -15,18 +21,43 @@ inline constexpr const char* askInvisibleBars = "Deseja exportar barras invis\xE
 /// "Importação de arquivo .IFC"
 inline constexpr const char* askInvisibleBarsCaption = "Importa\xE7\xE3o de arquivo .IFC";
 
-inline constexpr const char* unhandledExceptionCaption = "UNHANDLED EXCEPTION";
-
-inline constexpr const char* barProblem = "Problema ao exportar Barra";
-inline constexpr const char* barProblemCaption = "Erro";
-
-/// "Nome de arquivo Inválido"
-inline constexpr const wchar_t* invalidFileName = L"Nome de arquivo Inv\u00E1lido";
-/// "Não foi possível criar o arquivo"
-inline constexpr const wchar_t* cannotCreateFile = L"N\u00E3o foi poss\u00EDvel criar o arquivo";
-inline constexpr const wchar_t* exportErrorCaption = L"Erro ao exportar arquivo";
-
 inline constexpr const char* frameAssembly = "Elementos_de_Portico";
 inline constexpr const char* trussAssembly = "Elementos_de_Trelica";
+
+// ---- Messages ----------------------------------------------------------------------------------
+
+/// A box with an OK button, of narrow or of wide text.
+struct NarrowBox {
+  const char* text;  ///< null: the reason of the message
+  const char* caption;
+};
+struct WideBox {
+  const wchar_t* text;
+  const wchar_t* caption;
+};
+
+/// How a message is shown.
+struct MessageTexts {
+  MessageId id;
+  std::variant<NarrowBox, WideBox> box;
+  const wchar_t* consoleLine = nullptr;  ///< printed after the box, the profile's name behind it
+};
+
+// clang-format off
+inline constexpr MessageTexts messageTexts[] = {
+    {MessageId::exportFailed, NarrowBox{nullptr, "UNHANDLED EXCEPTION"}},
+    {MessageId::barWithoutRecord, NarrowBox{"Problema ao exportar Barra", "Erro"}},
+    {MessageId::unknownProfile, WideBox{L"Perfil Desconhecido", L"Aviso"}, L"AVISO! Perfil desconhecido: "},
+    // "Não foi possível criar o arquivo"
+    {MessageId::cannotCreateFile, WideBox{L"N\u00E3o foi poss\u00EDvel criar o arquivo", L"Erro ao exportar arquivo"}},
+    // "Nome de arquivo Inválido"
+    {MessageId::noFileName, WideBox{L"Nome de arquivo Inv\u00E1lido", L"Erro ao exportar arquivo"}},
+};
+// clang-format on
+static_assert(standsInOrder(messageTexts, &MessageTexts::id, MessageId::noFileName));
+
+constexpr const MessageTexts& textsOf(MessageId id) {
+  return messageTexts[static_cast<std::size_t>(id)];
+}
 
 }  // namespace exportifc::texts

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cmath>
-#include <string>
 #include <utility>
 
 namespace exportifc {
@@ -215,8 +214,7 @@ std::int32_t writeOutlineProfile(StepWriter& writer, Outline outline, const Host
   return writeClosedProfile(writer, name, outlinePoints(outline, arguments));
 }
 
-std::int32_t writeUnknownProfile(StepWriter& writer, const HostText& name, UserInterface& ui) {
-  ui.printLine(std::wstring(L"AVISO! Perfil desconhecido: ").append(std::wstring_view(name)));
+std::int32_t writeUnknownProfile(StepWriter& writer) {
   static const Points square = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}, {-2, -2}};
   return writeClosedProfile(writer, L"UnknownProfile", square);
 }

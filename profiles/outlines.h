@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "elements/polyline.h"
-#include "platform/user_interface.h"
 #include "profiles/parametric.h"
 #include "step/host_text.h"
 #include "step/step_writer.h"
@@ -24,8 +23,8 @@ std::vector<OutlinePoint> outlinePoints(Outline outline, const ProfileArguments&
 std::int32_t writeOutlineProfile(StepWriter& writer, Outline outline, const HostText& name,
                                  const ProfileArguments& arguments);
 
-/// The stand-in for a section nobody knows: prints a warning with its name and writes a square of
-/// side 4 mm under the name 'UnknownProfile'; returns the number of the profile definition.
-std::int32_t writeUnknownProfile(StepWriter& writer, const HostText& name, UserInterface& ui);
+/// The stand-in for a section whose family is not known: a square of side 4 mm under the name
+/// 'UnknownProfile'; returns the number of the profile definition.
+std::int32_t writeUnknownProfile(StepWriter& writer);
 
 }  // namespace exportifc

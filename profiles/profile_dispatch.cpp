@@ -78,15 +78,14 @@ ProfileArguments profileArguments(const FamilyRow& row, const SectionDims& secti
 }
 
 std::int32_t writeProfile(StepWriter& writer, const HostText& name, const SectionDims& sectionDims,
-                          int flangeSide, UserInterface& ui) {
-  return writeProfile(writer, findFamily(profileFamilyOf(name)), name, sectionDims, flangeSide, ui);
+                          int flangeSide) {
+  return writeProfile(writer, findFamily(profileFamilyOf(name)), name, sectionDims, flangeSide);
 }
 
 std::int32_t writeProfile(StepWriter& writer, const FamilyRow* row, const HostText& name,
-                          const SectionDims& sectionDims, int flangeSide, UserInterface& ui) {
+                          const SectionDims& sectionDims, int flangeSide) {
   if (row == nullptr) {
-    ui.show(L"Perfil Desconhecido", L"Aviso");
-    return writeUnknownProfile(writer, name, ui);
+    return writeUnknownProfile(writer);
   }
   const ProfileArguments arguments = profileArguments(*row, sectionDims, flangeSide);
   if (const auto* const variant = std::get_if<Parametric>(&row->writer)) {

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "model/bar.h"
-#include "platform/user_interface.h"
 #include "profiles/section_family.h"
 #include "step/host_text.h"
 #include "step/step_writer.h"
@@ -40,12 +39,12 @@ ProfileArguments profileArguments(const FamilyRow& row, const SectionDims& secti
 
 /// Writes the profile definition of the section called `name` (a whole section text, or the name
 /// of a half) and returns its number. `sectionDims` are the bar's dimensions d0 to d6. A family
-/// that nobody knows is shown to the user and becomes `writeUnknownProfile`.
+/// that is not known becomes `writeUnknownProfile`.
 std::int32_t writeProfile(StepWriter& writer, const HostText& name, const SectionDims& sectionDims,
-                          int flangeSide, UserInterface& ui);
+                          int flangeSide);
 
-/// The same when the row of the name's family is known; null: nobody knows the family.
+/// The same with what `findFamily` gives for the name's family.
 std::int32_t writeProfile(StepWriter& writer, const FamilyRow* row, const HostText& name,
-                          const SectionDims& sectionDims, int flangeSide, UserInterface& ui);
+                          const SectionDims& sectionDims, int flangeSide);
 
 }  // namespace exportifc

@@ -79,6 +79,12 @@ bool isTold(const ModuleMessage& message, const std::vector<Problem>& found) {
   });
 }
 
+/// What the module's box says; for people who do not read its language with the meaning behind.
+const Text& moduleText(MessageId id) {
+  return id == MessageId::unknownProfile ? texts::moduleUnknownProfile
+                                         : texts::moduleBarWithoutRecord;
+}
+
 void reportMessages(const std::string& name, const Model& model, const ExportResult& result,
                     const std::vector<Problem>& found) {
   std::vector<Problem> problems;
@@ -90,7 +96,7 @@ void reportMessages(const std::string& name, const Model& model, const ExportRes
     problems.push_back(
         {.code = "module-message",
          .severity = Severity::warning,
-         .message = say(texts::moduleMessage, {moduleText(message.text), section.text}),
+         .message = say(texts::moduleMessage, {say(moduleText(message.id)), section.text}),
          .pointer = sectionPointer(section) + "/text",
          .section = message.section,
          .bars = message.bars,
@@ -148,7 +154,7 @@ void printSummary(const Model& model, const std::string& name, const std::string
   row(texts::sumElements, elementsText(result));
   bool anyUnknown = false;
   for (const ModuleMessage& message : result.messages) {
-    if (message.unknownProfile) {
+    if (message.id == MessageId::unknownProfile) {
       const auto& section = model.sections[static_cast<std::size_t>(message.section)];
       row(texts::sumUnknown, say(texts::sumUnknownRow, {section.text, barsText(message.bars),
                                                         numberText(message.firstBar + 1)}));

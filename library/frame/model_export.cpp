@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <map>
 #include <memory>
-#include <new>
+#include <optional>
 #include <stdexcept>
 #include <utility>
 
-#include "library/text/messages.h"
 #include "library/text/text_encoding.h"
 #include "plugin/export_driver.h"
-#include "plugin/texts.h"
 
 namespace exportifc {
 
@@ -79,22 +77,17 @@ class UnattendedInterface final : public UserInterface {
 
   /// The driver probes the file it is given by truncating it. Ours is open already, so it gets a
   /// file that nobody misses; `openOutput` hands it the real one.
-  SaveChoice chooseSaveFile() override { return {.accepted = true, .path = nullDevice}; }
+  std::optional<std::wstring> chooseSaveFile() override { return nullDevice; }
 
-  bool ask(const char* /*text*/, const char* /*caption*/) override { return !visibleOnly_; }
+  BarChoice chooseBars() override { return visibleOnly_ ? BarChoice::visibleOnly : BarChoice::all; }
 
-  void show(const char* text, const char* caption) override {
-    if (std::string_view(caption) == exportifc::texts::unhandledExceptionCaption) {
-      failure_ = toUtf8(text);
+  void show(const Message& message) override {
+    if (message.id == MessageId::exportFailed) {
+      failure_ = toUtf8(message.reason);
     } else {
-      note(toUtf8(text), false);
+      note(message.id);
     }
   }
-
-  void show(const wchar_t* text, const wchar_t* /*caption*/) override { note(utf8Of(text), true); }
-
-  /// Says again, for the console, what `show` has said.
-  void printLine(std::wstring_view /*line*/) override {}
 
   void startBar(std::int32_t index) { bar_ = index; }
 
@@ -110,15 +103,11 @@ class UnattendedInterface final : public UserInterface {
   }
 
  private:
-  void note(const std::string& text, bool unknownProfile) {
+  void note(MessageId id) {
     const std::int32_t section = model_.bars[static_cast<std::size_t>(bar_)].section;
-    ModuleMessage& message = messages_[{text, section}];
+    ModuleMessage& message = messages_[{id, section}];
     if (message.bars == 0) {
-      message = {.text = text,
-                 .section = section,
-                 .bars = 0,
-                 .firstBar = bar_,
-                 .unknownProfile = unknownProfile};
+      message = {.id = id, .section = section, .bars = 0, .firstBar = bar_};
     } else if (lastNoted_ == bar_) {
       return;  // both halves of one bar
     }
@@ -130,7 +119,7 @@ class UnattendedInterface final : public UserInterface {
   bool visibleOnly_;
   std::int32_t bar_ = 0;
   std::int32_t lastNoted_ = -1;
-  std::map<std::pair<std::string, std::int32_t>, ModuleMessage> messages_;
+  std::map<std::pair<MessageId, std::int32_t>, ModuleMessage> messages_;
   std::string failure_;
 };
 

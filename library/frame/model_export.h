@@ -11,16 +11,16 @@
 #include "library/frame/model.h"
 #include "library/frame/model_source.h"
 #include "platform/byte_sink.h"
+#include "plugin/user_interface.h"
 
 namespace exportifc {
 
 /// A message of the module, once for all bars of one section.
 struct ModuleMessage {
-  std::string text;
+  MessageId id = MessageId::unknownProfile;
   std::int32_t section = 0;
   std::int32_t bars = 0;
   std::int32_t firstBar = 0;  ///< index
-  bool unknownProfile = false;
 };
 
 /// The kinds of element that a bar can become.

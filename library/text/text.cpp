@@ -57,27 +57,6 @@ std::string fill(const Text& text, std::span<const std::string_view> values) {
   return filled;
 }
 
-std::string moduleText(const std::string& original) {
-  struct Meaning {
-    const char* original;
-    const char* english;
-  };
-  constexpr Meaning meanings[] = {
-      {"Perfil Desconhecido", "unknown profile"},
-      {"Problema ao exportar Barra", "a bar could not be exported"},
-      {"Nome de arquivo Inválido", "invalid file name"},
-      {"Não foi possível criar o arquivo", "the file could not be created"},
-      {"Erro na criação do arquivo", "the file could not be created"},
-  };
-  std::string quoted = '"' + original + '"';
-  for (const Meaning& row : meanings) {
-    if (original == row.original && current != Language::portuguese) {
-      return quoted + " (" + row.english + ")";
-    }
-  }
-  return quoted;
-}
-
 std::string numberText(std::int64_t value) { return inLanguage(std::to_string(value)); }
 
 std::string barsText(std::int64_t count) { return say(texts::manyBars, {numberText(count)}); }

@@ -114,10 +114,6 @@ std::string say(std::type_identity_t<TextWith<Count>> text,
   return fill(text.text, values);
 }
 
-/// What the module says in its own, fixed words, in quotes; for people who do not read them with
-/// their meaning behind: "Perfil Desconhecido" (unknown profile).
-std::string moduleText(const std::string& original);
-
 /// A whole number with its thousands grouped, a number with decimals.
 std::string numberText(std::int64_t value);
 std::string decimalText(double value, int decimals);

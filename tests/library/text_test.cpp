@@ -187,25 +187,5 @@ TEST(BarsText, CountsThem) {
   EXPECT_EQ(barsText(1001), "1.001 barras");
 }
 
-// ---- words of the module
-
-TEST(ModuleText, StandsInQuotesWithItsMeaning) {
-  EXPECT_EQ(moduleText("Perfil Desconhecido"), "\"Perfil Desconhecido\" (unknown profile)");
-  EXPECT_EQ(moduleText("Problema ao exportar Barra"),
-            "\"Problema ao exportar Barra\" (a bar could not be exported)");
-  EXPECT_EQ(moduleText("Nome de arquivo Inválido"),
-            "\"Nome de arquivo Inválido\" (invalid file name)");
-  EXPECT_EQ(moduleText("Não foi possível criar o arquivo"),
-            "\"Não foi possível criar o arquivo\" (the file could not be created)");
-  EXPECT_EQ(moduleText("Erro na criação do arquivo"),
-            "\"Erro na criação do arquivo\" (the file could not be created)");
-}
-
-TEST(ModuleText, NeedsNoMeaningForThoseWhoReadIt) {
-  EXPECT_EQ(moduleText("std::bad_alloc"), "\"std::bad_alloc\"");
-  const InLanguage portuguese(Language::portuguese);
-  EXPECT_EQ(moduleText("Perfil Desconhecido"), "\"Perfil Desconhecido\"");
-}
-
 }  // namespace
 }  // namespace exportifc

@@ -104,10 +104,13 @@ TEST_F(SystemCalls, TheSaveDialogIsAskedForThus) {
     rest.lpstrFile = nullptr;
     const OPENFILENAMEW zero{};
     EXPECT_EQ(std::memcmp(&rest, &zero, sizeof(zero)), 0) << "something else is asked for";
+    const std::wstring left = (file("") / "quadro.ifc").wstring();  // by a person who then cancels
+    std::copy(left.begin(), left.end(), dialog.lpstrFile);
     return FALSE;
   };
   EXPECT_EQ(execute({}), -1);
   EXPECT_EQ(asked, 1);
+  EXPECT_THAT(listing(), IsEmpty());
 }
 
 TEST_F(SystemCalls, TheSaveDialogMayAnswerWithALongPath) {

@@ -336,7 +336,7 @@ TEST(CarelessHostTest, UnfilledSlotsOfTheFirstBarAreZero) {
   EXPECT_THAT(exported.file.bytes, HasSubstr(inStorey));
   // Nothing told that it is visible.
   CountingInterface no;
-  no.answer = false;
+  no.answer = BarChoice::visibleOnly;
   EXPECT_THAT(host.run(no).file.bytes, HasSubstr(noBars));
 }
 

@@ -19,7 +19,11 @@ using test::ListSource;
 using test::Said;
 using test::ScriptedBar;
 
-const Said barProblem{Said::How::narrowBox, L"Problema ao exportar Barra", L"Erro"};
+const Said barProblem = test::message(MessageId::barWithoutRecord);
+
+Said unknownProfile(const std::wstring& name) {
+  return test::message(MessageId::unknownProfile, name);
+}
 
 struct Exported {
   Lines lines;
@@ -183,7 +187,7 @@ TEST(ExportBars, TheChoiceLeavesInvisibleBarsOut) {
   const Exported visible = exported(bars, 2, BarChoice::visibleOnly);
   EXPECT_EQ(visible.elements().size(), 2U);
   EXPECT_EQ(test::linesWith(visible.lines, "perfil: A 1").size(), 0U);
-  EXPECT_EQ(visible.said.size(), 4U) << "a bar that is left out warns of nothing";
+  EXPECT_EQ(visible.said.size(), 2U) << "a bar that is left out warns of nothing";
 }
 
 // ---- Records -----------------------------------------------------------------------------------
@@ -268,14 +272,12 @@ TEST(ExportBars, WhatAHostDoesToARecordDuringABoxChangesNothing) {
   class Meddler final : public UserInterface {
    public:
     explicit Meddler(BarRecord& record) : record_(record) {}
-    SaveChoice chooseSaveFile() override { return {}; }
-    bool ask(const char*, const char*) override { return true; }
-    void show(const char*, const char*) override {}
-    void show(const wchar_t*, const wchar_t*) override {
+    std::optional<std::wstring> chooseSaveFile() override { return std::nullopt; }
+    BarChoice chooseBars() override { return BarChoice::all; }
+    void show(const Message&) override {
       ++boxes;
       record_ = test::recordOf("W 1", 2);
     }
-    void printLine(std::wstring_view) override {}
 
     int boxes = 0;
 
@@ -388,19 +390,14 @@ TEST(ExportBars, ABuiltUpSectionGivesTwoElements) {
 TEST(ExportBars, WithoutTheBlankABuiltUpWordIsUnknown) {
   const Exported file = exported({{.section = "IENR200x50"}});
   EXPECT_EQ(file.elements().size(), 1U);
-  EXPECT_EQ(file.said.size(), 2U);
+  EXPECT_EQ(file.said, std::vector<Said>{unknownProfile(L"IENR200x50")});
   EXPECT_EQ(test::linesWith(file.lines, "'UnknownProfile'").size(), 1U);
 }
 
 TEST(ExportBars, BothHalvesOfAnAsymmetricPairAreUnknown) {
   const Exported file = exported({{.section = "2L_ASSIMETRICO 50 30"}});
-  const Said box{Said::How::wideBox, L"Perfil Desconhecido", L"Aviso"};
-  EXPECT_EQ(file.said,
-            (std::vector<Said>{
-                box,
-                {Said::How::console, L"AVISO! Perfil desconhecido: 2L_ASSIMETRICO_1", L""},
-                box,
-                {Said::How::console, L"AVISO! Perfil desconhecido: 2L_ASSIMETRICO_2", L""}}));
+  EXPECT_EQ(file.said, (std::vector<Said>{unknownProfile(L"2L_ASSIMETRICO_1"),
+                                          unknownProfile(L"2L_ASSIMETRICO_2")}));
   EXPECT_EQ(test::linesWith(file.lines, "'UnknownProfile'").size(), 2U);
   EXPECT_EQ(file.elements().size(), 2U);
   EXPECT_EQ(
@@ -411,8 +408,7 @@ TEST(ExportBars, BothHalvesOfAnAsymmetricPairAreUnknown) {
 TEST(ExportBars, AnUnknownSectionIsABarLikeAnyOther) {
   const Exported file = exported({{.section = "XPTO 1"}, {.section = ""}, {.section = "W 1"}});
   EXPECT_EQ(file.elements().size(), 3U);
-  EXPECT_EQ(file.said.size(), 4U);
-  EXPECT_EQ(file.said[3].text, L"AVISO! Perfil desconhecido: ");
+  EXPECT_EQ(file.said, (std::vector<Said>{unknownProfile(L"XPTO 1"), unknownProfile(L"")}));
 }
 
 TEST(ExportBars, AnAccentedSectionEndsTheFile) {
@@ -436,9 +432,8 @@ TEST(ExportBars, AnAccentedUnknownSectionEndsTheFileInItsComment) {
   EXPECT_TRUE(
       bytes.ends_with("'UnknownProfile', #6);\r\n\r\n/* IfcBeam (0,0,0), (1000,0,0)\r\n"
                       "angulo: 0, perfil: Perfil"));
-  ASSERT_EQ(user.said.size(), 2U);
-  EXPECT_EQ(user.said[1].text,
-            std::wstring(L"AVISO! Perfil desconhecido: Perfil") + static_cast<wchar_t>(0xFFE7));
+  EXPECT_EQ(user.said, std::vector<Said>{
+                           unknownProfile(std::wstring(L"Perfil") + static_cast<wchar_t>(0xFFE7))});
 }
 
 /// What the bars write, each in an export of its own, one behind the other: numbers left out.

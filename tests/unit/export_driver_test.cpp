@@ -12,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include "plugin/texts.h"
 #include "runtime_locale.h"
 #include "support.h"
 
@@ -25,17 +24,15 @@
 namespace exportifc {
 namespace {
 
+using test::question;
 using test::Said;
+using test::saveDialog;
 using test::ScriptedBar;
 
-// The texts are written out here once more, by code point.
-const Said saveDialog{Said::How::saveDialog, L"", L""};
-const Said question{Said::How::question, L"Deseja exportar barras invis\u00EDveis no modelo?",
-                    L"Importa\u00E7\u00E3o de arquivo .IFC"};
 constexpr const char* creationFailed = "Erro na cria\xE7\xE3o do arquivo";
 
-Said unhandled(const std::wstring& text) {
-  return {Said::How::narrowBox, text, L"UNHANDLED EXCEPTION"};
+Said unhandled(const std::wstring& reason) {
+  return test::message(MessageId::exportFailed, reason);
 }
 
 /// Throws when the bar at `failing` is asked for.
@@ -85,7 +82,7 @@ class ExportDriverTest : public testing::Test {
 
   void interactive() {
     // Somewhere the probe can write.
-    user.choice = {.accepted = true, .path = test::wide(folder.file("out.ifc"))};
+    user.choice = test::wide(folder.file("out.ifc"));
   }
 
   void batch() { module.batchPath = "model.txt"; }
@@ -113,7 +110,7 @@ TEST_F(ExportDriverTest, AnInteractiveExport) {
   interactive();
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(user.said, (std::vector<Said>{saveDialog, question}));
-  EXPECT_EQ(openedPaths, std::vector<std::wstring>{user.choice.path});
+  EXPECT_EQ(openedPaths, std::vector<std::wstring>{*user.choice});
   EXPECT_TRUE(received.bytes.starts_with("ISO-10303-21;\r\nHEADER;\r\n"));
   EXPECT_NE(received.bytes.find("\r\n#5= IFCOWNERHISTORY("), std::string::npos);
   EXPECT_NE(received.bytes.find("= IFCBEAM('"), std::string::npos);
@@ -132,10 +129,9 @@ TEST_F(ExportDriverTest, ACancelledDialogEndsAtOnce) {
 }
 
 TEST_F(ExportDriverTest, AChosenFileThatCannotBeCreatedEndsAtOnce) {
-  user.choice = {.accepted = true, .path = test::wide(folder.file("missing/out.ifc"))};
+  user.choice = test::wide(folder.file("missing/out.ifc"));
   EXPECT_EQ(run(), -1);
-  ASSERT_EQ(user.said.size(), 2U);
-  EXPECT_EQ(user.said[1].how, Said::How::wideBox);
+  EXPECT_EQ(user.said, (std::vector<Said>{saveDialog, test::message(MessageId::cannotCreateFile)}));
   EXPECT_TRUE(openedPaths.empty());
 }
 
@@ -150,21 +146,21 @@ TEST_F(ExportDriverTest, ABatchExportAsksNothing) {
 
 TEST_F(ExportDriverTest, TheAnswerDecidesAboutInvisibleBars) {
   bars = {{.section = "W 1"}, {.section = "HP 2", .visible = 0}};
-  const auto elements = [&](bool answer) {
+  const auto elements = [&](BarChoice answer) {
     received = {};
     module.batchPath.clear();
     interactive();
-    user.answer = answer;
+    user.bars = answer;
     EXPECT_EQ(run(), 1);
     return test::linesWith(test::linesOf(received.bytes), "= IFCBEAM(").size();
   };
-  EXPECT_EQ(elements(true), 2U);
-  EXPECT_EQ(elements(false), 1U);
+  EXPECT_EQ(elements(BarChoice::all), 2U);
+  EXPECT_EQ(elements(BarChoice::visibleOnly), 1U);
 }
 
 TEST_F(ExportDriverTest, ABatchExportTakesInvisibleBarsToo) {
   bars = {{.section = "W 1", .visible = 0}};
-  user.answer = false;
+  user.bars = BarChoice::visibleOnly;
   batch();
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(test::linesWith(test::linesOf(received.bytes), "= IFCBEAM(").size(), 1U);
@@ -394,9 +390,9 @@ TEST_F(ExportDriverTest, TheLongestPathFillsTheField) {
 
 TEST_F(ExportDriverTest, APathLongerThanTheFieldLeavesItEmpty) {
   interactive();
-  const std::size_t slash = user.choice.path.rfind(L'/');
-  while (user.choice.path.size() < sizeof(module.record.outputPath)) {
-    user.choice.path.insert(slash, 1, L'/');
+  const std::size_t slash = user.choice->rfind(L'/');
+  while (user.choice->size() < sizeof(module.record.outputPath)) {
+    user.choice->insert(slash, 1, L'/');
   }
   std::memset(module.record.outputPath, 'z', sizeof(module.record.outputPath));
   EXPECT_EQ(run(), 1);
@@ -428,7 +424,7 @@ TEST_F(ExportDriverTest, AnAccentedPathKeepsItsBytes) {
 TEST_F(ExportDriverTest, ThePathIsCutToTheLowBytes) {
   // U+0141 and U+4E2D: a chosen file with a name that no narrow encoding here can hold.
   interactive();
-  user.choice.path.append(L"\u0141\u4E2D.ifc");
+  user.choice->append(L"\u0141\u4E2D.ifc");
   EXPECT_EQ(run(), 1);
   EXPECT_EQ(module.batchPath, folder.file("out.ifc") + "\x41\x2D.ifc");
   EXPECT_TRUE(finished());
@@ -499,8 +495,8 @@ TEST_F(ExportDriverTest, EveryStandardExceptionIsReported) {
     model = [&] { return std::make_unique<FailingSource>(fail, 0); };
     EXPECT_EQ(run(), 1);
     EXPECT_EQ(user.said.size(), 1U);
-    EXPECT_EQ(user.said[0].caption, L"UNHANDLED EXCEPTION");
-    return user.said[0].text;
+    EXPECT_EQ(user.said.at(0).id, MessageId::exportFailed);
+    return user.said.at(0).value;
   };
   EXPECT_EQ(reported([] { throw std::out_of_range("vector"); }), L"vector");
   EXPECT_EQ(reported([] { throw std::bad_alloc(); }), test::wide(std::bad_alloc().what()));
@@ -527,21 +523,20 @@ TEST_F(ExportDriverTest, AnExceptionWhileTheModelIsOpened) {
 
 TEST_F(ExportDriverTest, AnExceptionInTheFirstStep) {
   struct BrokenUser final : UserInterface {
-    SaveChoice chooseSaveFile() override { throw std::runtime_error("no dialog"); }
-    bool ask(const char*, const char*) override { return true; }
-    void show(const char* text, const char* caption) override {
-      shown.append(caption).append(text);
+    std::optional<std::wstring> chooseSaveFile() override { throw std::runtime_error("no dialog"); }
+    BarChoice chooseBars() override { return BarChoice::all; }
+    void show(const Message& message) override {
+      EXPECT_EQ(message.id, MessageId::exportFailed);
+      reasons += message.reason;
     }
-    void show(const wchar_t*, const wchar_t*) override {}
-    void printLine(std::wstring_view) override {}
-    std::string shown;
+    std::string reasons;
   };
   BrokenUser broken;
   const ExportServices system = services();
   const ExportServices own{
       .ui = broken, .openOutput = system.openOutput, .openModel = system.openModel};
   EXPECT_EQ(runExport(module, own), 1);
-  EXPECT_EQ(broken.shown, "UNHANDLED EXCEPTIONno dialog");
+  EXPECT_EQ(broken.reasons, "no dialog");
 }
 
 TEST_F(ExportDriverTest, AFullDiskIsNotNoticed) {
@@ -583,8 +578,7 @@ class BatchFileTest : public testing::Test {
 TEST_F(BatchFileTest, ANullPathIsReportedAndNothingElseHappens) {
   module.batchPath = "kept";
   EXPECT_EQ(exportBatchFile(module, services(), nullptr), 0);
-  EXPECT_EQ(user.said, (std::vector<Said>{{Said::How::wideBox, L"Nome de arquivo Inv\u00E1lido",
-                                           L"Erro ao exportar arquivo"}}));
+  EXPECT_EQ(user.said, std::vector<Said>{test::message(MessageId::noFileName)});
   EXPECT_EQ(module.batchPath, "kept");
 }
 
@@ -705,18 +699,6 @@ TEST_F(BatchFileTest, NoOtherFileIsTouched) {
     ++files;
   }
   EXPECT_EQ(files, 3U);
-}
-
-// ---- Every text, by its bytes ------------------------------------------------------------------
-
-TEST(Texts, NarrowOnesAreWindows1252) {
-  EXPECT_STREQ(texts::menuCaption, "Exportar IFC");
-  EXPECT_STREQ(texts::fileCreationFailed, "Erro na cria\xE7\xE3o do arquivo");
-  EXPECT_STREQ(texts::askInvisibleBars, "Deseja exportar barras invis\xEDveis no modelo?");
-  EXPECT_STREQ(texts::askInvisibleBarsCaption, "Importa\xE7\xE3o de arquivo .IFC");
-  EXPECT_STREQ(texts::unhandledExceptionCaption, "UNHANDLED EXCEPTION");
-  EXPECT_STREQ(texts::barProblem, "Problema ao exportar Barra");
-  EXPECT_STREQ(texts::barProblemCaption, "Erro");
 }
 
 }  // namespace

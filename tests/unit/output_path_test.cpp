@@ -14,11 +14,9 @@ namespace exportifc {
 namespace {
 
 using test::Said;
+using test::saveDialog;
 
-const Said saveDialog{Said::How::saveDialog, L"", L""};
-// The texts are written out here once more, by code point.
-const Said cannotCreate{Said::How::wideBox, L"N\u00E3o foi poss\u00EDvel criar o arquivo",
-                        L"Erro ao exportar arquivo"};
+const Said cannotCreate = test::message(MessageId::cannotCreateFile);
 
 std::string thrownFor(const std::string& batchPath) {
   test::ScriptedUser user;
@@ -74,8 +72,8 @@ TEST(ChooseOutputPath, ABatchPathThatTheRuntimeCannotWiden) {
 TEST(ChooseOutputPath, TheChosenFileIsCreated) {
   const test::TemporaryFolder folder;
   test::ScriptedUser user;
-  user.choice = {.accepted = true, .path = test::wide(folder.file("out.ifc"))};
-  EXPECT_EQ(chooseOutputPath("", user), user.choice.path);
+  user.choice = test::wide(folder.file("out.ifc"));
+  EXPECT_EQ(chooseOutputPath("", user), user.choice);
   EXPECT_TRUE(test::fileExists(folder.file("out.ifc")));
   EXPECT_EQ(user.said, std::vector<Said>{saveDialog});
 }
@@ -84,17 +82,14 @@ TEST(ChooseOutputPath, AnExistingFileIsEmptiedAndTaken) {
   const test::TemporaryFolder folder;
   test::writeFile(folder.file("out.ifc"), "something much longer than one line");
   test::ScriptedUser user;
-  user.choice = {.accepted = true, .path = test::wide(folder.file("out.ifc"))};
-  EXPECT_EQ(chooseOutputPath("", user), user.choice.path);
+  user.choice = test::wide(folder.file("out.ifc"));
+  EXPECT_EQ(chooseOutputPath("", user), user.choice);
   EXPECT_EQ(test::readFile(folder.file("out.ifc")), "\r\n");
 }
 
-TEST(ChooseOutputPath, ACancelledDialogCreatesNothing) {
-  const test::TemporaryFolder folder;
+TEST(ChooseOutputPath, ACancelledDialogIsNoPath) {
   test::ScriptedUser user;
-  user.choice = {.accepted = false, .path = test::wide(folder.file("out.ifc"))};
   EXPECT_EQ(chooseOutputPath("", user), L"");
-  EXPECT_FALSE(test::fileExists(folder.file("out.ifc")));
   EXPECT_EQ(user.said, std::vector<Said>{saveDialog}) << "no message";
 }
 
@@ -103,7 +98,7 @@ TEST(ChooseOutputPath, AFileThatCannotBeCreatedIsReported) {
   std::filesystem::create_directory(folder.file("folder"));
   for (const std::string name : {"missing/out.ifc", "folder"}) {
     test::ScriptedUser user;
-    user.choice = {.accepted = true, .path = test::wide(folder.file(name))};
+    user.choice = test::wide(folder.file(name));
     EXPECT_EQ(chooseOutputPath("", user), L"") << name;
     EXPECT_EQ(user.said, (std::vector<Said>{saveDialog, cannotCreate})) << name;
   }
@@ -111,7 +106,7 @@ TEST(ChooseOutputPath, AFileThatCannotBeCreatedIsReported) {
 
 TEST(ChooseOutputPath, AnEmptyChoiceIsReported) {
   test::ScriptedUser user;
-  user.choice = {.accepted = true, .path = L""};
+  user.choice = L"";
   EXPECT_EQ(chooseOutputPath("", user), L"");
   EXPECT_EQ(user.said, (std::vector<Said>{saveDialog, cannotCreate}));
 }

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <ostream>
 #include <stdexcept>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -47,34 +48,32 @@ void printText(const std::wstring& text, std::ostream& stream) {
 
 }  // namespace
 
-void PrintTo(const Said& said, std::ostream* stream) {
-  constexpr const char* names[] = {"save dialog", "question", "narrow box", "wide box", "console"};
-  *stream << names[static_cast<std::size_t>(said.how)] << ' ';
-  printText(said.text, *stream);
-  *stream << ' ';
-  printText(said.caption, *stream);
+Said message(MessageId id, std::wstring value) {
+  return {Said::What::message, id, std::move(value)};
 }
 
-UserInterface::SaveChoice ScriptedUser::chooseSaveFile() {
-  said.push_back({Said::How::saveDialog, L"", L""});
+void PrintTo(const Said& said, std::ostream* stream) {
+  constexpr const char* asked[] = {"save dialog", "question"};
+  constexpr const char* messages[] = {"export failed", "bar without record", "unknown profile",
+                                      "cannot create file", "no file name"};
+  *stream << (said.what == Said::What::message ? messages[static_cast<std::size_t>(said.id)]
+                                               : asked[static_cast<std::size_t>(said.what)])
+          << ' ';
+  printText(said.value, *stream);
+}
+
+std::optional<std::wstring> ScriptedUser::chooseSaveFile() {
+  said.push_back(saveDialog);
   return choice;
 }
 
-bool ScriptedUser::ask(const char* text, const char* caption) {
-  said.push_back({Said::How::question, units(text), units(caption)});
-  return answer;
+BarChoice ScriptedUser::chooseBars() {
+  said.push_back(question);
+  return bars;
 }
 
-void ScriptedUser::show(const char* text, const char* caption) {
-  said.push_back({Said::How::narrowBox, units(text), units(caption)});
-}
-
-void ScriptedUser::show(const wchar_t* text, const wchar_t* caption) {
-  said.push_back({Said::How::wideBox, text, caption});
-}
-
-void ScriptedUser::printLine(std::wstring_view line) {
-  said.push_back({Said::How::console, std::wstring(line), L""});
+void ScriptedUser::show(const Message& shown) {
+  said.push_back(message(shown.id, units(shown.reason).append(shown.profileName)));
 }
 
 // ---- Exports -----------------------------------------------------------------------------------

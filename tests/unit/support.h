@@ -6,15 +6,16 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "model/bar_source.h"
 #include "platform/byte_sink.h"
-#include "platform/user_interface.h"
 #include "plugin/export_driver.h"
 #include "plugin/module.h"
+#include "plugin/user_interface.h"
 #include "step/step_writer.h"
 #include "tests/support/bar_record.h"
 #include "tests/support/batch_text.h"
@@ -37,32 +38,33 @@ std::string sourceFile(const std::string& path);
 
 // ---- A person ----------------------------------------------------------------------------------
 
-/// Something that was said to or asked of the person, in order. Narrow bytes stand as the units of
-/// the same value.
+/// Something that was asked of the person or said to one, in order.
 struct Said {
-  enum class How { saveDialog, question, narrowBox, wideBox, console };
+  enum class What { chooseSaveFile, chooseBars, message };
 
-  How how;
-  std::wstring text;
-  std::wstring caption;
+  What what;
+  MessageId id{};        // of a message
+  std::wstring value{};  // its reason, each byte a unit, or its profile's name
 
   friend bool operator==(const Said&, const Said&) = default;
 };
+
+inline const Said saveDialog{Said::What::chooseSaveFile};
+inline const Said question{Said::What::chooseBars};
+Said message(MessageId id, std::wstring value = {});
 
 void PrintTo(const Said& said, std::ostream* stream);
 
 /// Answers from a script and keeps what was said.
 class ScriptedUser final : public UserInterface {
  public:
-  SaveChoice choice;  // cancelled, if left alone
-  bool answer = true;
+  std::optional<std::wstring> choice;  // cancelled, if left alone
+  BarChoice bars = BarChoice::all;
   std::vector<Said> said;
 
-  SaveChoice chooseSaveFile() override;
-  bool ask(const char* text, const char* caption) override;
-  void show(const char* text, const char* caption) override;
-  void show(const wchar_t* text, const wchar_t* caption) override;
-  void printLine(std::wstring_view line) override;
+  std::optional<std::wstring> chooseSaveFile() override;
+  BarChoice chooseBars() override;
+  void show(const Message& message) override;
 };
 
 // ---- Exports -----------------------------------------------------------------------------------
