@@ -29,17 +29,21 @@ const engineOnly = {
   },
 };
 
-const script = await build({
-  entryPoints: [join(here, "src/main.ts")],
-  bundle: true,
-  minify: true,
-  write: false,
-  format: "iife",
-  target: ["chrome105", "firefox113", "safari16.4"],
-  legalComments: "none",
-  charset: "ascii",
-  plugins: [engineOnly],
-});
+async function script(entry) {
+  const result = await build({
+    entryPoints: [join(here, "src", entry)],
+    bundle: true,
+    minify: true,
+    write: false,
+    format: "iife",
+    target: ["chrome105", "firefox113", "safari16.4"],
+    legalComments: "none",
+    charset: "ascii",
+    plugins: [engineOnly],
+  });
+  return result.outputFiles[0].text.trim();
+}
+
 const style = await build({ entryPoints: [join(here, "src/style.css")], minify: true, write: false });
 const wasm = gzipSync(await readFile(join(packages, "web-ifc", "web-ifc.wasm")), { level: 9 });
 
@@ -57,9 +61,10 @@ const parts = {
   LICENCES: licences.replaceAll("--", "- -").replaceAll("\u00a9", "(c)"),
   STYLE: style.outputFiles[0].text.trim(),
   WASM: wasm.toString("base64"),
-  SCRIPT: script.outputFiles[0].text.trim(),
+  WORKER: await script("worker.ts"),
+  SCRIPT: await script("main.ts"),
 };
-const page = (await read(here, "src/index.html")).replace(/@(LICENCES|STYLE|WASM|SCRIPT)@/g, (_, name) => parts[name]);
+const page = (await read(here, "src/index.html")).replace(/@(LICENCES|STYLE|WASM|WORKER|SCRIPT)@/g, (_, name) => parts[name]);
 for (const marker of ["@EXPORTIFC_MODEL@", "@EXPORTIFC_NAME@", "@EXPORTIFC_NOTES@"]) {
   if (page.split(marker).length !== 2) throw new Error(`${marker} must stand in the page exactly once`);
 }
@@ -67,4 +72,4 @@ const foreign = /.{0,40}[^\t\n\r\x20-\x7e].{0,20}/.exec(page);
 if (foreign) throw new Error(`the page must be plain ASCII, so that any program can fill it in: ${JSON.stringify(foreign[0])}`);
 await mkdir(join(here, "dist"), { recursive: true });
 await writeFile(join(here, "dist/viewer.html"), page);
-console.log(`dist/viewer.html: ${page.length} bytes, script ${parts.SCRIPT.length}, engine ${parts.WASM.length}`);
+console.log(`dist/viewer.html: ${page.length} bytes, script ${parts.SCRIPT.length}, worker ${parts.WORKER.length}, engine ${parts.WASM.length}`);

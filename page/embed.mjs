@@ -4,13 +4,14 @@
 import { existsSync, readFileSync, realpathSync, writeFileSync } from "node:fs";
 import { basename, dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
+import { gzipSync } from "node:zlib";
 
 const template = join(dirname(fileURLToPath(import.meta.url)), "dist/viewer.html");
 
-/** The notes are lines that the page shows in its list. */
-export function embed(bytes, name, notes = []) {
+/** The notes are lines that the page shows in its list. `pack` makes of the file what the page carries. */
+export function embed(bytes, name, notes = [], pack = gzipSync) {
   return readFileSync(template, "latin1")
-    .replace("@EXPORTIFC_MODEL@", () => Buffer.from(bytes).toString("base64"))
+    .replace("@EXPORTIFC_MODEL@", () => pack(Buffer.from(bytes)).toString("base64"))
     .replace("@EXPORTIFC_NAME@", () => Buffer.from(name, "utf8").toString("base64"))
     .replace("@EXPORTIFC_NOTES@", () => Buffer.from(notes.join("\n"), "utf8").toString("base64"));
 }

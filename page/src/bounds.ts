@@ -4,30 +4,20 @@ import { Vector3 } from "three";
 import type { Element } from "./model";
 
 export class Bounds {
-  /** Least and greatest x, y, z of each element. */
-  readonly values: Float32Array;
-  readonly least = new Vector3();
-  readonly greatest = new Vector3();
+  readonly least = new Vector3(Infinity, Infinity, Infinity);
+  readonly greatest = new Vector3(-Infinity, -Infinity, -Infinity);
 
-  constructor(count: number) {
-    this.values = new Float32Array(count * 6);
-  }
-
-  set(index: number, axis: number, least: number, greatest: number): void {
-    this.values[index * 6 + axis] = least;
-    this.values[index * 6 + 3 + axis] = greatest;
-  }
-
-  /** Takes stock of all boxes, when they are set. */
-  close(): void {
-    const boxes = this.of(null);
-    this.least.setScalar(Infinity);
-    this.greatest.setScalar(-Infinity);
-    boxes.eachCorner((point) => {
-      this.least.min(point);
-      this.greatest.max(point);
-    });
-    if (boxes.empty) this.least.copy(this.greatest.setScalar(0));
+  /** `values` holds least and greatest x, y, z of each element. */
+  constructor(readonly values: Float32Array) {
+    for (let i = 0; i < values.length; i += 6) {
+      this.least.set(Math.min(this.least.x, values[i]!), Math.min(this.least.y, values[i + 1]!), Math.min(this.least.z, values[i + 2]!));
+      this.greatest.set(
+        Math.max(this.greatest.x, values[i + 3]!),
+        Math.max(this.greatest.y, values[i + 4]!),
+        Math.max(this.greatest.z, values[i + 5]!),
+      );
+    }
+    if (values.length === 0) this.least.copy(this.greatest.setScalar(0));
   }
 
   /** Radius of a sphere about the origin that holds all boxes. */
@@ -49,18 +39,17 @@ export class Boxes {
     private readonly indices: number[],
   ) {}
 
-  get empty(): boolean {
-    return this.indices.length === 0;
-  }
-
   /** The point given to `use` is the same object each time. */
   eachCorner(use: (point: Vector3) => void): void {
     const point = new Vector3();
     const { values } = this;
     for (const index of this.indices) {
+      const box = index * 6;
       for (let corner = 0; corner < 8; corner++) {
-        const value = (axis: number) => values[index * 6 + axis + ((corner >> axis) & 1 ? 3 : 0)]!;
-        use(point.set(value(0), value(1), value(2)));
+        const x = values[box + (corner & 1 ? 3 : 0)]!;
+        const y = values[box + (corner & 2 ? 4 : 1)]!;
+        const z = values[box + (corner & 4 ? 5 : 2)]!;
+        use(point.set(x, y, z));
       }
     }
   }

@@ -32,7 +32,7 @@ export class Cameras {
   constructor(
     private readonly host: HTMLElement,
     canvas: HTMLCanvasElement,
-    private readonly radius: number,
+    public radius: number,
     private readonly onChange: () => void,
   ) {
     for (const camera of [this.perspective, this.orthographic]) camera.up.set(0, 0, 1);

@@ -1,16 +1,16 @@
-// Puts the page together: reads the embedded file, fills the lists, starts the picture.
+// Puts the page together: has the worker read the embedded file, fills the lists, starts the picture.
 
 import type { ViewName } from "./cameras";
 import { button, byId, make } from "./dom";
-import { Engine } from "./engine";
-import { buildGeometry, type Geometry } from "./geometry";
-import { type Element, type Model, readModel } from "./model";
+import { type Geometry, makeGeometry } from "./geometry";
+import { type Element, makeModel, type Model } from "./model";
 import type { Colouring } from "./palette";
 import { axesPicture, detailRows, legendRows, noteRows, totalsTable } from "./panel";
+import type { Report, Request, Stage } from "./protocol";
 import { View } from "./scene";
-import { openExchangeFile } from "./step";
 import { countElements, formatNumber, language, text, type TextKey } from "./texts";
 import { Tree } from "./tree";
+import { fromBase64 } from "./unpack";
 import { Visibility } from "./visibility";
 
 /** What tests and measurements look at. */
@@ -29,52 +29,63 @@ const inspection: Inspection = { ready: false, failed: "", marks: {} };
 (window as unknown as { exportifcViewer: Inspection }).exportifcViewer = inspection;
 
 /** What the program that wrote the page has to say about the model. */
-const toldNotes = textOf(embedded("model-notes"))
+const toldNotes = embedded("model-notes")
   .split("\n")
   .filter((note) => note !== "");
 
-const mark = (name: string) => (inspection.marks[name] = Math.round(performance.now()));
+/** What is done when a stage begins, and the part of all that it is. */
+const stages: Record<Stage, { text: TextKey; from: number; part: number }> = {
+  unpacking: { text: "loading", from: 0, part: 0.4 },
+  reading: { text: "loading", from: 0.4, part: 0.4 },
+  meshing: { text: "meshing", from: 0.8, part: 0.2 },
+};
 
-async function main(): Promise<void> {
+const mark = (name: string) => (inspection.marks[name] ??= Math.round(performance.now()));
+
+function start(): void {
   mark("started");
   labelShell();
-  const bytes = embedded("model");
-  if (!bytes) return fail("noModel");
-  mark("decoded");
-  await painted();
-
-  const file = openExchangeFile(bytes);
-  const model = readModel(file.text);
-  inspection.model = model;
-  mark("parsed");
-  const page = new Page(model, file.complete);
-  page.progress(text("meshing"));
-  await painted();
-
-  const engine = await startEngine(file.bytes);
-  mark("opened");
-  const geometry = await buildGeometry(model, engine, async (done) => {
-    page.progress(`${text("meshing")} ${formatNumber((100 * done) / model.elements.length)} %`);
-    await nextTask();
+  // From the page itself: a worker may come from nowhere else, and the page is one file.
+  const worker = new Worker(URL.createObjectURL(new Blob([takeBlock("worker")], { type: "text/javascript" })));
+  const send = (request: Request) => worker.postMessage(request);
+  let page: Page;
+  worker.onerror = (event) => fail("unreadable", event.message);
+  worker.onmessage = ({ data }: MessageEvent<Report>) => {
+    if (data.kind === "progress") showProgress(data.stage, data.done);
+    else if (data.kind === "failed") fail(data.reason, data.reason === "unreadable" ? data.detail : "");
+    else if (data.kind === "columns") {
+      mark("parsed");
+      showProgress("meshing", 0);
+      page = new Page(makeModel(data.columns));
+    } else {
+      mark(data.solids.whole ? "allSolids" : "firstSolids");
+      page.addGeometry(makeGeometry(page.model, data.solids));
+      mark("scene");
+      if (data.solids.whole) finish(worker).catch((error: unknown) => fail("unreadable", String(error)));
+    }
+  };
+  send({ kind: "engine", packed: takeBlock("wasm") });
+  // The model stands behind this script, so that the page can be seen before all of it is there.
+  document.addEventListener("DOMContentLoaded", () => {
+    const packed = takeBlock("model");
+    if (packed === "") return fail("noModel");
+    mark("loaded");
+    send({ kind: "model", packed });
   });
-  engine?.close();
-  mark("meshed");
-  page.addGeometry(geometry);
-  mark("scene");
+}
+
+async function finish(worker: Worker): Promise<void> {
+  worker.terminate(); // and all that it holds
+  byId("progress").hidden = true;
   await inspection.view?.firstPicture;
   mark("firstPicture");
   inspection.ready = true;
 }
 
-/** Null when the engine cannot read the file, or cannot run here. */
-async function startEngine(file: Uint8Array): Promise<Engine | null> {
-  try {
-    const engine = await Engine.start(await inflate(byId("wasm").textContent ?? ""));
-    engine.open(file);
-    return engine;
-  } catch {
-    return null;
-  }
+function showProgress(stage: Stage, done: number): void {
+  const { text: key, from, part } = stages[stage];
+  if (byId("progress-text").textContent !== text(key)) byId("progress-text").textContent = text(key);
+  byId<HTMLProgressElement>("progress-bar").value = from + part * done;
 }
 
 class Page {
@@ -86,10 +97,8 @@ class Page {
   private colouring: Colouring;
   private toolbar: Partial<Record<TextKey, HTMLButtonElement>> = {};
 
-  constructor(
-    private readonly model: Model,
-    private readonly complete: boolean,
-  ) {
+  constructor(readonly model: Model) {
+    inspection.model = model;
     // One group only, as in a file without assemblies: sections tell more than groups.
     this.colouring = model.groups.length > 1 ? "group" : "section";
     this.visibility = new Visibility(model);
@@ -118,34 +127,41 @@ class Page {
     inspection.visible = () => model.elements.filter((element) => this.visibility.isVisible(element)).length;
   }
 
-  progress(message: string): void {
-    byId("progress").textContent = message;
-  }
-
+  /** Takes what solids there are; again when more have come. */
   addGeometry(geometry: Geometry): void {
     this.geometry = geometry;
     inspection.geometry = geometry;
     byId("totals").querySelector("table")!.replaceWith(totalsTable(this.model, geometry.volumes));
     this.refreshNotes(geometry.missing);
-    byId("progress").hidden = true;
+    this.refreshSummary(geometry);
+    if (this.view) this.view.setGeometry(geometry);
+    else this.startPicture(geometry);
+    if (this.selected) this.select(this.selected);
+  }
+
+  private startPicture(geometry: Geometry): void {
+    byId("progress").classList.add("aside"); // what is left to do must not hide what is there
     const canvas = byId<HTMLCanvasElement>("canvas");
+    if (canvas.hidden) return;
     try {
       this.view = new View(byId("picture"), canvas, this.model, geometry, this.colouring);
     } catch {
-      byId("notes").prepend(make("li", {}, text("noGraphics")));
-      byId("notes").hidden = false;
       canvas.hidden = true;
+      this.refreshNotes(geometry.missing);
       return;
     }
     inspection.view = this.view;
-    const { least, greatest } = geometry.bounds;
-    const size = greatest.clone().sub(least).toArray().map((value) => formatNumber(value / 1000, 2));
-    byId("summary").textContent += ` · ${text("extent")} ${size.join(" × ")} m`;
     this.view.setVisible((element) => this.visibility.isVisible(element));
     this.view.onDrawn = () => axesPicture(byId("axes") as unknown as SVGElement, this.view!.cameras.axes());
+    void this.view.firstPicture.then(() => mark("firstPicture"));
     this.listenToPointer(canvas);
     this.refreshToolbar();
-    if (this.selected) this.select(this.selected);
+  }
+
+  private refreshSummary(geometry: Geometry): void {
+    const { least, greatest } = geometry.bounds;
+    const size = greatest.clone().sub(least).toArray().map((value) => formatNumber(value / 1000, 2));
+    byId("summary").textContent = `${countElements(this.model.elements.length)} · ${text("extent")} ${size.join(" × ")} m`;
   }
 
   private select(element: Element | null): void {
@@ -243,7 +259,8 @@ class Page {
   }
 
   private refreshNotes(missing: Element[]): void {
-    const rows = [...noteRows(this.model, this.complete, missing), ...toldNotes.map((note) => make("li", {}, note))];
+    const rows = [...noteRows(this.model, this.model.columns.complete, missing), ...toldNotes.map((note) => make("li", {}, note))];
+    if (byId<HTMLCanvasElement>("canvas").hidden) rows.unshift(make("li", {}, text("noGraphics")));
     byId("notes").replaceChildren(...rows);
     byId("notes").hidden = rows.length === 0;
   }
@@ -291,14 +308,15 @@ class Page {
 /** Fills in what the page says before there is a model. */
 function labelShell(): void {
   document.documentElement.lang = language;
-  const name = textOf(embedded("model-name"));
+  const name = embedded("model-name");
   document.title = name === "" ? text("appName") : `${name} – ${text("appName")}`;
   byId("title").textContent = name === "" ? text("appName") : name;
   for (const node of document.querySelectorAll<HTMLElement>("[data-text]")) node.textContent = text(node.dataset["text"] as TextKey);
   for (const node of document.querySelectorAll<HTMLElement>("[data-label]")) {
     node.setAttribute("aria-label", text(node.dataset["label"] as TextKey));
   }
-  byId("progress").textContent = text("loading");
+  byId("progress-text").textContent = text("loading");
+  byId("progress-bar").setAttribute("aria-label", text("progress"));
   labelTabs();
   labelHelp();
 }
@@ -349,46 +367,25 @@ function labelHelp(): void {
   );
 }
 
-/** The bytes of a data block of the page; null when nobody has filled its marker in. */
-function embedded(id: string): Uint8Array | null {
+/** What stands in a data block of the page; "" when nobody has filled its marker in. */
+function takeBlock(id: string): string {
   const block = byId(id);
   const content = (block.textContent ?? "").trim();
   block.textContent = ""; // megabytes that nobody needs twice
-  return content === "" || content.startsWith("@") ? null : fromBase64(content);
+  return content.startsWith("@") ? "" : content;
 }
 
-function textOf(bytes: Uint8Array | null): string {
-  return bytes ? new TextDecoder().decode(bytes) : "";
+function embedded(id: string): string {
+  return new TextDecoder().decode(fromBase64(takeBlock(id)));
 }
 
-function fromBase64(content: string): Uint8Array<ArrayBuffer> {
-  const binary = atob(content);
-  const bytes = new Uint8Array(binary.length);
-  for (let i = 0; i < binary.length; i++) bytes[i] = binary.charCodeAt(i);
-  return bytes;
-}
-
-async function inflate(content: string): Promise<Uint8Array> {
-  const stream = new Blob([fromBase64(content.trim())]).stream().pipeThrough(new DecompressionStream("gzip"));
-  return new Uint8Array(await new Response(stream).arrayBuffer());
-}
-
-/** Resolves when what was changed so far is on the screen. */
-function painted(): Promise<void> {
-  return new Promise((resolve) => requestAnimationFrame(() => setTimeout(resolve)));
-}
-
-function nextTask(): Promise<void> {
-  return new Promise((resolve) => setTimeout(resolve));
-}
-
-function fail(key: TextKey): void {
+function fail(key: TextKey, detail = ""): void {
   inspection.failed = key;
   byId("progress").hidden = false;
-  byId("progress").textContent = text(key);
+  byId("progress").classList.remove("aside");
+  byId("progress-bar").hidden = true;
+  byId("progress-text").textContent = text(key);
+  if (detail !== "") byId("progress-text").append(make("small", {}, detail));
 }
 
-main().catch((error: unknown) => {
-  fail("unreadable");
-  byId("progress").append(make("small", {}, String(error)));
-});
+start();

@@ -1,6 +1,7 @@
-// Finds the element under the pointer. Boxes first, then the triangles of the few boxes that are hit.
+// Finds the element under the pointer. Boxes first, then the triangles of the few boxes that are hit, each in the
+// frame of its shape.
 
-import { type Ray, Vector3 } from "three";
+import { Matrix4, Ray, Vector3 } from "three";
 import type { Cameras } from "./cameras";
 import type { Geometry } from "./geometry";
 import type { Element, Point } from "./model";
@@ -13,19 +14,23 @@ interface Hit {
 }
 
 export function nearestOnRay(ray: Ray, elements: Element[], geometry: Geometry): Hit | null {
-  const { bounds, indices, indexRange, positions } = geometry;
+  const { bounds, shapes, shapeOf, matrices } = geometry;
   const [a, b, c, at] = [new Vector3(), new Vector3(), new Vector3(), new Vector3()];
+  const [matrix, inverse, inside] = [new Matrix4(), new Matrix4(), new Ray()];
   let best: Hit | null = null;
   for (const element of elements) {
+    const shape = shapes[shapeOf[element.index]!];
+    if (!shape) continue;
     const entry = enterBox(ray, bounds.values, element.index * 6);
     if (entry === null || (best && entry > best.distance)) continue;
-    const { start, count } = indexRange[element.index]!;
-    for (let i = start; i < start + count; i += 3) {
-      a.fromArray(positions, indices[i]! * 3);
-      b.fromArray(positions, indices[i + 1]! * 3);
-      c.fromArray(positions, indices[i + 2]! * 3);
-      if (!ray.intersectTriangle(a, b, c, true, at)) continue;
-      const distance = ray.origin.distanceTo(at);
+    matrix.fromArray(matrices, element.index * 16);
+    inside.copy(ray).applyMatrix4(inverse.copy(matrix).invert());
+    for (let i = 0; i < shape.indices.length; i += 3) {
+      a.fromArray(shape.positions, shape.indices[i]! * 3);
+      b.fromArray(shape.positions, shape.indices[i + 1]! * 3);
+      c.fromArray(shape.positions, shape.indices[i + 2]! * 3);
+      if (!inside.intersectTriangle(a, b, c, true, at)) continue;
+      const distance = ray.origin.distanceTo(at.applyMatrix4(matrix));
       if (!best || distance < best.distance) best = { element, distance };
     }
   }

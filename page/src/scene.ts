@@ -1,7 +1,7 @@
 // The picture: what is drawn, and what stands under the pointer.
 //
-// All bars are one mesh, one set of edges and one set of lines. Which of them are drawn is a matter of the index
-// lists, so there is a handful of draw calls whatever is hidden. Other drawings than the first of a picture add to it.
+// A bar is drawn as a solid or as a line; which, is chosen anew for each picture. Other drawings than the first of a
+// picture add to it.
 
 import {
   BufferAttribute,
@@ -23,14 +23,13 @@ import {
 import { LineMaterial } from "three/addons/lines/LineMaterial.js";
 import { LineSegments2 } from "three/addons/lines/LineSegments2.js";
 import { LineSegmentsGeometry } from "three/addons/lines/LineSegmentsGeometry.js";
+import { Bodies, drawOnly } from "./bodies";
 import { Cameras, type ViewName } from "./cameras";
 import { Detail } from "./detail";
-import type { Geometry, Range } from "./geometry";
+import type { Geometry } from "./geometry";
 import type { Element, Model } from "./model";
 import { type Colouring, colourOf, selectedColour, unknownColour } from "./palette";
 import { nearestAxis, nearestOnRay } from "./picking";
-
-const edgeShade = 0.7;
 
 export class View {
   /** Called after each drawing. */
@@ -38,12 +37,11 @@ export class View {
   /** Resolves when the first picture is there. */
   readonly firstPicture: Promise<void>;
   readonly cameras: Cameras;
-  readonly detail: Detail;
+  detail: Detail;
   private readonly renderer: WebGLRenderer;
   private readonly scene = new Scene();
   private readonly headlight = new DirectionalLight(0xffffff, 2.1);
-  private readonly bars: Mesh;
-  private readonly edges: LineSegments;
+  private bodies: Bodies;
   private readonly lines: LineSegments;
   private readonly unknownLines = fatLines(unknownColour, true);
   private readonly selectedMesh: Mesh;
@@ -64,8 +62,8 @@ export class View {
     private readonly host: HTMLElement,
     canvas: HTMLCanvasElement,
     private readonly model: Model,
-    private readonly geometry: Geometry,
-    colouring: Colouring,
+    private geometry: Geometry,
+    private colouring: Colouring,
   ) {
     this.firstPicture = new Promise((resolve) => (this.tellFirst = resolve));
     this.renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
@@ -77,41 +75,23 @@ export class View {
     this.detail.setVisible(this.visible);
     this.cameras = new Cameras(host, canvas, geometry.bounds.radius, () => this.redraw());
 
-    const body = new BufferGeometry();
-    body.setAttribute("position", new BufferAttribute(geometry.positions, 3));
-    body.setAttribute("normal", new BufferAttribute(geometry.normals, 4, true));
-    body.setAttribute("color", colourAttribute(geometry.positions.length / 3));
-    body.setIndex(emptyIndex(geometry.indices.length));
-    this.bars = new Mesh(
-      body,
-      // Pushed back a little, so that the edges on it are drawn whole.
-      new MeshLambertMaterial({ vertexColors: true, polygonOffset: true, polygonOffsetFactor: 1, polygonOffsetUnits: 1 }),
-    );
-
-    const outline = new BufferGeometry();
-    outline.setAttribute("position", body.getAttribute("position"));
-    outline.setAttribute("color", body.getAttribute("color"));
-    outline.setIndex(emptyIndex(geometry.edges.length));
-    const shade = new Color().setScalar(edgeShade);
-    this.edges = new LineSegments(outline, new LineBasicMaterial({ vertexColors: true, color: shade }));
-
+    this.bodies = new Bodies(geometry);
     const axes = new BufferGeometry();
     axes.setAttribute("position", new BufferAttribute(this.axisPoints(model.elements), 3));
     axes.setAttribute("color", colourAttribute(model.elements.length * 2));
     axes.setIndex(emptyIndex(model.elements.length * 2));
     this.lines = new LineSegments(axes, new LineBasicMaterial({ vertexColors: true }));
 
-    const marked = new BufferGeometry();
-    marked.setAttribute("position", body.getAttribute("position"));
-    marked.setAttribute("normal", body.getAttribute("normal"));
-    this.selectedMesh = new Mesh(marked, new MeshLambertMaterial({ color: selectedColour, emissive: 0x5a3c00 }));
+    this.selectedMesh = new Mesh(new BufferGeometry(), new MeshLambertMaterial({ color: selectedColour, emissive: 0x5a3c00 }));
+    this.selectedMesh.matrixAutoUpdate = false;
     this.selectedEnds = new Points(
       new BufferGeometry(),
       new PointsMaterial({ color: 0x1c2733, size: 7, sizeAttenuation: false, depthTest: false }),
     );
 
     this.grid = makeGrid(geometry.bounds.least, geometry.bounds.greatest);
-    for (const object of [this.bars, this.edges, this.lines, this.unknownLines, this.selectedMesh, this.selectedLines, this.selectedEnds]) {
+    this.scene.add(...this.bodies.objects);
+    for (const object of [this.lines, this.unknownLines, this.selectedMesh, this.selectedLines, this.selectedEnds]) {
       object.frustumCulled = false; // its bounds follow nothing that is hidden or selected
       this.scene.add(object);
     }
@@ -126,18 +106,33 @@ export class View {
 
   // --- what is drawn ---------------------------------------------------------------------------
 
+  /** Takes over solids that were not there before. */
+  setGeometry(geometry: Geometry): void {
+    this.geometry = geometry;
+    this.scene.remove(...this.bodies.objects);
+    this.bodies.dispose();
+    this.bodies = new Bodies(geometry);
+    this.scene.add(...this.bodies.objects);
+    const { budget } = this.detail;
+    this.detail = new Detail(geometry);
+    this.detail.budget = budget;
+    this.detail.setVisible(this.visible);
+    this.cameras.radius = geometry.bounds.radius;
+    this.colour(this.colouring);
+    this.showSelected();
+  }
+
   colour(colouring: Colouring): void {
-    const ofVertices = this.bars.geometry.getAttribute("color") as BufferAttribute;
+    this.colouring = colouring;
     const ofLines = this.lines.geometry.getAttribute("color") as BufferAttribute;
     const known = new Map<string, Color>(); // colours are kept as linear light, as the shaders need them
     for (const element of this.model.elements) {
       const name = colourOf(element, colouring);
       let colour = known.get(name);
       if (!colour) known.set(name, (colour = new Color(name)));
-      fillColour(ofVertices, this.geometry.vertexRange[element.index]!, colour);
-      fillColour(ofLines, { start: element.index * 2, count: 2 }, colour);
+      this.bodies.colour(element.index, colour);
+      fillColour(ofLines, element.index * 2, 2, colour);
     }
-    ofVertices.needsUpdate = true;
     ofLines.needsUpdate = true;
     this.redraw();
   }
@@ -164,9 +159,17 @@ export class View {
     const element = this.selected && this.visible[this.selected.index] ? this.selected : null;
     for (const object of [this.selectedMesh, this.selectedLines, this.selectedEnds]) object.visible = element !== null;
     if (!element) return;
-    const { start, count } = this.geometry.indexRange[element.index]!;
-    this.selectedMesh.geometry.setIndex(new BufferAttribute(this.geometry.indices.slice(start, start + count), 1));
-    this.selectedMesh.visible = count > 0;
+    const { shapes, shapeOf, matrices } = this.geometry;
+    const shape = shapes[shapeOf[element.index]!];
+    this.selectedMesh.visible = shape !== undefined;
+    if (shape) {
+      this.selectedMesh.geometry.dispose();
+      this.selectedMesh.geometry = new BufferGeometry();
+      this.selectedMesh.geometry.setAttribute("position", new BufferAttribute(shape.positions, 3));
+      this.selectedMesh.geometry.setAttribute("normal", new BufferAttribute(shape.normals, 4, true));
+      this.selectedMesh.geometry.setIndex(new BufferAttribute(shape.indices, 1));
+      this.selectedMesh.matrix.fromArray(matrices, element.index * 16);
+    }
     this.setSegments(this.selectedLines, [element]);
     this.selectedEnds.geometry.setAttribute("position", new BufferAttribute(this.axisPoints([element]), 3));
   }
@@ -285,16 +288,14 @@ export class View {
   }
 
   /** Draws some solids; with `lines` into an empty picture, without into the one that is there. */
-  private render(solids: number[], lines: number[] | null): void {
-    const { indices, indexRange, edges, edgeRange } = this.geometry;
-    fillIndex(this.bars.geometry, solids, (i) => indexRange[i]!, indices);
-    fillIndex(this.edges.geometry, solids, (i) => edgeRange[i]!, edges);
+  private render(solids: Uint32Array, lines: Uint32Array | null): void {
+    this.bodies.show(solids);
     const ends = this.lines.geometry.getIndex()!.array as Uint32Array;
     lines?.forEach((element, i) => {
       ends[i * 2] = element * 2;
       ends[i * 2 + 1] = element * 2 + 1;
     });
-    drawOnly(this.lines.geometry, lines ? lines.length * 2 : 0);
+    drawOnly(this.lines, lines ? lines.length * 2 : 0);
     this.grid.visible = this.showsGrid && lines !== null;
     if (lines) this.renderer.clear();
     this.renderer.render(this.scene, this.cameras.prepared());
@@ -318,7 +319,7 @@ function colourAttribute(vertices: number): BufferAttribute {
   return new BufferAttribute(new Uint8Array(vertices * 4).fill(255), 4, true);
 }
 
-function fillColour(attribute: BufferAttribute, { start, count }: Range, { r, g, b }: Color): void {
+function fillColour(attribute: BufferAttribute, start: number, count: number, { r, g, b }: Color): void {
   const bytes = attribute.array as Uint8Array;
   for (let i = start * 4; i < (start + count) * 4; i += 4) {
     bytes[i] = r * 255;
@@ -329,26 +330,6 @@ function fillColour(attribute: BufferAttribute, { start, count }: Range, { r, g,
 
 function emptyIndex(size: number): BufferAttribute {
   return new BufferAttribute(new Uint32Array(size), 1);
-}
-
-/** Puts the entries of some elements to the front of a geometry's index, and has only those drawn. */
-function fillIndex(geometry: BufferGeometry, elements: number[], rangeOf: (element: number) => Range, all: Uint32Array): void {
-  const kept = geometry.getIndex()!.array as Uint32Array;
-  let length = 0;
-  for (const element of elements) {
-    const { start, count } = rangeOf(element);
-    kept.set(all.subarray(start, start + count), length);
-    length += count;
-  }
-  drawOnly(geometry, length);
-}
-
-function drawOnly(geometry: BufferGeometry, length: number): void {
-  const index = geometry.getIndex()!;
-  index.clearUpdateRanges();
-  index.addUpdateRange(0, length);
-  index.needsUpdate = true;
-  geometry.setDrawRange(0, length);
 }
 
 function fatLines(colour: string, depthTest: boolean): LineSegments2 {

@@ -1,112 +1,359 @@
-// Reads the entity lines of an exchange file by number.
+// Reads the entity lines of an exchange file by number, out of its bytes.
 //
-// The exporter writes one entity per line, so this looks at lines only; a stray apostrophe in a name
-// then spoils its own line and no other. Attributes are taken apart when somebody asks for them.
+// The exporter writes one entity per line, so this looks at lines only; a stray apostrophe in a name then spoils its
+// own line and no other. A large file has millions of lines: one pass notes where each begins, and its attributes
+// are taken apart when somebody asks for them. No text is made but the few that people read.
 
 const trailer = "END-ISO-10303-21;";
+export const [newline, blank, hash, apostrophe, open, close, comma, equals] = [10, 32, 35, 39, 40, 41, 44, 61] as const;
+const mostAttributes = 24; // no entity that is read here has more
 
-export interface ExchangeFile {
-  bytes: Uint8Array;
-  text: string;
-  complete: boolean; // false when the writer stopped before the end
-}
+/** Keywords whose entities are listed; all others are found by number only. */
+export const listed = [
+  "IFCBEAM",
+  "IFCCOLUMN",
+  "IFCMEMBER",
+  "IFCELEMENTASSEMBLY",
+  "IFCPROJECT",
+  "IFCRELAGGREGATES",
+  "IFCRELCONTAINEDINSPATIALSTRUCTURE",
+  "IFCRELDEFINESBYPROPERTIES",
+  "IFCRELPROJECTSELEMENT",
+  "IFCRELVOIDSELEMENT",
+] as const;
+export type Listed = (typeof listed)[number];
 
-/** A file that ends early is cut after its last whole line and closed, so that the rest of it can be read. */
-export function openExchangeFile(bytes: Uint8Array): ExchangeFile {
-  const text = new TextDecoder("latin1").decode(bytes);
-  if (text.trimEnd().endsWith(trailer)) return { bytes, text, complete: true };
-  const end = Math.max(text.lastIndexOf(";\r\n"), text.lastIndexOf(";\n")) + 1; // characters are bytes in this encoding
-  const closing = `\nENDSEC;\n${trailer}\n`;
-  const closed = new Uint8Array(end + closing.length);
-  closed.set(bytes.subarray(0, end));
-  closed.set(new TextEncoder().encode(closing), end);
-  return { bytes: closed, text: text.slice(0, end) + closing, complete: false };
-}
+const latin1 = new TextDecoder("latin1");
 
-export class StepText {
-  private readonly bodies: (string | undefined)[] = [];
-  private readonly numbersByKeyword = new Map<string, number[]>();
+export class StepFile {
+  /** The file as far as it is whole, closed if its end was missing. */
+  readonly bytes: Uint8Array;
+  /** False when the writer stopped before the end. */
+  readonly complete: boolean;
+  // Attributes that `take` found: from the first to behind the last byte of each.
+  private readonly from = new Uint32Array(mostAttributes);
+  private readonly to = new Uint32Array(mostAttributes);
+  private taken = 0;
+  private lines = new Uint32Array(1 << 12); // by entity number: where its line begins, plus one
+  private readonly farLines = new Map<number, number>(); // of numbers too high for that
+  private readonly numbers = new Map<Listed, number[]>();
+  private readonly byHash = new Map<number, { keyword: Listed; numbers: number[] }>();
 
-  constructor(text: string) {
-    for (let from = 0; from < text.length; ) {
-      let to = text.indexOf("\n", from);
-      if (to < 0) to = text.length;
-      if (text.charCodeAt(from) === 35 /* # */) this.addLine(text, from, to);
-      from = to + 1;
+  /** `progress` is told how much is done, from 0 to 1. */
+  constructor(bytes: Uint8Array, progress: (done: number) => void) {
+    for (const keyword of listed) {
+      const numbers: number[] = [];
+      this.numbers.set(keyword, numbers);
+      this.byHash.set(hashOf(new TextEncoder().encode(keyword)), { keyword, numbers });
+    }
+    this.complete = endsWithTrailer(bytes);
+    this.bytes = this.complete ? bytes : closed(bytes);
+    this.addLines(progress);
+  }
+
+  private addLines(progress: (done: number) => void): void {
+    const { bytes } = this;
+    const end = bytes.length;
+    for (let [at, told] = [0, 0]; at < end; ) {
+      if (at - told > 1 << 22) progress((told = at) / end);
+      if (bytes[at] === hash) at = this.addLine(at);
+      while (at < end && bytes[at] !== newline) at++;
+      at++;
     }
   }
 
-  private addLine(text: string, from: number, to: number): void {
-    const equals = text.indexOf("=", from);
-    const open = text.indexOf("(", equals);
-    const close = text.lastIndexOf(")", to);
-    if (equals < 0 || open < 0 || open > to || close < open) return;
-    const number = Number(text.slice(from + 1, equals));
-    if (!Number.isInteger(number)) return;
-    const keyword = text.slice(equals + 1, open).trim();
-    this.bodies[number] = text.slice(open + 1, close);
-    const numbers = this.numbersByKeyword.get(keyword);
-    if (numbers) numbers.push(number);
-    else this.numbersByKeyword.set(keyword, [number]);
+  /** "#12= IFCNAME(…" → noted; gives a place in the line. */
+  private addLine(line: number): number {
+    const { bytes } = this;
+    let at = line + 1;
+    let number = 0;
+    for (let digit = digitAt(bytes, at); digit >= 0; digit = digitAt(bytes, ++at)) number = number * 10 + digit;
+    while (bytes[at] === blank) at++;
+    if (bytes[at] !== equals || number === 0) return at;
+    at++;
+    while (bytes[at] === blank) at++;
+    const word = at;
+    let sum = 0;
+    for (let c = bytes[at]!; (c >= 65 && c <= 90) || (c >= 48 && c <= 57) || c === 95; c = bytes[++at]!) sum = (Math.imul(sum, 31) + c) | 0;
+    const behind = at;
+    while (bytes[at] === blank) at++;
+    if (bytes[at] !== open || behind === word) return at;
+    this.setLine(number, line);
+    const list = this.byHash.get(sum);
+    if (list && this.spells(word, list.keyword)) list.numbers.push(number);
+    return at;
+  }
+
+  private setLine(number: number, line: number): void {
+    // The exporter numbers its lines in turn; a number that the file is too short for must not cost memory.
+    if (number > this.bytes.length / 8) {
+      this.farLines.set(number, line + 1);
+      return;
+    }
+    if (number >= this.lines.length) {
+      const larger = new Uint32Array(Math.max(number + 1, this.lines.length * 2));
+      larger.set(this.lines);
+      this.lines = larger;
+    }
+    this.lines[number] = line + 1;
+  }
+
+  /** Where an entity's line begins; −1 when there is none. */
+  lineOf(number: number): number {
+    return (this.lines[number] ?? this.farLines.get(number) ?? 0) - 1;
   }
 
   /** Numbers of all entities of one type, in file order. */
-  numbersOf(keyword: string): readonly number[] {
-    return this.numbersByKeyword.get(keyword) ?? [];
+  numbersOf(keyword: Listed): readonly number[] {
+    return this.numbers.get(keyword)!;
   }
 
-  /** The attributes of one entity as they are written; empty when there is no such entity. */
-  attributes(number: number): string[] {
-    const body = this.bodies[number];
-    return body === undefined ? [] : splitList(body);
+  /** Where the first entity's line begins: all before it is header. */
+  get header(): Uint8Array {
+    const first = this.bytes.findIndex((byte, i) => byte === hash && (i === 0 || this.bytes[i - 1] === newline));
+    return this.bytes.subarray(0, first < 0 ? this.bytes.length : first);
+  }
+
+  /** An entity's line. */
+  line(number: number): Uint8Array {
+    const from = this.lineOf(number);
+    const end = this.bytes.indexOf(newline, from);
+    return this.bytes.subarray(from, end < 0 ? this.bytes.length : end + 1);
+  }
+
+  /** An entity from its keyword to its last parenthesis: where it begins and ends; equal when there is none. */
+  content(number: number): [number, number] {
+    const { bytes } = this;
+    const from = this.keywordAt(number);
+    if (from < 0) return [0, 0];
+    let to = from;
+    while (to < bytes.length && bytes[to] !== newline) to++;
+    while (to > from && bytes[to - 1] !== close) to--;
+    return [from, to];
+  }
+
+  /** Whether an entity is of a type. */
+  is(number: number, keyword: string): boolean {
+    const at = this.keywordAt(number);
+    return at >= 0 && this.spells(at, keyword) && !isWord(this.bytes[at + keyword.length]);
+  }
+
+  private keywordAt(number: number): number {
+    let at = this.lineOf(number);
+    if (at < 0) return -1;
+    while (this.bytes[at] !== equals) at++;
+    at++;
+    while (this.bytes[at] === blank) at++;
+    return at;
+  }
+
+  private spells(at: number, word: string): boolean {
+    for (let i = 0; i < word.length; i++) if (this.bytes[at + i] !== word.charCodeAt(i)) return false;
+    return true;
+  }
+
+  /**
+   * Takes the attributes of an entity apart, at the commas outside of strings and parentheses; gives how many. The
+   * methods below read one of them, and hold until the next entity is taken.
+   */
+  take(number: number): number {
+    const { bytes } = this;
+    let [start, to] = this.content(number);
+    this.taken = 0;
+    while (start < to && bytes[start] !== open) start++;
+    if (start >= --to) return 0;
+    let depth = 0;
+    let inString = false;
+    for (let i = ++start; i < to; i++) {
+      const c = bytes[i]!;
+      if (c === apostrophe) inString = !inString;
+      else if (inString || c > comma) continue;
+      else if (c === open) depth++;
+      else if (c === close) depth--;
+      else if (c === comma && depth === 0) {
+        this.addAttribute(start, i);
+        start = i + 1;
+      }
+    }
+    this.addAttribute(start, to);
+    return this.taken;
+  }
+
+  private addAttribute(from: number, to: number): void {
+    if (this.taken === mostAttributes) return;
+    while (from < to && this.bytes[from]! <= blank) from++;
+    while (to > from && this.bytes[to - 1]! <= blank) to--;
+    this.from[this.taken] = from;
+    this.to[this.taken++] = to;
+  }
+
+  /** "#12" → 12; 0 for anything else. */
+  reference(attribute: number): number {
+    if (attribute >= this.taken) return 0;
+    const at = this.from[attribute]!;
+    return this.bytes[at] === hash ? digitsAt(this.bytes, at + 1) : 0;
+  }
+
+  /** "(#1, #2)" → 1, then 2; gives how many. */
+  eachReference(attribute: number, use: (number: number) => void): number {
+    if (attribute >= this.taken || this.bytes[this.from[attribute]!] !== open) return 0;
+    return eachReference(this.bytes, this.from[attribute]!, this.to[attribute]!, use);
+  }
+
+  /** "1.5" → 1.5; 0 for anything else. */
+  number(attribute: number): number {
+    return attribute < this.taken ? numberBetween(this.bytes, this.from[attribute]!, this.to[attribute]!) || 0 : 0;
+  }
+
+  /** "(1., 2., 3.)" → three numbers at a place of `out`; false when there are less. */
+  triple(attribute: number, out: Float64Array, place: number): boolean {
+    if (attribute >= this.taken) return false;
+    let at = this.from[attribute]!;
+    const to = this.to[attribute]!;
+    if (this.bytes[at] !== open) return false;
+    for (let axis = 0; axis < 3; axis++) {
+      const start = ++at;
+      while (at < to && this.bytes[at] !== comma && this.bytes[at] !== close) at++;
+      if (at === to) return false;
+      out[place + axis] = numberBetween(this.bytes, start, at);
+      if (axis < 2 && this.bytes[at] === close) return false;
+    }
+    return true;
+  }
+
+  /** Whether an attribute is written so. */
+  reads(attribute: number, written: string): boolean {
+    const length = attribute < this.taken ? this.to[attribute]! - this.from[attribute]! : -1;
+    return length === written.length && this.spells(this.from[attribute]!, written);
+  }
+
+  /** An attribute as it is written; empty when there is none. */
+  written(attribute: number): Uint8Array {
+    return attribute < this.taken ? this.bytes.subarray(this.from[attribute], this.to[attribute]) : new Uint8Array();
+  }
+
+  /** Between the first and the last apostrophe of an attribute. */
+  textBytes(attribute: number): Uint8Array {
+    const written = this.written(attribute);
+    const first = written.indexOf(apostrophe);
+    return written.subarray(first + 1, Math.max(written.lastIndexOf(apostrophe), first + 1));
+  }
+
+  /** "'it''s'" → "it's"; a wrapped value such as IFCIDENTIFIER('x') → "x"; "$" → "". */
+  text(attribute: number): string {
+    return latin1.decode(this.textBytes(attribute)).replaceAll("''", "'");
   }
 }
 
-/** Splits at the commas that stand outside of strings and parentheses. */
-export function splitList(body: string): string[] {
-  const parts: string[] = [];
-  let depth = 0;
+/** Texts that many entities share: each is made once. */
+export class TextTable {
+  readonly texts: string[] = [];
+  private readonly raw: Uint8Array[] = [];
+  private readonly byHash = new Map<number, number[]>();
+
+  constructor() {
+    this.add(new Uint8Array(), () => ""); // an element that has none gets the first
+  }
+
+  /** The position in `texts` of the text that is written so. */
+  add(written: Uint8Array, read: () => string): number {
+    const sum = hashOf(written);
+    let known = this.byHash.get(sum);
+    if (!known) this.byHash.set(sum, (known = []));
+    for (const index of known) if (equal(this.raw[index]!, written)) return index;
+    known.push(this.texts.length);
+    this.raw.push(written.slice());
+    return this.texts.push(read()) - 1;
+  }
+}
+
+/** Every "#12" between two places, outside of strings; gives how many. */
+export function eachReference(bytes: Uint8Array, from: number, to: number, use: (number: number) => void): number {
+  let count = 0;
   let inString = false;
-  let start = 0;
-  for (let i = 0; i < body.length; i++) {
-    const c = body.charCodeAt(i);
-    if (c === 39 /* ' */) inString = !inString;
-    else if (inString) continue;
-    else if (c === 40 /* ( */) depth++;
-    else if (c === 41 /* ) */) depth--;
-    else if (c === 44 /* , */ && depth === 0) {
-      parts.push(body.slice(start, i).trim());
-      start = i + 1;
+  for (let i = from; i < to; i++) {
+    const c = bytes[i];
+    if (c === apostrophe) inString = !inString;
+    else if (c === hash && !inString) {
+      const number = digitsAt(bytes, i + 1);
+      if (number === 0) continue;
+      use(number);
+      count++;
     }
   }
-  const last = body.slice(start).trim();
-  if (last !== "" || parts.length > 0) parts.push(last);
-  return parts;
+  return count;
 }
 
-/** "#12" → 12; 0 for anything else. */
-export function toReference(attribute: string | undefined): number {
-  return attribute?.startsWith("#") ? Number(attribute.slice(1)) || 0 : 0;
+function hashOf(bytes: Uint8Array): number {
+  let sum = 0;
+  for (let i = 0; i < bytes.length; i++) sum = (Math.imul(sum, 31) + bytes[i]!) | 0;
+  return sum;
 }
 
-/** "(#1, #2)" → [1, 2]. */
-export function toReferences(attribute: string | undefined): number[] {
-  return toList(attribute).map(toReference).filter((n) => n > 0);
+function equal(one: Uint8Array, other: Uint8Array): boolean {
+  if (one.length !== other.length) return false;
+  for (let i = 0; i < one.length; i++) if (one[i] !== other[i]) return false;
+  return true;
 }
 
-/** "(1., 2.)" → [1, 2]. */
-export function toNumbers(attribute: string | undefined): number[] {
-  return toList(attribute).map(Number);
+function isWord(c: number | undefined): boolean {
+  return c !== undefined && ((c >= 65 && c <= 90) || (c >= 48 && c <= 57) || c === 95);
 }
 
-/** "'it''s'" → "it's"; a wrapped value such as IFCIDENTIFIER('x') → "x"; "$" → "". */
-export function toText(attribute: string | undefined): string {
-  if (!attribute) return "";
-  const first = attribute.indexOf("'");
-  const last = attribute.lastIndexOf("'");
-  return first < 0 || last <= first ? "" : attribute.slice(first + 1, last).replaceAll("''", "'");
+function digitAt(bytes: Uint8Array, at: number): number {
+  const digit = bytes[at]! - 48;
+  return digit >= 0 && digit <= 9 ? digit : -1;
 }
 
-function toList(attribute: string | undefined): string[] {
-  return attribute?.startsWith("(") && attribute.endsWith(")") ? splitList(attribute.slice(1, -1)) : [];
+export function digitsAt(bytes: Uint8Array, at: number): number {
+  let number = 0;
+  for (let digit = digitAt(bytes, at); digit >= 0; digit = digitAt(bytes, ++at)) number = number * 10 + digit;
+  return number;
+}
+
+const powers = Array.from({ length: 16 }, (_, i) => 10 ** i);
+
+/**
+ * The number that is written between two places, as `Number` would read it. Up to fifteen digits without an exponent
+ * are a whole number and a power of ten, both exact, so that their quotient is the nearest number.
+ */
+function numberBetween(bytes: Uint8Array, from: number, to: number): number {
+  while (bytes[from] === blank) from++;
+  const negative = bytes[from] === 45;
+  let whole = 0;
+  let digits = 0;
+  let decimals = -1;
+  let at = negative ? from + 1 : from;
+  for (; at < to; at++) {
+    const c = bytes[at]!;
+    if (c === 46 && decimals < 0) decimals = 0;
+    else if (c >= 48 && c <= 57 && digits < 15) {
+      whole = whole * 10 + c - 48;
+      digits++;
+      if (decimals >= 0) decimals++;
+    } else break;
+  }
+  if (at < to || digits === 0) return Number(latin1.decode(bytes.subarray(from, to)));
+  const size = decimals > 0 ? whole / powers[decimals]! : whole;
+  return negative ? -size : size;
+}
+
+function endsWithTrailer(bytes: Uint8Array): boolean {
+  let end = bytes.length;
+  while (end > 0 && bytes[end - 1]! <= blank) end--;
+  return latin1.decode(bytes.subarray(Math.max(end - trailer.length, 0), end)) === trailer;
+}
+
+/** A file that ends early is cut after its last whole line and closed, so that the rest of it can be read. */
+function closed(bytes: Uint8Array): Uint8Array {
+  let end = bytes.length;
+  for (; end > 0; end--) {
+    const feed = bytes[end] === 13 ? end + 1 : end;
+    if (bytes[end - 1] === 59 && bytes[feed] === newline) break;
+  }
+  const closing = new TextEncoder().encode(`\nENDSEC;\n${trailer}\n`);
+  const whole = new Uint8Array(end + closing.length);
+  whole.set(bytes.subarray(0, end));
+  whole.set(closing, end);
+  return whole;
 }

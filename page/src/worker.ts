@@ -1,0 +1,64 @@
+// Reads the exchange file beside the page, which stays at its user's service meanwhile.
+
+import { readColumns } from "./columns";
+import { Engine } from "./engine";
+import type { Report, Request, Stage } from "./protocol";
+import { buildSolids, type Solids } from "./solids";
+import { StepFile } from "./step";
+import { Fault, fromBase64, unpack } from "./unpack";
+
+const scope = self as unknown as {
+  onmessage: (event: MessageEvent<Request>) => void;
+  postMessage(report: Report, transfer?: Transferable[]): void;
+};
+
+let engine: Promise<Engine | null>; // compiled while the model is still on its way
+
+scope.onmessage = ({ data }) => {
+  if (data.kind === "engine") engine = startEngine(data.packed);
+  else {
+    read(data.packed).catch((error: unknown) => {
+      const reason = error instanceof Fault ? error.reason : "unreadable";
+      scope.postMessage({ kind: "failed", reason, detail: String(error) });
+    });
+  }
+};
+
+async function read(model: string): Promise<void> {
+  const bytes = await unpack(fromBase64(model), progressOf("unpacking"));
+  const progress = progressOf("reading");
+  const file = new StepFile(bytes, (done) => progress(done / 2));
+  const { columns, bars } = readColumns(file, (done) => progress(0.5 + done / 2));
+  // The columns are used here further on, so the page gets a copy.
+  scope.postMessage({ kind: "columns", columns });
+  buildSolids(file, columns, bars, await engine, progressOf("meshing"), deliver);
+}
+
+/** The last ones are given away, and no copy is made of them. */
+function deliver(solids: Solids): void {
+  const { shapeOf, matrices, bounds, thickness, volumes, shapes, whole } = solids;
+  const buffers = [shapeOf, matrices, bounds, thickness, volumes].map((column) => column.buffer as ArrayBuffer);
+  for (const { positions, normals, indices, edges } of shapes) {
+    buffers.push(...[positions, normals, indices, edges].map((list) => list.buffer as ArrayBuffer));
+  }
+  scope.postMessage({ kind: "solids", solids }, whole ? buffers : []);
+}
+
+/** Null when the engine cannot run here. */
+async function startEngine(packed: string): Promise<Engine | null> {
+  try {
+    return await Engine.start(await unpack(fromBase64(packed), () => undefined));
+  } catch {
+    return null;
+  }
+}
+
+/** Reports a stage in steps that can be seen. */
+function progressOf(stage: Stage): (done: number) => void {
+  let told = 0;
+  return (done) => {
+    if (done - told < 0.02) return;
+    told = done;
+    scope.postMessage({ kind: "progress", stage, done });
+  };
+}
