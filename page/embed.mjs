@@ -6,12 +6,12 @@ import { basename, dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
 
-const template = join(dirname(fileURLToPath(import.meta.url)), "dist/viewer.html");
+const built = join(dirname(fileURLToPath(import.meta.url)), "dist/viewer.html");
 
-/** The notes are lines that the page shows in its list. `pack` makes of the file what the page carries. */
-export function embed(bytes, name, notes = [], pack = gzipSync) {
+/** `notes` are lines that the page shows in its list; `pack` makes of the file what the page carries. */
+export function embed(bytes, name, { notes = [], pack = gzipSync, template = built } = {}) {
   return readFileSync(template, "latin1")
-    .replace("@EXPORTIFC_MODEL@", () => pack(Buffer.from(bytes)).toString("base64"))
+    .replace("@EXPORTIFC_MODEL@", () => Buffer.from(pack(Buffer.from(bytes))).toString("base64"))
     .replace("@EXPORTIFC_NAME@", () => Buffer.from(name, "utf8").toString("base64"))
     .replace("@EXPORTIFC_NOTES@", () => Buffer.from(notes.join("\n"), "utf8").toString("base64"));
 }
@@ -26,9 +26,9 @@ if (process.argv[1] === fileURLToPath(import.meta.url)) {
     console.error(`embed.mjs: ${reason}`);
     process.exit(2);
   };
-  if (!existsSync(template)) refuse(`${template} is missing: run page/build.sh first`);
+  if (!existsSync(built)) refuse(`${built} is missing: run page/build.sh first`);
   if (!existsSync(input)) refuse(`there is no file ${input}`);
-  if (existsSync(output) && [input, template].some((read) => realpathSync(read) === realpathSync(output))) {
+  if (existsSync(output) && [input, built].some((read) => realpathSync(read) === realpathSync(output))) {
     refuse(`${output} is what is read: choose another output`);
   }
   try {

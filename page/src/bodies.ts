@@ -21,7 +21,7 @@ import type { Geometry } from "./geometry";
 import type { Shape } from "./shapes";
 
 /** Bars of one section from which on they are drawn as instances; below it two calls more cost more than they save. */
-const manyBars = 100;
+export const manyBars = 100;
 const edgeShade = 0.7;
 
 export class Bodies {

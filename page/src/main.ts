@@ -1,8 +1,10 @@
 // Puts the page together: has the worker read the embedded file, fills the lists, starts the picture.
 
+import type { WebGLRenderer } from "three";
 import type { ViewName } from "./cameras";
 import { button, byId, make } from "./dom";
 import { type Geometry, makeGeometry } from "./geometry";
+import { startRenderer } from "./graphics";
 import { type Element, makeModel, type Model } from "./model";
 import type { Colouring } from "./palette";
 import { axesPicture, detailRows, legendRows, noteRows, totalsTable } from "./panel";
@@ -56,9 +58,9 @@ function start(): void {
     else if (data.kind === "columns") {
       mark("parsed");
       showProgress("meshing", 0);
-      page = new Page(makeModel(data.columns));
+      page = new Page(makeModel(data.columns), startPicture());
     } else {
-      mark(data.solids.whole ? "allSolids" : "firstSolids");
+      mark(data.solids.whole ? "meshed" : "firstSolids");
       page.addGeometry(makeGeometry(page.model, data.solids));
       mark("scene");
       if (data.solids.whole) finish(worker).catch((error: unknown) => fail("unreadable", String(error)));
@@ -72,6 +74,17 @@ function start(): void {
     mark("loaded");
     send({ kind: "model", packed });
   });
+}
+
+/** Null when the browser gives no WebGL. */
+function startPicture(): WebGLRenderer | null {
+  const canvas = byId<HTMLCanvasElement>("canvas");
+  try {
+    return startRenderer(canvas);
+  } catch {
+    canvas.hidden = true;
+    return null;
+  }
 }
 
 async function finish(worker: Worker): Promise<void> {
@@ -97,7 +110,11 @@ class Page {
   private colouring: Colouring;
   private toolbar: Partial<Record<TextKey, HTMLButtonElement>> = {};
 
-  constructor(readonly model: Model) {
+  /** Without a renderer there is no picture. */
+  constructor(
+    readonly model: Model,
+    private readonly renderer: WebGLRenderer | null,
+  ) {
     inspection.model = model;
     // One group only, as in a file without assemblies: sections tell more than groups.
     this.colouring = model.groups.length > 1 ? "group" : "section";
@@ -141,20 +158,13 @@ class Page {
 
   private startPicture(geometry: Geometry): void {
     byId("progress").classList.add("aside"); // what is left to do must not hide what is there
-    const canvas = byId<HTMLCanvasElement>("canvas");
-    if (canvas.hidden) return;
-    try {
-      this.view = new View(byId("picture"), canvas, this.model, geometry, this.colouring);
-    } catch {
-      canvas.hidden = true;
-      this.refreshNotes(geometry.missing);
-      return;
-    }
+    if (!this.renderer) return;
+    this.view = new View(byId("picture"), this.renderer, this.model, geometry, this.colouring);
     inspection.view = this.view;
     this.view.setVisible((element) => this.visibility.isVisible(element));
     this.view.onDrawn = () => axesPicture(byId("axes") as unknown as SVGElement, this.view!.cameras.axes());
     void this.view.firstPicture.then(() => mark("firstPicture"));
-    this.listenToPointer(canvas);
+    this.listenToPointer(byId<HTMLCanvasElement>("canvas"));
     this.refreshToolbar();
   }
 
@@ -260,7 +270,7 @@ class Page {
 
   private refreshNotes(missing: Element[]): void {
     const rows = [...noteRows(this.model, this.model.columns.complete, missing), ...toldNotes.map((note) => make("li", {}, note))];
-    if (byId<HTMLCanvasElement>("canvas").hidden) rows.unshift(make("li", {}, text("noGraphics")));
+    if (!this.renderer) rows.unshift(make("li", {}, text("noGraphics")));
     byId("notes").replaceChildren(...rows);
     byId("notes").hidden = rows.length === 0;
   }

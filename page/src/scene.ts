@@ -7,9 +7,7 @@ import {
   BufferAttribute,
   BufferGeometry,
   Color,
-  DirectionalLight,
   GridHelper,
-  HemisphereLight,
   LineBasicMaterial,
   LineSegments,
   Mesh,
@@ -18,15 +16,16 @@ import {
   PointsMaterial,
   Scene,
   Vector3,
-  WebGLRenderer,
+  type WebGLRenderer,
 } from "three";
 import { LineMaterial } from "three/addons/lines/LineMaterial.js";
 import { LineSegments2 } from "three/addons/lines/LineSegments2.js";
 import { LineSegmentsGeometry } from "three/addons/lines/LineSegmentsGeometry.js";
 import { Bodies, drawOnly } from "./bodies";
 import { Cameras, type ViewName } from "./cameras";
-import { Detail } from "./detail";
+import { Detail, type Part } from "./detail";
 import type { Geometry } from "./geometry";
+import { makeLights, makeLines } from "./graphics";
 import type { Element, Model } from "./model";
 import { type Colouring, colourOf, selectedColour, unknownColour } from "./palette";
 import { nearestAxis, nearestOnRay } from "./picking";
@@ -38,9 +37,8 @@ export class View {
   readonly firstPicture: Promise<void>;
   readonly cameras: Cameras;
   detail: Detail;
-  private readonly renderer: WebGLRenderer;
   private readonly scene = new Scene();
-  private readonly headlight = new DirectionalLight(0xffffff, 2.1);
+  private readonly lights = makeLights();
   private bodies: Bodies;
   private readonly lines: LineSegments;
   private readonly unknownLines = fatLines(unknownColour, true);
@@ -60,27 +58,19 @@ export class View {
 
   constructor(
     private readonly host: HTMLElement,
-    canvas: HTMLCanvasElement,
+    private readonly renderer: WebGLRenderer,
     private readonly model: Model,
     private geometry: Geometry,
     private colouring: Colouring,
   ) {
     this.firstPicture = new Promise((resolve) => (this.tellFirst = resolve));
-    this.renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
-    this.renderer.setClearColor(0, 0); // the page's own ground shows through
-    this.renderer.autoClear = false; // a picture of many bars is drawn piece by piece
-    this.renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
     this.visible = new Uint8Array(model.elements.length).fill(1);
     this.detail = new Detail(geometry);
     this.detail.setVisible(this.visible);
-    this.cameras = new Cameras(host, canvas, geometry.bounds.radius, () => this.redraw());
+    this.cameras = new Cameras(host, renderer.domElement, geometry.bounds.radius, () => this.redraw());
 
     this.bodies = new Bodies(geometry);
-    const axes = new BufferGeometry();
-    axes.setAttribute("position", new BufferAttribute(this.axisPoints(model.elements), 3));
-    axes.setAttribute("color", colourAttribute(model.elements.length * 2));
-    axes.setIndex(emptyIndex(model.elements.length * 2));
-    this.lines = new LineSegments(axes, new LineBasicMaterial({ vertexColors: true }));
+    this.lines = makeLines(this.axisPoints(model.elements));
 
     this.selectedMesh = new Mesh(new BufferGeometry(), new MeshLambertMaterial({ color: selectedColour, emissive: 0x5a3c00 }));
     this.selectedMesh.matrixAutoUpdate = false;
@@ -91,11 +81,11 @@ export class View {
 
     this.grid = makeGrid(geometry.bounds.least, geometry.bounds.greatest);
     this.scene.add(...this.bodies.objects);
-    for (const object of [this.lines, this.unknownLines, this.selectedMesh, this.selectedLines, this.selectedEnds]) {
+    for (const object of [this.unknownLines, this.selectedMesh, this.selectedLines, this.selectedEnds]) {
       object.frustumCulled = false; // its bounds follow nothing that is hidden or selected
       this.scene.add(object);
     }
-    this.scene.add(this.grid, new HemisphereLight(0xffffff, 0xb8c2cc, 1.5), this.headlight, this.headlight.target);
+    this.scene.add(this.lines, this.grid, this.lights.sky, this.lights.head, this.lights.head.target);
 
     this.colour(colouring);
     this.showSelected();
@@ -257,7 +247,7 @@ export class View {
     this.busy = true;
     const start = performance.now();
     if (this.stale) this.draw();
-    else this.render(this.detail.next(), null);
+    else this.render(this.detail.next(), false);
     await this.finished();
     this.busy = false;
     this.detail.learn(performance.now() - start);
@@ -281,23 +271,22 @@ export class View {
     this.stale = false;
     const camera = this.cameras.prepared();
     // The light comes over the viewer's left shoulder, so that no view is dark.
-    this.headlight.position.set(-0.5, 0.6, 1).applyQuaternion(camera.quaternion);
-    const { solids, lines } = this.detail.begin(this.cameras, camera);
-    this.render(solids, lines);
+    this.lights.head.position.set(-0.5, 0.6, 1).applyQuaternion(camera.quaternion);
+    this.render(this.detail.begin(this.cameras, camera), true);
     this.onDrawn();
   }
 
-  /** Draws some solids; with `lines` into an empty picture, without into the one that is there. */
-  private render(solids: Uint32Array, lines: Uint32Array | null): void {
+  /** Draws some elements, into an empty picture or into the one that is there. */
+  private render({ solids, lines }: Part, empty: boolean): void {
     this.bodies.show(solids);
     const ends = this.lines.geometry.getIndex()!.array as Uint32Array;
-    lines?.forEach((element, i) => {
-      ends[i * 2] = element * 2;
-      ends[i * 2 + 1] = element * 2 + 1;
-    });
-    drawOnly(this.lines, lines ? lines.length * 2 : 0);
-    this.grid.visible = this.showsGrid && lines !== null;
-    if (lines) this.renderer.clear();
+    for (let i = 0; i < lines.length; i++) {
+      ends[i * 2] = lines[i]! * 2;
+      ends[i * 2 + 1] = lines[i]! * 2 + 1;
+    }
+    drawOnly(this.lines, lines.length * 2);
+    this.grid.visible = this.showsGrid && empty;
+    if (empty) this.renderer.clear();
     this.renderer.render(this.scene, this.cameras.prepared());
   }
 
@@ -315,10 +304,6 @@ export class View {
   }
 }
 
-function colourAttribute(vertices: number): BufferAttribute {
-  return new BufferAttribute(new Uint8Array(vertices * 4).fill(255), 4, true);
-}
-
 function fillColour(attribute: BufferAttribute, start: number, count: number, { r, g, b }: Color): void {
   const bytes = attribute.array as Uint8Array;
   for (let i = start * 4; i < (start + count) * 4; i += 4) {
@@ -326,10 +311,6 @@ function fillColour(attribute: BufferAttribute, start: number, count: number, { 
     bytes[i + 1] = g * 255;
     bytes[i + 2] = b * 255;
   }
-}
-
-function emptyIndex(size: number): BufferAttribute {
-  return new BufferAttribute(new Uint32Array(size), 1);
 }
 
 function fatLines(colour: string, depthTest: boolean): LineSegments2 {

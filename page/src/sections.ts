@@ -2,7 +2,7 @@
 // dozen of them. The exporter writes a bar's profile again for each bar, so profiles are told apart by what they say.
 
 import type { Bars, Columns } from "./columns";
-import { apostrophe, digitsAt, eachReference, hash, type StepFile } from "./step";
+import { apostrophe, digitsAt, eachReference, hash, newline, type StepFile } from "./step";
 
 export interface Section {
   profile: number; // entity number of one of the equal profiles
@@ -14,16 +14,21 @@ export interface Sections {
   of: Int32Array; // position in `list` of each element's section; −1 when it has none that is known
 }
 
-export function findSections(file: StepFile, { lengths }: Columns, { profiles }: Bars): Sections {
+export function findSections(file: StepFile, columns: Columns, { profiles }: Bars): Sections {
+  const { lengths, names, sections, sectionTexts } = columns;
   const list: Section[] = [];
   const of = new Int32Array(profiles.length).fill(-1);
+  const byName = new Map<number, number>();
   const byProfile = new Map<number, number>();
   const byHash = new Map<number, number[]>();
   const texts = new ProfileTexts(file);
   for (let i = 0; i < profiles.length; i++) {
     const profile = profiles[i]!;
     if (profile === 0 || !(lengths[i]! > 0)) continue;
-    let found = byProfile.get(profile);
+    // Bars of one name and one section text mostly are alike.
+    const name = names[i]! * sectionTexts.length + sections[i]!;
+    const guess = byName.get(name);
+    let found = guess !== undefined && texts.same(profile, list[guess]!.profile) ? guess : byProfile.get(profile);
     if (found === undefined) {
       const sum = texts.hash(profile);
       let alike = byHash.get(sum);
@@ -35,6 +40,7 @@ export function findSections(file: StepFile, { lengths }: Columns, { profiles }:
       }
       byProfile.set(profile, found);
     }
+    byName.set(name, found);
     of[i] = found;
     const section = list[found]!;
     if (lengths[i]! > lengths[section.longest]!) section.longest = i;
@@ -57,10 +63,10 @@ class ProfileTexts {
 
   private hashEntity(number: number, depth: number): number {
     const { bytes } = this.file;
-    const [from, to] = this.file.content(number);
+    const from = this.file.keywordAt(number);
     let sum = 0;
     let inString = false;
-    for (let i = from; i < to; i++) {
+    for (let i = from; i >= 0 && i < bytes.length && bytes[i] !== newline; i++) {
       const c = bytes[i]!;
       if (c === apostrophe) inString = !inString;
       if (c === hash && !inString && depth > 0 && this.left-- > 0) {
@@ -80,12 +86,11 @@ class ProfileTexts {
     if (one === other) return true;
     if (depth === 0 || this.left-- === 0) return false;
     const { bytes } = this.file;
-    let [a, endOfOne] = this.file.content(one);
-    let [b, endOfOther] = this.file.content(other);
+    let [a, b] = [this.file.keywordAt(one), this.file.keywordAt(other)];
     let inString = false;
-    while (a < endOfOne && b < endOfOther) {
-      const c = bytes[a];
-      if (c !== bytes[b]) return false;
+    if (a < 0 || b < 0) return false;
+    for (let c = bytes[a]; c === bytes[b]; c = bytes[a]) {
+      if (c === newline || c === undefined) return true;
       a++;
       b++;
       if (c === apostrophe) inString = !inString;
@@ -94,7 +99,7 @@ class ProfileTexts {
       a = behindDigits(bytes, a);
       b = behindDigits(bytes, b);
     }
-    return a === endOfOne && b === endOfOther;
+    return false;
   }
 }
 

@@ -138,7 +138,8 @@ export class StepFile {
     return at >= 0 && this.spells(at, keyword) && !isWord(this.bytes[at + keyword.length]);
   }
 
-  private keywordAt(number: number): number {
+  /** Where an entity's keyword begins; −1 when there is none. */
+  keywordAt(number: number): number {
     let at = this.lineOf(number);
     if (at < 0) return -1;
     while (this.bytes[at] !== equals) at++;
@@ -158,25 +159,39 @@ export class StepFile {
    */
   take(number: number): number {
     const { bytes } = this;
-    let [start, to] = this.content(number);
     this.taken = 0;
-    while (start < to && bytes[start] !== open) start++;
-    if (start >= --to) return 0;
+    let at = this.keywordAt(number);
+    if (at < 0) return 0;
+    while (bytes[at] !== open) at++; // addLine has seen it
+    const whole = this.split(++at, bytes.length);
+    if (!whole) this.split(at, this.content(number)[1] - 1);
+    return this.taken;
+  }
+
+  /** Splits from a place to the parenthesis that closes, but not beyond `end`; false when the line ends before. */
+  private split(from: number, end: number): boolean {
+    const { bytes } = this;
     let depth = 0;
     let inString = false;
-    for (let i = ++start; i < to; i++) {
+    let start = from;
+    this.taken = 0;
+    for (let i = from; i < end; i++) {
       const c = bytes[i]!;
+      if (c > comma) continue;
       if (c === apostrophe) inString = !inString;
-      else if (inString || c > comma) continue;
+      else if (c === newline) return false;
+      else if (inString) continue;
       else if (c === open) depth++;
-      else if (c === close) depth--;
-      else if (c === comma && depth === 0) {
+      else if (c === close && depth-- === 0) {
+        this.addAttribute(start, i);
+        return true;
+      } else if (c === comma && depth === 0) {
         this.addAttribute(start, i);
         start = i + 1;
       }
     }
-    this.addAttribute(start, to);
-    return this.taken;
+    if (start <= end) this.addAttribute(start, end);
+    return true;
   }
 
   private addAttribute(from: number, to: number): void {

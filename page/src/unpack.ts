@@ -34,11 +34,11 @@ export function fromBase64(text: string): Uint8Array<ArrayBuffer> {
 export async function unpack(packed: Uint8Array<ArrayBuffer>, progress: (done: number) => void): Promise<Uint8Array> {
   if (packed[0] !== 0x1f || packed[1] !== 0x8b) return packed;
   // The last four bytes tell the size, and what comes out must keep to it: so neither data that is damaged nor data
-  // that is made to never end can ask for more memory than its own size explains.
+  // that is made to never end can ask for more memory than its own size explains. What says that it is too large may be
+  // damaged instead, so it is looked through without being kept.
   const size = packed.length < 18 ? 0 : new DataView(packed.buffer, packed.byteOffset).getUint32(packed.length - 4, true);
-  if (size > mostBytes) throw new Fault("tooLarge");
   if (size > packed.length * mostGrowth) throw new Fault("damaged");
-  const file = new Uint8Array(size);
+  const file = new Uint8Array(size > mostBytes ? 0 : size);
   let length = 0;
   const reader = new Blob([packed]).stream().pipeThrough(new DecompressionStream("gzip")).getReader();
   for (;;) {
@@ -46,11 +46,11 @@ export async function unpack(packed: Uint8Array<ArrayBuffer>, progress: (done: n
       throw new Fault("damaged");
     });
     if (done) break;
-    if (length + value.length > size) {
+    if (length + value.length > Math.min(size, mostBytes)) {
       await reader.cancel();
-      throw new Fault("damaged");
+      throw new Fault(size > mostBytes ? "tooLarge" : "damaged");
     }
-    file.set(value, length);
+    if (file.length > 0) file.set(value, length);
     length += value.length;
     progress(length / size);
   }

@@ -43,7 +43,7 @@ export function barsOf(modelText) {
 
 export function modelText(unit, bars) {
   const lines = ["0", "0", "model", unit, bars.length];
-  bars.forEach((bar, i) => lines.push(`Bar ${i}`, ...bar.start, ...bar.end, 0, bar.section, "", 0, ""));
+  bars.forEach((bar, i) => lines.push(`Bar ${i}`, ...bar.start, ...bar.end, bar.rotation ?? 0, bar.section, "", 0, ""));
   return lines.join("\r\n") + "\r\n";
 }
 
@@ -93,13 +93,14 @@ export function withAssemblies(ifc, kindOf) {
   );
 }
 
-const pageFile = join(scratch, "page.html");
-
-/** Writes the page for a file; null leaves its markers as they are. */
-export function writePage(ifc, name, notes = []) {
-  const filled = ifc === null ? readFileSync(page, "latin1") : embed(Buffer.from(ifc, "latin1"), name, notes);
-  writeFileSync(pageFile, filled, "latin1");
-  return pathToFileURL(pageFile).href;
+/**
+ * Writes the page for a file; null leaves its markers as they are. Options: `notes` on the model, how to `pack` it, into
+ * which `template`, under which name in the scratch folder.
+ */
+export function writePage(ifc, name, { file = "page.html", template = page, ...options } = {}) {
+  const filled = ifc === null ? readFileSync(template, "latin1") : embed(Buffer.from(ifc, "latin1"), name, { template, ...options });
+  writeFileSync(join(scratch, file), filled, "latin1");
+  return pathToFileURL(join(scratch, file)).href;
 }
 
 export function startBrowser(...flags) {
@@ -138,4 +139,46 @@ export async function openPage(browser, url, { locale = "pt-BR", width = 1280, h
   await page.goto(url);
   await page.waitForFunction(() => exportifcViewer.ready || exportifcViewer.failed !== "", null, { timeout: 120000 });
   return { page, problems, close: () => context.close() };
+}
+
+/** Volume and box of each element as the engine measures a whole file: entity number → cubic metres, millimetres. */
+export async function measured(ifc, circlePoints) {
+  const { IfcAPI } = await import("web-ifc");
+  const api = new IfcAPI();
+  await api.Init();
+  api.SetLogLevel(6);
+  const model = api.OpenModel(Buffer.from(ifc, "latin1"), { CIRCLE_SEGMENTS: circlePoints });
+  const found = new Map();
+  api.StreamAllMeshes(model, (mesh) => {
+    let volume = 0;
+    const [least, most] = [[Infinity, Infinity, Infinity], [-Infinity, -Infinity, -Infinity]];
+    for (let i = 0; i < mesh.geometries.size(); i++) {
+      const { geometryExpressID, flatTransformation: m } = mesh.geometries.get(i);
+      const geometry = api.GetGeometry(model, geometryExpressID);
+      const vertices = api.GetVertexArray(geometry.GetVertexData(), geometry.GetVertexDataSize());
+      const indices = api.GetIndexArray(geometry.GetIndexData(), geometry.GetIndexDataSize());
+      const points = [];
+      for (let v = 0; v < vertices.length; v += 6) {
+        const [x, y, z] = vertices.subarray(v, v + 3);
+        const row = (r) => m[r] * x + m[4 + r] * y + m[8 + r] * z + m[12 + r];
+        points.push([row(0), -row(2), row(1)]);
+      }
+      const part = { volume: 0 };
+      for (let k = 0; k < indices.length; k += 3) {
+        // From the first point, so that places far away cost no precision.
+        const [a, b, c] = [0, 1, 2].map((n) => points[indices[k + n]].map((value, axis) => value - points[0][axis]));
+        part.volume += (a[0] * (b[1] * c[2] - b[2] * c[1]) + a[1] * (b[2] * c[0] - b[0] * c[2]) + a[2] * (b[0] * c[1] - b[1] * c[0])) / 6;
+      }
+      volume += Math.abs(part.volume);
+      for (const point of points) {
+        for (let axis = 0; axis < 3; axis++) {
+          least[axis] = Math.min(least[axis], point[axis] * 1000);
+          most[axis] = Math.max(most[axis], point[axis] * 1000);
+        }
+      }
+    }
+    if (volume > 0) found.set(mesh.expressID, { volume, least, most });
+  });
+  api.CloseModel(model);
+  return found;
 }

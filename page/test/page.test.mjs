@@ -1,7 +1,9 @@
-// page.test.mjs BUILD_FOLDER: opens pages in a browser and uses them as a person does.
+// page.test.mjs BUILD_FOLDER: tries the reader, opens pages in a browser and uses them as a person does.
 
 import assert from "node:assert/strict";
-import { barsOf, elementsOf, exported, modelText, openPage, sample, startBrowser, withAssemblies, writePage } from "./lib.mjs";
+import { gzipSync } from "node:zlib";
+import { barsOf, elementsOf, exported, measured, modelText, openPage, sample, startBrowser, withAssemblies, writePage } from "./lib.mjs";
+import { testReader } from "./reader.test.mjs";
 
 const buildFolder = process.argv[2];
 const results = { passed: 0, failed: 0 };
@@ -26,7 +28,7 @@ function pixelsOfHue(page, hue) {
     const gl = canvas.getContext("webgl2");
     const pixels = new Uint8Array(canvas.width * canvas.height * 4);
     view.draw();
-    while (!view.detail.finished) view.render(view.detail.next(), null);
+    while (!view.detail.finished) view.render(view.detail.next(), false);
     gl.readPixels(0, 0, canvas.width, canvas.height, gl.RGBA, gl.UNSIGNED_BYTE, pixels);
     let found = 0;
     for (let i = 0; i < pixels.length; i += 4) {
@@ -130,24 +132,42 @@ async function testWarehouse() {
   await check("a picture too large for one drawing begins with lines and becomes the same piece by piece", async () => {
     const whole = {};
     for (const kind of ["frame", "truss", "direct"]) whole[kind] = await pixelsOfHue(page, hues[kind]);
-    const drawings = await page.evaluate(async () => {
+    const draw = (budget, linesAtOnce) => page.evaluate(([budget, linesAtOnce]) => {
       const { view } = exportifcViewer;
-      view.detail.budget = 10000;
+      Object.assign(view.detail, { budget, linesAtOnce });
       view.draw();
-      const lengths = [view.triangles];
+      const triangles = [view.triangles];
       while (!view.detail.finished) {
-        view.render(view.detail.next(), null);
-        lengths.push(view.triangles);
+        view.render(view.detail.next(), false);
+        triangles.push(view.triangles);
       }
-      return lengths;
-    });
-    assert.ok(drawings.length > 3 && drawings.every((triangles) => triangles > 0 && triangles <= 10000), String(drawings));
-    await page.evaluate(() => (exportifcViewer.view.detail.budget = 10000));
-    for (const kind of ["frame", "truss", "direct"]) {
-      const pixels = await pixelsOfHue(page, hues[kind]);
-      assert.ok(Math.abs(pixels / whole[kind] - 1) < 0.1, `${kind}: ${pixels} for ${whole[kind]}`);
+      return triangles;
+    }, [budget, linesAtOnce]);
+    const solids = await draw(10000, 1000);
+    assert.ok(solids.length > 3 && solids.every((triangles) => triangles > 0 && triangles <= 10000), String(solids));
+    const lines = await draw(10, 100); // one solid at a time at least, after all lines
+    assert.ok(lines.length > 100 && lines.filter((triangles) => triangles === 0).length > 3, String(lines.length));
+    for (const linesAtOnce of [1000, 100]) {
+      await page.evaluate((lines) => Object.assign(exportifcViewer.view.detail, { budget: 10000, linesAtOnce: lines }), linesAtOnce);
+      for (const kind of ["frame", "truss", "direct"]) {
+        const pixels = await pixelsOfHue(page, hues[kind]);
+        assert.ok(Math.abs(pixels / whole[kind] - 1) < 0.1, `${kind}: ${pixels} for ${whole[kind]}`);
+      }
     }
     await page.evaluate(() => (exportifcViewer.view.detail.budget = Infinity));
+  });
+  await check("bars thinner than a pixel are lines", async () => {
+    const state = (zoom) => page.evaluate((factor) => {
+      const { view } = exportifcViewer;
+      view.cameras.zoom(factor);
+      view.draw();
+      return view.triangles;
+    }, zoom);
+    assert.ok((await state(1)) > 20000);
+    assert.equal(await state(0.05), 0);
+    assert.ok((await pixelsOfHue(page, hues.frame)) > 50);
+    assert.ok((await state(20)) > 20000);
+    await page.keyboard.press("f");
   });
   await check("the ends of each bar are those of the model", async () => {
     const found = await page.evaluate(() => exportifcViewer.model.elements.map((e) => [e.start, e.end]));
@@ -466,10 +486,211 @@ async function testFamilies() {
   await small.close();
 }
 
+// --- solids, held against the engine's own meshes of the whole file -----------------------------
+
+/** Volumes and boxes of all elements are the engine's; gives how many shapes the page has made of them. */
+async function compareSolids(page, ifc) {
+  const [boxes, volumes] = [await measured(ifc, 24), await measured(ifc, 400)]; // the page's circles, and nearly round ones
+  const { found, shapes } = await page.evaluate(() => {
+    const { model, geometry } = exportifcViewer;
+    const { centre, bounds, volumes, shapes } = geometry;
+    const found = model.elements.map(({ index, number }) => {
+      const box = [...bounds.values.subarray(index * 6, index * 6 + 6)].map((value, i) => value + centre[i % 3]);
+      return { number, volume: volumes[index], least: box.slice(0, 3), most: box.slice(3) };
+    });
+    return { found, shapes: shapes.length };
+  });
+  assert.ok(found.length > 0);
+  for (const { number, volume, least, most } of found) {
+    const wanted = boxes.get(number);
+    assert.ok(wanted, `element #${number} has no mesh`);
+    const exact = volumes.get(number).volume;
+    assert.ok(Math.abs(volume / exact - 1) < 1e-3, `volume of #${number}: ${volume} for ${exact}`);
+    for (let axis = 0; axis < 3; axis++) {
+      const size = wanted.most[axis] - wanted.least[axis];
+      const off = Math.max(Math.abs(least[axis] - wanted.least[axis]), Math.abs(most[axis] - wanted.most[axis]));
+      assert.ok(off <= size * 1e-3, `box of #${number} along ${"XYZ"[axis]}: ${off} mm off of ${size}`);
+    }
+  }
+  return shapes;
+}
+
+/** A file with lines added before its end, and pieces of it replaced. */
+function changed(ifc, replacements, lines = []) {
+  for (const [piece, by] of replacements) {
+    assert.ok(ifc.includes(piece), piece);
+    ifc = ifc.replace(piece, by);
+  }
+  return ifc.replace(/ENDSEC;\s+END-ISO/, (end) => `${lines.join("\r\n")}\r\n${end}`);
+}
+
+/** Columns in a row, all alike or each of a width of its own. */
+function row(count, widthOf) {
+  return Array.from({ length: count }, (_, i) => ({
+    start: [i * 400, (i % 7) * 700, 0],
+    end: [i * 400, (i % 7) * 700, 3000 + i],
+    section: `W 200 ${widthOf(i)} 8 6`,
+  }));
+}
+
+async function testSolids() {
+  await check("volumes and boxes of every family are those of the whole file's mesh", async () => {
+    await open(familiesIfc, (page) => compareSolids(page, familiesIfc));
+  });
+  await check("so are those of a structure, in which each section is meshed once", async () => {
+    const sections = new Set(warehouseElements.map(({ name, section }) => `${name}|${section}`));
+    await open(warehouse, async (page) => assert.equal(await compareSolids(page, warehouse), sections.size));
+  });
+  await check("so are those of bars far from the origin that lean every way and turn about themselves", async () => {
+    const bars = Array.from({ length: 60 }, (_, i) => {
+      const start = [7e6 + 3000 * Math.sin(i), 5e6 + 2000 * Math.cos(3 * i), 100 * i];
+      const along = [4000 * Math.cos(i * 1.7), 3000 * Math.sin(i * 2.3), 2500 * Math.sin(i * 0.9)];
+      return { start, end: start.map((value, axis) => value + along[axis]), section: ["L 76 0 0 8", "UENR 200 75 20 2.65", "TUBO 168 168 6 6"][i % 3], rotation: i * 12 };
+    });
+    const ifc = exported(modelText("mm", bars), buildFolder);
+    await open(ifc, async (page) => assert.equal(await compareSolids(page, ifc), 3));
+  });
+
+  await check("a storey that is moved and turned takes its bars along", async () => {
+    const ifc = changed(simple, [["#110 = IFCAXIS2PLACEMENT3D(#6, $, $);", "#110 = IFCAXIS2PLACEMENT3D(#120, #11, #15);"]], ["#120= IFCCARTESIANPOINT((1000., 2000., 5000.));"]);
+    await open(ifc, async (page) => {
+      assert.equal(await compareSolids(page, ifc), 3);
+      const [start, end] = await page.evaluate(() => [exportifcViewer.model.elements[0].start, exportifcViewer.model.elements[0].end]);
+      assert.deepEqual([start, end].flat().map(Math.round), [1000, 2000, 5000, 4000, 2000, 5000]);
+    });
+  });
+  await check("a solid that stands aside of its element does so in the picture", async () => {
+    const position = /IFCCARTESIANPOINT\(\(0\., 0\., 0\.\)\);(?=\r\n#\d+= IFCAXIS2PLACEMENT3D\(#\d+, \$, \$\);\r\n#\d+= IFCEXTRUDED)/;
+    const ifc = simple.replace(position, "IFCCARTESIANPOINT((500., 20., -40.));");
+    assert.notEqual(ifc, simple);
+    await open(ifc, async (page) => assert.equal(await compareSolids(page, ifc), 3));
+  });
+  const other = {
+    "in metres": changed(simple, [["(*, .LENGTHUNIT., .MILLI., .METRE.)", "(*, .LENGTHUNIT., $, .METRE.)"]]),
+    "with an opening in a bar": changed(simple, [], [
+      "#90000= IFCRECTANGLEPROFILEDEF(.AREA., 'hole', $, 1000., 1000.);",
+      "#90001= IFCEXTRUDEDAREASOLID(#90000, #80, #19, 1200.);",
+      "#90002= IFCSHAPEREPRESENTATION(#88, 'Body', 'SweptSolid', (#90001));",
+      "#90003= IFCPRODUCTDEFINITIONSHAPE($, $, (#90002));",
+      "#90004= IFCOPENINGELEMENT('000000000000000000hole', #5, 'hole', $, $, #111, #90003, $);",
+      `#90005= IFCRELVOIDSELEMENT('000000000000000000void', #5, $, $, #${elementsOf(simple)[0].number}, #90004);`,
+    ]),
+    "with a bar that is cut": changed(simple.replace(/(IFCSHAPEREPRESENTATION\(#88, 'Body', )'SweptSolid', \(#\d+\)/, "$1'Clipping', (#90003)"), [], [
+      "#90000= IFCCARTESIANPOINT((0., 0., 1000.));",
+      "#90001= IFCAXIS2PLACEMENT3D(#90000, $, $);",
+      "#90002= IFCPLANE(#90001);",
+      "#90004= IFCHALFSPACESOLID(#90002, .F.);",
+      `#90003= IFCBOOLEANCLIPPINGRESULT(.DIFFERENCE., #${/#(\d+)= IFCEXTRUDEDAREASOLID/.exec(simple)[1]}, #90004);`,
+    ]),
+  };
+  for (const [what, ifc] of Object.entries(other)) {
+    await check(`a file ${what}, which this exporter does not write, is meshed element by element`, async () => {
+      await open(ifc, async (page) => {
+        await compareSolids(page, ifc);
+        assert.equal(await page.locator("#progress").isVisible(), false);
+        assert.equal(await page.evaluate(() => exportifcViewer.geometry.missing.length), 0);
+        for (let i = 0; i < 4; i++) {
+          await page.evaluate((index) => exportifcViewer.select(exportifcViewer.model.elements[index]), i);
+          assert.ok((await pixelsOfHue(page, hues.selected)) > 10, `element ${i}`);
+        }
+      });
+    });
+  }
+  await check("a bar that is cut is shorter than one that is not", async () => {
+    const [whole, cut] = await Promise.all([simple, other["with a bar that is cut"]].map((ifc) => measured(ifc, 24)));
+    const { number } = elementsOf(simple)[0];
+    assert.ok(Math.abs(cut.get(number).volume / whole.get(number).volume - 1 / 3) < 1e-6 || Math.abs(cut.get(number).volume / whole.get(number).volume - 2 / 3) < 1e-6);
+  });
+
+  const looks = {};
+  for (const [what, widthOf] of [["alike", () => 100], ["each of its own", (i) => (99.9 + i / 1000).toFixed(3)]]) {
+    await check(`many bars, ${what}, are drawn, found and hidden in few calls`, async () => {
+      const count = 210;
+      const ifc = withAssemblies(exported(modelText("mm", row(count, widthOf)), buildFolder), ({ number }) => (number < 5030 ? "truss" : "frame"));
+      await open(ifc, async (page) => {
+        const pixels = await pixelsOfHue(page, hues.frame);
+        const state = () => page.evaluate(() => {
+          const { view, geometry } = exportifcViewer;
+          view.detail.budget = Infinity;
+          view.draw();
+          return [view.drawCalls, view.triangles, geometry.shapes.length];
+        });
+        const [calls, triangles, shapes] = await state();
+        assert.equal(shapes, what === "alike" ? 1 : count);
+        assert.ok(calls > 0 && calls < 10, String(calls));
+        assert.equal(triangles, count * 44);
+        looks[what] = pixels;
+        const { number } = elementsOf(ifc)[137];
+        await clickElement(page, number);
+        assert.equal(await field(page, "number"), `#${number}`);
+        const lit = await pixelsOfHue(page, hues.selected);
+        assert.ok(lit > 30, String(lit));
+        await page.keyboard.press("Escape");
+        await page.keyboard.press("c");
+        assert.ok((await pixelsOfHue(page, hues.frame)) < pixels / 2);
+        await page.keyboard.press("c");
+        assert.equal(await pixelsOfHue(page, hues.frame), pixels);
+        await shownIn(page, "frame").locator("input").uncheck();
+        assert.equal(await pixelsOfHue(page, hues.frame), 0);
+        await shownIn(page, "frame").locator("input").check();
+        assert.equal(await pixelsOfHue(page, hues.frame), pixels);
+      });
+    });
+  }
+  await check("drawn as instances and as one mesh they look the same", () => {
+    const [one, other] = Object.values(looks);
+    assert.ok(one > 2000 && Math.abs(one / other - 1) < 0.02, `${one} and ${other}`);
+  });
+}
+
+// --- what the page carries ----------------------------------------------------------------------
+
+async function testPacking() {
+  const asItIs = { pack: (bytes) => bytes };
+  await check("a page may carry its file as it is", async () => {
+    await open(simple, async (page) => assert.equal(await page.evaluate(() => exportifcViewer.geometry.missing.length), 0), "modelo.ifc", asItIs);
+  });
+  const refused = async (pack, locale, wanted) => {
+    const { page, problems, close } = await openPage(browser, writePage(simple, "modelo.ifc", { pack }), { locale });
+    assert.match(await page.locator("#progress").textContent(), wanted);
+    assert.equal(await page.locator("#progress-bar").isVisible(), false);
+    assert.deepEqual(problems, []);
+    await close();
+  };
+  await check("a page whose file cannot be unpacked says so, in both languages", async () => {
+    const damaged = (bytes) => gzipSync(bytes).map((byte, i) => (i === 500 ? byte ^ 0xff : byte));
+    await refused(damaged, "pt-BR", /está danificado/);
+    await refused(damaged, "en", /is damaged/);
+    await refused((bytes) => gzipSync(bytes).subarray(0, 2000), "en", /is damaged/);
+  });
+  await check("a bar tells how much is done, and never goes back", async () => {
+    const context = await browser.newContext({ locale: "en" });
+    const page = await context.newPage();
+    await page.addInitScript(() => {
+      window.told = [];
+      const look = () => {
+        const bar = document.getElementById("progress-bar");
+        if (bar && bar.checkVisibility()) window.told.push([bar.value, document.getElementById("progress-text").textContent]);
+        requestAnimationFrame(look);
+      };
+      requestAnimationFrame(look);
+    });
+    await page.goto(writePage(exported(modelText("mm", row(3000, () => 100)), buildFolder), "modelo.ifc"));
+    await page.waitForFunction(() => exportifcViewer.ready);
+    const told = await page.evaluate(() => window.told);
+    assert.ok(told.length > 1, "it was never seen");
+    told.forEach(([value], i) => assert.ok(i === 0 || value >= told[i - 1][0], JSON.stringify(told)));
+    assert.ok(told.at(-1)[0] > 0, JSON.stringify(told));
+    assert.ok(told.some(([, text]) => text === "Reading the model…"));
+    assert.equal(await page.locator("#progress").isVisible(), false);
+    await context.close();
+  });
+}
+
 // --- files that are not as they should be --------------------------------------------------------
 
-async function open(ifc, run, name = "modelo.ifc", notes = []) {
-  const { page, problems, close } = await openPage(browser, writePage(ifc, name, notes));
+async function open(ifc, run, name = "modelo.ifc", options = {}) {
+  const { page, problems, close } = await openPage(browser, writePage(ifc, name, options));
   await run(page);
   assert.deepEqual(problems, []);
   await close();
@@ -505,7 +726,7 @@ async function testFaults() {
     await open(simple, async (page) => {
       assert.deepEqual(await page.locator("#notes li").allTextContents(), notes);
       assert.equal(await page.locator("#notes").isVisible(), true);
-    }, "modelo.ifc", notes);
+    }, "modelo.ifc", { notes });
   });
   await check("a file that ends early is shown as far as it goes", async () => {
     await open(simple.slice(0, simple.indexOf("IFCMEMBER", simple.indexOf("IFCBEAM")) + 20), async (page) => {
@@ -572,8 +793,11 @@ async function testWithoutGraphics() {
   await blind.close();
 }
 
+await testReader(check);
 await testWarehouse();
 await testFamilies();
+await testSolids();
+await testPacking();
 await testFaults();
 await browser.close();
 await testWithoutGraphics();

@@ -1,0 +1,36 @@
+// The renderer, the lights, and what is drawn by lines.
+
+import {
+  BufferAttribute,
+  BufferGeometry,
+  DirectionalLight,
+  HemisphereLight,
+  LineBasicMaterial,
+  LineSegments,
+  WebGLRenderer,
+} from "three";
+
+/** Throws when the browser gives no WebGL. */
+export function startRenderer(canvas: HTMLCanvasElement): WebGLRenderer {
+  const renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
+  renderer.setClearColor(0, 0); // the page's own ground shows through
+  renderer.autoClear = false; // a picture of many bars is drawn piece by piece
+  renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
+  return renderer;
+}
+
+export function makeLights(): { sky: HemisphereLight; head: DirectionalLight } {
+  return { sky: new HemisphereLight(0xffffff, 0xb8c2cc, 1.5), head: new DirectionalLight(0xffffff, 2.1) };
+}
+
+/** Lines between each two of some points, each with a colour of its own. */
+export function makeLines(points: Float32Array): LineSegments {
+  const geometry = new BufferGeometry();
+  const count = points.length / 3;
+  geometry.setAttribute("position", new BufferAttribute(points, 3));
+  geometry.setAttribute("color", new BufferAttribute(new Uint8Array(count * 4).fill(255), 4, true));
+  geometry.setIndex(new BufferAttribute(new Uint32Array(count), 1));
+  const lines = new LineSegments(geometry, new LineBasicMaterial({ vertexColors: true }));
+  lines.frustumCulled = false; // what is in the picture is found beforehand
+  return lines;
+}
