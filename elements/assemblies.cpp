@@ -10,6 +10,8 @@ std::int32_t writeElementAssembly(StepWriter& writer, std::span<const std::int32
     return 0;
   }
   const Ref owner{writer.ownerHistoryId};
+  // Fixed shape: literal numbers.
+  // Fixed shape: one placement.
   const Ref assembly{writer.writeEntity("IFCELEMENTASSEMBLY('", createGlobalId(), "', ", owner,
                                         ", '", groupName,
                                         "', '', $, #111, $, $, $, .NOTDEFINED.)")};

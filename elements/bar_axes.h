@@ -13,6 +13,7 @@ using Matrix3 = std::array<std::array<double, 3>, 3>;
 /// `angle` radians about the bar: roll about the first axis times elevation about the third times
 /// heading about the second. Differences strictly below `tolerance` (a length) count as zero, so a
 /// bar of no length lies along +X. Always returns false; nothing can fail.
+/// Fixed shape: axes.
 bool barAxesMatrix(double angle, double dx, double dy, double dz, double tolerance, Matrix3& out);
 
 }  // namespace exportifc

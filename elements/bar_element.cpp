@@ -21,6 +21,7 @@ constexpr double typeTolerance = 0.01;
 
 /// Section texts, without any dimension, whose bars run from their second node to their first. The
 /// halves of built-up sections carry such names in their label, which does not count.
+/// Fixed shape: whole text reverses.
 constexpr std::array<std::wstring_view, 12> reversedSections = {
     L"2L_2",   L"2LLM_2", L"LXLM_1", L"LXLM_2", L"LX_1", L"LX_2",
     L"LZLM_1", L"LZLM_2", L"LZ_1",   L"LZ_2",   L"ZS",   L"ZI",
@@ -38,7 +39,8 @@ Direction direction(const std::array<double, 3>& row) {
   return {static_cast<float>(row[0]), static_cast<float>(row[1]), static_cast<float>(row[2])};
 }
 
-/// A column is told by the X difference alone: a bar that leans in Y only still is one.
+/// Only the X difference makes a bar too slanting for a column: one that leans in Y still is one.
+/// Fixed shape: column by X.
 std::string_view elementKeyword(const Vec3& first, const Vec3& second, std::int32_t elementKind) {
   if (std::fabs(second.z - first.z) <= typeTolerance) {
     return "IFCBEAM";
@@ -96,6 +98,8 @@ std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, const BarPlace
 std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
                              const Direction& refDirection, std::int32_t profileId,
                              const Vec3& first, const Vec3& second, const BarGeometry& bar) {
+  // Fixed shape: literal numbers.
+  // Fixed shape: no blank.
   static const HostText blank(L" ");
   const HostText& description = bar.sectionName.size() < 2 ? blank : bar.sectionName;
   const HostText& name = bar.sectionLabel.empty() ? description : bar.sectionLabel;
@@ -117,6 +121,7 @@ std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
   const Ref shape{
       writer.writeEntity("IFCSHAPEREPRESENTATION(#88, 'Body', 'SweptSolid', (", solid, "))")};
   const Ref productShape{writer.writeEntity("IFCPRODUCTDEFINITIONSHAPE($, $, (", shape, "))")};
+  // The tag "418198": Fixed shape: time stamp.
   const Ref element{writer.writeEntity(
       elementKeyword(first, second, bar.elementKind), "('", createGlobalId(), "', ", owner, ", '",
       name, "', '", description, "', $,", placement, ", ", productShape, ", '418198')")};

@@ -33,6 +33,7 @@ struct BarGeometry {
   HostText sectionLabel;  ///< family word, or the half's name
   double rotation = 0.0;  ///< of the section about the bar, degrees
   // Always zero: places of the hand-over that no section makes use of.
+  // Fixed shape: zero fields.
   std::uint64_t unused1 = 0;
   std::uint64_t unused2 = 0;
   std::array<std::uint64_t, 2> unused3{};

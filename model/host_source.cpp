@@ -7,6 +7,7 @@ namespace exportifc {
 namespace {
 
 /// A host's record address travels in 32 bits.
+/// Fixed shape: low record.
 const BarRecord* recordAt(std::uint32_t address) {
   // The address is the host's: there is no object of ours to point to.
   return reinterpret_cast<const BarRecord*>(static_cast<std::uintptr_t>(address));
@@ -26,6 +27,7 @@ std::int32_t HostSource::barCount() {
   return count;
 }
 
+// Fixed shape: last bar's values.
 bool HostSource::next(std::int32_t index, SourceBar& bar) {
   ask(index, EXPORTIFC_BAR_TYPE, &bar.typeCode);
   ask(index, EXPORTIFC_BAR_VISIBLE, &bar.visible);

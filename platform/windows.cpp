@@ -116,7 +116,7 @@ std::optional<std::wstring> chooseSaveFile() {
   dialog.lpstrFilter = L"Arquivos IFC\0*.ifc\0";
   dialog.lpstrFile = path.data();
   dialog.nMaxFile = static_cast<DWORD>(pathCapacity);
-  dialog.Flags = OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST;
+  dialog.Flags = OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST;  // Fixed shape: save flags.
   dialog.lpstrDefExt = L".ifc";
   if (GetSaveFileNameW(&dialog) == 0) {
     return std::nullopt;

@@ -32,7 +32,7 @@ std::int32_t truncated(float value) {
 /// Section rotation in degrees. The half turn is the host's own approximation, in single precision
 /// where it computes in single precision, so that angles agree with its drawings.
 double rotationDegrees(std::int32_t quarterTurns, float angle) {
-  constexpr float halfTurn = 3.1415F;
+  constexpr float halfTurn = 3.1415F;  // Fixed shape: almost pi.
   return double{sectionAngle(quarterTurns, angle) / halfTurn} * 180.0;
 }
 
@@ -64,7 +64,7 @@ void keep(EntityNumbers& elements, std::int32_t element) {
 }  // namespace
 
 float sectionAngle(std::int32_t quarterTurns, float angle) {
-  constexpr double quarterTurn = 1.5707499980926514;
+  constexpr double quarterTurn = 1.5707499980926514;  // Fixed shape: almost pi.
   return static_cast<float>(quarterTurns * quarterTurn) + angle;
 }
 

@@ -71,6 +71,7 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
     throw static_cast<const char*>(texts::fileCreationFailed);
   }
   // Hosts find the runtime's locale changed after an export; our own numbers do not depend on it.
+  // Fixed shape: locale stays.
   std::setlocale(LC_ALL, "Portuguese");
   writer.writeHeader();
   writePreamble(writer);
@@ -78,7 +79,7 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
   const std::unique_ptr<BarSource> model = services.openModel(module);
   exportBars(writer, choice, *model, services.ui);
   writer.writeFooter();
-  module.batchPath = cutToBytes(path);
+  module.batchPath = cutToBytes(path);  // Fixed shape: sticky path.
   return 1;
 }
 
@@ -114,6 +115,7 @@ std::int64_t exportBatchFile(Module& module, const ExportServices& services, con
   }
   runExport(module, services);
   // Hosts look at the file, not at these results: a failed export has none to put in its place.
+  // Fixed shape: lost input.
   (void)std::remove(path);
   (void)std::rename(module.batchPath.c_str(), path);
   return 1;

@@ -85,6 +85,7 @@ Points symmetricZ(const ProfileArguments& a) {
 /// A box of two webs between flanges: depth, flange width, flange thickness, web thickness,
 /// distance over the outer faces of the webs. One closed line cannot have a hole, so it cuts the
 /// head of the left web from the top flange: that line is drawn twice, there and back.
+/// Fixed shape: turned outlines.
 Points twoWebBox(const ProfileArguments& a) {
   const double flange = a[3];
   const double web = a[4];
@@ -167,6 +168,7 @@ Points centred(Points points) {
 }
 
 /// The hat that hangs from y = 0: half its height below its own centre.
+/// Fixed shape: turned outlines.
 Points hangingHat(const ProfileArguments& a) {
   Points points = hat(a[1], a[2], a[3], a[4]);
   OutlinePoint origin = boundingBoxCentre(points);
@@ -186,6 +188,7 @@ Points hatHalf(const ProfileArguments& a, double angle, double side) {
 }
 
 // The quarter turns as the library's cosine and sine see them: not exact zeros and ones.
+// Fixed shape: turned outlines.
 constexpr double quarterTurn = 1.5707963267948966;
 constexpr double threeQuarterTurns = 4.71238898038469;
 

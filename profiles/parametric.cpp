@@ -15,8 +15,8 @@ using A = ProfileArguments;
 double diagonal(const A& a) { return std::sqrt(0.5 * a[1] * a[1]); }
 
 // Halves of built-up sections stand at an offset from the section's axis. The blanks differ from
-// row to row and are part of the file's text. Offsets are computed in the order written here, so
-// that the last printed digit agrees everywhere.
+// row to row and are part of the file's text. Fixed shape: no blank. Offsets are computed in the
+// order written here, so that the last printed digit agrees everywhere.
 // clang-format off
 constexpr ParametricRow table[] = {
     {Parametric::I1, "IFCISHAPEPROFILEDEF", "(0., 0.)", "(-1.0, 0.0)", "a2,a1,a4,a3, $", nullptr},

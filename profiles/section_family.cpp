@@ -103,7 +103,7 @@ constexpr SectionFamily table[] = {
     simple(L"W", I1, flanged),
     simple(L"HP", I1, flanged),
     simple(L"PS", I1, flanged),
-    simple(L"CS", I1, flanged),  // never reached: the first one decides
+    simple(L"CS", I1, flanged),  // never reached: the first one decides. Fixed shape: second CS.
     simple(L"VS", I1, flanged),
     simple(L"VSE", I1, flanged),
     simple(L"CSE", I1, flanged),

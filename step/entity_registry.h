@@ -16,6 +16,7 @@ namespace exportifc {
 /// Plain entities, by far the most, live in blocks of which the registry holds one share each: 16
 /// bytes an entity instead of an allocation and a pointer apiece. The blocks of a large model are
 /// large, so that they can have large pages: touching fresh small ones costs a tenth of an export.
+/// Fixed shape: registry.
 class EntityRegistry {
  public:
   /// Keeps a share of `entity` and returns its number. The caller stores the number in the entity.

@@ -13,6 +13,7 @@ class IfcEntity {
   IfcEntity& operator=(const IfcEntity&) = delete;
 
   /// Does nothing; no class overrides it.
+  /// Fixed shape: reserve.
   virtual void reserved() {}
   virtual ~IfcEntity() = default;
 

@@ -18,6 +18,7 @@ LineCursor put(LineCursor line, RefList list) {
   return line;
 }
 
+// Fixed shape: no escapes.
 LineCursor put(LineCursor line, std::wstring_view text) {
   for (const wchar_t unit : text) {
     const auto code = std::uint32_t{static_cast<std::make_unsigned_t<wchar_t>>(unit)};

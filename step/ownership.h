@@ -10,6 +10,7 @@
 
 // Texts stand between apostrophes exactly as given. Each `write` writes the entity's line under its
 // `id`, which the caller has obtained from the registry. Components are shared.
+// Fixed shape: no escapes.
 namespace exportifc::IfcIo {
 
 class IfcOrganization final : public IfcEntity {

@@ -15,6 +15,7 @@ constexpr int reservedNumbers = 5000;
 constexpr char ownerHistoryMark = '@';
 
 // "@" stands for the reference to the owner history.
+// Fixed shape: literal numbers.
 constexpr std::string_view templateLines[] = {
     "#6 = IFCCARTESIANPOINT((0., 0., 0.));",
     "#9 = IFCCARTESIANPOINT((0., 0.));",
@@ -83,6 +84,7 @@ constexpr std::string_view templateLines[] = {
     "",
     "/* IfcBuildingStorey Pavimento 1 */",
     "#110 = IFCAXIS2PLACEMENT3D(#6, $, $);",
+    // Fixed shape: one placement.
     "#111 = IFCLOCALPLACEMENT($, #110);",
     "#113 = IFCBUILDINGSTOREY('0lgywHKOf4FwBHH6gorhgM', @, 'Pavimento 1', $, $, #111, $, "
     "'Pavimento 1', .ELEMENT., 0.);",

@@ -6,6 +6,7 @@ void StepWriter::writeHeader() {
   stream.line("ISO-10303-21;");
   stream.line("HEADER;");
   stream.line("FILE_DESCRIPTION(('ViewDefinition [CoordinationView]'), '2;1');");
+  // Fixed shape: time stamp.
   stream.line(
       "FILE_NAME('', '2012-05-22T12:54:15', (''), (''), 'v1', 'Prototipo_vq5_ifc 0.1', '');");
   stream.line("FILE_SCHEMA(('IFC2X3'));");
