@@ -8,18 +8,8 @@ set -euo pipefail
 
 build=$(cd "${1:?BUILD_DIR}" && pwd)
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0 failed=0
-
-check() { # NAME EXPECTED ACTUAL
-  if [[ $2 == "$3" ]]; then
-    passed=$((passed + 1))
-  else
-    failed=$((failed + 1))
-    echo "FAILED: $1: expected $2, got $3"
-  fi
-}
+# shellcheck source=tests/support/outcome.sh
+. "$root/tests/support/outcome.sh"
 
 for model in galpao familias; do
   out=$work/$model.ifc
@@ -29,9 +19,9 @@ for model in galpao familias; do
     "$build/run_host" "$build/libexportIFC.so" "$root/samples/$model.txt" "$out" >/dev/null 2>&1
   grep -F "<${out}.parttemp>" "$work/trace" >"$work/calls" || true
   lines=$(wc -l <"$out")
-  check "$model: write calls for $lines lines" "$lines" "$(wc -l <"$work/calls")"
-  check "$model: calls that end with their line" "$lines" "$(grep -c '\\r\\n", [0-9]*)' "$work/calls")"
-  check "$model: bytes taken" "$(wc -c <"$out")" "$(awk '{ sum += $NF } END { print sum }' "$work/calls")"
+  same "$model: write calls for $lines lines" "$(wc -l <"$work/calls")" "$lines"
+  same "$model: calls that end with their line" "$(grep -c '\\r\\n", [0-9]*)' "$work/calls")" "$lines"
+  same "$model: bytes taken" "$(awk '{ sum += $NF } END { print sum }' "$work/calls")" "$(wc -c <"$out")"
 
   # The same count as the kernel keeps it, over the whole process: the export and nothing but
   # what the host program and the unknown profile of a sample print.
@@ -39,12 +29,8 @@ for model in galpao familias; do
     "$build/run_host" "$build/libexportIFC.so" "$root/samples/$model.txt" "$out" >"$work/printed" 2>&1
   calls=$(awk '$NF == "write" { print $4 }' "$work/count")
   printed=$(wc -l <"$work/printed")
-  if ((calls >= lines && calls <= lines + 2 * printed + 2)); then
-    check "$model: calls of the whole process" 1 1
-  else
-    check "$model: calls of the whole process" "$lines and at most a few more" "$calls"
-  fi
+  holds "$model: $calls calls of the whole process, $lines and at most a few more" \
+    test "$calls" -ge "$lines" -a "$calls" -le $((lines + 2 * printed + 2))
 done
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+end

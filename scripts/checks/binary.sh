@@ -3,27 +3,21 @@
 # itself.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+# shellcheck source=tests/support/outcome.sh
+. tests/support/outcome.sh
 
 lists=scripts/checks/binary
 dll=build/windows/exportIFC.dll
 so=build/linux/libexportIFC.so
-passed=0 failed=0
 
-# same NAME LIST: standard input, sorted, equals the checked-in list.
-same() {
+# listed NAME LIST: standard input, sorted, equals the checked-in list.
+listed() {
   if diff -u --label "$lists/$2" --label "$1" <(grep -v '^#' "$lists/$2" | sort) <(sort); then
     ((++passed))
   else
     ((++failed))
     echo "$1 differ from $lists/$2"
   fi
-}
-
-# holds NAME COMMAND...: the command succeeds.
-holds() {
-  local name=$1
-  shift
-  if "$@"; then ((++passed)); else ((++failed)); echo "$name: does not hold"; fi
 }
 
 for file in "$dll" "$so"; do
@@ -35,13 +29,13 @@ for file in "$dll" "$so"; do
 done
 
 headers=$(x86_64-w64-mingw32-objdump -p "$dll")
-same "the exports of the DLL" windows_exports.txt \
+listed "the exports of the DLL" windows_exports.txt \
   < <(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^.*\[ *[0-9]*\] //p' <<<"$headers")
-same "the imports of the DLL" windows_imports.txt \
+listed "the imports of the DLL" windows_imports.txt \
   < <(sed -n 's/^\tDLL Name: //p' <<<"$headers")
-same "the exports of the library" linux_exports.txt \
+listed "the exports of the library" linux_exports.txt \
   < <(nm -D --defined-only --format=just-symbols "$so")
-same "the needs of the library" linux_needs.txt \
+listed "the needs of the library" linux_needs.txt \
   < <(readelf -d "$so" | sed -n 's/.*(NEEDED).*\[\(.*\)\].*/\1/p')
 
 for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
@@ -67,5 +61,4 @@ holds "the library makes checked copies" \
   grep -qE '^__(w?mem|w?str|vs?w?n?printf|v?sw?n?printf).*_chk(@|$)' \
   <(nm -D --undefined-only --format=just-symbols "$so")
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+end

@@ -3,28 +3,10 @@
 # page. And what CMake says where a package is missing.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+# shellcheck source=tests/support/outcome.sh
+. tests/support/outcome.sh
 
 root=$PWD
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0 failed=0
-
-# expect NAME CODE PATTERN COMMAND...: the command ends with CODE and prints PATTERN.
-expect() {
-  local name=$1 code=$2 pattern=$3 got
-  shift 3
-  "$@" >"$work/said" 2>&1
-  got=$?
-  # What prints nothing has no line for an empty pattern either.
-  if ((got == code)) && { [[ -z $pattern ]] || grep -qE -- "$pattern" "$work/said"; }; then
-    ((++passed))
-  else
-    ((++failed))
-    echo "$name: exit code $got, expected $code and the pattern '$pattern'; it said:"
-    tail -n 30 "$work/said"
-  fi
-}
-
 git clone -q "$root" "$work/clone" && cd "$work/clone" || exit 1
 
 # ---- a missing package: the message names the group that has it
@@ -76,5 +58,4 @@ expect "the page laid beside the program" 0 '' \
   build/linux/exportifc view out/galpao.ifc -o out/again.html
 expect "the same page" 0 '' cmp out/galpao.html out/again.html
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+end

@@ -4,29 +4,24 @@
 #   scripts/checks/helper_messages.sh [BUILD]    build/linux if left out
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+# shellcheck source=tests/support/outcome.sh
+. tests/support/outcome.sh
 
 build=$(cd "${1:-build/linux}" && pwd) || exit 1
 root=$PWD
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-passed=0 failed=0
+
+# The command, if it says one line; the one that counts for test.sh is none of it.
+one_line() {
+  local code
+  "$@" >"$work/lines" 2>&1
+  code=$?
+  cat "$work/lines"
+  [[ $(grep -cvE '^[0-9]+ passed, [0-9]+ failed$' "$work/lines") == 1 ]] || code=125
+  return "$code"
+}
 
 # says NAME CODE PATTERN COMMAND...: it ends with CODE and says one line, which holds PATTERN.
-# The line that counts for test.sh is none of it.
-says() {
-  local name=$1 code=$2 pattern=$3 got
-  shift 3
-  "$@" >"$work/said" 2>&1
-  got=$?
-  if ((got == code)) && [[ $(grep -cvE '^[0-9]+ passed, [0-9]+ failed$' "$work/said") == 1 ]] \
-    && grep -qE -- "$pattern" "$work/said"; then
-    ((++passed))
-  else
-    ((++failed))
-    echo "$name: exit code $got, expected $code and one line with the pattern '$pattern'; it said:"
-    tail -n 20 "$work/said"
-  fi
-}
+says() { expect "$1" "$2" "$3" one_line "${@:4}"; }
 
 git clone -q "$root" "$work/clone" && cd "$work/clone" || exit 1
 echo 'ISO-10303-21;' >"$work/some.ifc"
@@ -64,5 +59,4 @@ mkdir "$work/out.ifc.parttemp"
 says "run_host, no room for the output" 1 'cannot create .*out\.ifc\.parttemp' \
   "${host[@]}" "$work/galpao.txt" "$work/out.ifc"
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+end

@@ -7,33 +7,20 @@
 # shellcheck disable=SC2016  # patterns, and commands of other shells
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
+# shellcheck source=tests/support/outcome.sh
+. tests/support/outcome.sh
 
 root=$PWD
 build=${1:-build/windows}
 page=page/dist/viewer.html
-work=$(mktemp -d)
 put_back() { [[ ! -e $work/viewer.html ]] || mv "$work/viewer.html" "$page"; }
 trap 'put_back; rm -rf "$work"' EXIT
-passed=0 failed=0
-
-# check NAME COMMAND...: the command succeeds; what it says is shown when it does not.
-check() {
-  local name=$1
-  shift
-  if "$@" >"$work/said" 2>&1; then
-    ((++passed))
-  else
-    ((++failed))
-    echo "$name:"
-    tail -n 20 "$work/said" | sed 's/^/  /'
-  fi
-}
 
 pack() { cpack --config "$build/CPackConfig.cmake" -B "$work/package"; }
 
 # run.sh configures the folder without the program.
 preset=$(basename "$build")
-check "the program is built" bash -c "cmake --preset $preset && cmake --build --preset $preset"
+holds "the program is built" bash -c "cmake --preset $preset && cmake --build --preset $preset"
 
 # ---- without the page
 
@@ -46,13 +33,13 @@ refuses_without_page() {
   ((code != 0)) && grep -qF 'page/dist/viewer.html is missing: run page/build.sh' "$work/pack" \
     && ! ls "$work"/package/*.zip
 }
-check "no package without the page" refuses_without_page
+holds "no package without the page" refuses_without_page
 
 # ---- what is in it
 
-check "the package is made" pack
+holds "the package is made" pack
 mkdir "$work/unpacked"
-check "it can be unpacked" cmake -E chdir "$work/unpacked" cmake -E tar xf "$work"/package/*.zip
+holds "it can be unpacked" cmake -E chdir "$work/unpacked" cmake -E tar xf "$work"/package/*.zip
 folder=$(echo "$work"/unpacked/*)
 cd "$folder" || exit 1
 
@@ -63,39 +50,38 @@ else
 fi
 for file in "${binaries[@]}" bin/viewer.html include/exportifc/plugin.h samples/galpao.json \
   README.md SECURITY.md THIRD-PARTY.md CHANGELOG.md docs/guia.md docs/host-guide.md; do
-  check "$file is in it" test -s "$file"
+  holds "$file is in it" test -s "$file"
 done
-check "the page is the one that was built" cmp bin/viewer.html "$root/$page"
-check "the README is the package's own" bash -c '! cmp -s "$1" README.md' - "$root/README.md"
-check "nothing is left to fill in" bash -c '! grep -E "@[A-Za-z_]+@" README.md'
+holds "the page is the one that was built" cmp bin/viewer.html "$root/$page"
+holds "the README is the package's own" bash -c '! cmp -s "$1" README.md' - "$root/README.md"
+holds "nothing is left to fill in" bash -c '! grep -E "@[A-Za-z_]+@" README.md'
 
 # ---- links
 
 links=0
 while IFS=$'\t' read -r document link; do
   ((++links))
-  check "$document links to $link" test -e "$(dirname "$document")/$link"
+  holds "$document links to $link" test -e "$(dirname "$document")/$link"
 done < <(find . -name '*.md' -printf '%P\n' | sort | while read -r document; do
   # Outside of blocks and code; without what stands behind "#".
   sed -E '/^ *```/,/^ *```/d; s/`[^`]*`//g' "$document" \
     | grep -oE '\]\([^) ]+\)' | sed -E 's/^\]\(//; s/\)$//; s/#.*//' | grep -vE '^$|^[a-z]+:' \
     | sort -u | sed "s|^|$document\t|"
 done)
-check "there are links" test "$links" -ge 20
+holds "there are links" test "$links" -ge 20
 
 # ---- the README's commands
 
 mapfile -t commands < <(sed -n '/^```sh$/,/^```$/{/^```/d;p}' README.md)
-check "two commands in the README" test "${#commands[@]}" -eq 2
+holds "two commands in the README" test "${#commands[@]}" -eq 2
 for line in "${commands[@]}"; do
   read -r -a words <<<"${line//\\//}"
   if [[ -e bin/exportifc.exe ]]; then
     words=("$root/scripts/wine.sh" "${words[0]}.exe" "${words[@]:1}")
   fi
-  check "$line" "${words[@]}"
+  holds "$line" "${words[@]}"
 done
-check "the file is whole" grep -q '^END-ISO-10303-21;' galpao.ifc
-check "the page holds the structure" bash -c "grep -q \"\$(base64 -w 0 galpao.ifc | head -c 400)\" galpao.html"
+holds "the file is whole" grep -q '^END-ISO-10303-21;' galpao.ifc
+holds "the page holds the structure" bash -c "grep -q \"\$(base64 -w 0 galpao.ifc | head -c 400)\" galpao.html"
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+end

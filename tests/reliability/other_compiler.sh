@@ -10,16 +10,9 @@ set -uo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 build=$(cd "${1:-$root/build/windows}" && pwd)
 dll=$build/exportIFC.dll
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
 cd "$root" || exit 1
-
-passed=0 failed=0
-check() {
-  local name=$1
-  shift
-  if "$@"; then passed=$((passed + 1)); else failed=$((failed + 1)) && echo "not as it should be: $name"; fi
-}
+# shellcheck source=tests/support/outcome.sh
+. tests/support/outcome.sh
 
 # The headers and libraries of the posix-thread variant, as for the DLL.
 version=$(x86_64-w64-mingw32-g++-posix -dumpversion)
@@ -27,26 +20,23 @@ runtime=/usr/lib/gcc/x86_64-w64-mingw32/$version
 target=(--target=x86_64-w64-mingw32 -O1 -Iinclude -I. -static -fuse-ld=/usr/bin/x86_64-w64-mingw32-ld)
 headers=(-isystem "$runtime/include/c++" -isystem "$runtime/include/c++/x86_64-w64-mingw32")
 
-compile() { "$@" >"$scratch/compiler.log" 2>&1 || { cat "$scratch/compiler.log"; false; }; }
+holds "clang builds the C++ host" clang++ "${target[@]}" -std=c++20 "${headers[@]}" "-L$runtime" \
+  examples/run_host.cpp examples/box_answerer.cpp -o "$work/run_host.exe" -luser32 -lpthread -Wno-unused-command-line-argument
+holds "clang builds the C host" clang "${target[@]}" -std=c99 "-L$runtime" examples/minimal_host.c \
+  -o "$work/minimal_host.exe" -Wno-unused-command-line-argument
 
-check "clang builds the C++ host" compile clang++ "${target[@]}" -std=c++20 "${headers[@]}" "-L$runtime" \
-  examples/run_host.cpp examples/box_answerer.cpp -o "$scratch/run_host.exe" -luser32 -lpthread -Wno-unused-command-line-argument
-check "clang builds the C host" compile clang "${target[@]}" -std=c99 "-L$runtime" examples/minimal_host.c \
-  -o "$scratch/minimal_host.exe" -Wno-unused-command-line-argument
-
-cd "$scratch" || exit 1
+cd "$work" || exit 1
 "$root/scripts/wine.sh" ./run_host.exe "$dll" "$root/samples/galpao.txt" out.ifc >run.log 2>&1
-check "the C++ host exports" test $? = 0
-check "the file is complete" grep -q '^END-ISO-10303-21;' out.ifc
-check "every bar is there" test "$(grep -cE 'IFC(BEAM|COLUMN|MEMBER)\(' out.ifc)" -ge "$(sed -n 5p "$root/samples/galpao.txt" | tr -dc 0-9)"
+holds "the C++ host exports" test $? = 0
+holds "the file is complete" grep -q '^END-ISO-10303-21;' out.ifc
+holds "every bar is there" test "$(grep -cE 'IFC(BEAM|COLUMN|MEMBER)\(' out.ifc)" -ge "$(sed -n 5p "$root/samples/galpao.txt" | tr -dc 0-9)"
 
 mkdir closed.ifc.parttemp
 "$root/scripts/wine.sh" ./run_host.exe "$dll" "$root/samples/galpao.txt" closed.ifc >run.log 2>&1
-check "the text that the DLL throws is caught" test $? = 1
-check "and recognised" grep -q 'cannot create' run.log
+holds "the text that the DLL throws is caught" test $? = 1
+holds "and recognised" grep -q 'cannot create' run.log
 
 "$root/scripts/wine.sh" ./minimal_host.exe nothing.dll >run.log 2>&1
-check "the C host starts" test $? = 2
+holds "the C host starts" test $? = 2
 
-echo "$passed passed, $failed failed"
-((failed == 0))
+end
