@@ -3,13 +3,11 @@
 #include "fuzz/require.h"
 #include "model/batch_source.h"
 #include "model/host_source.h"
-#include "plugin/module.h"
+#include "tests/support/memory_export.h"
 
 namespace exportifc::fuzz {
 
 namespace {
-
-std::int64_t noEntry() { return 0; }
 
 /// The system's dialog, answered with a file that can always be created.
 class WithSaveFile final : public UserInterface {
@@ -37,29 +35,21 @@ void CountingInterface::show(const Message& message) {
 
 Exported exportBatch(const std::string& path, UserInterface& ui) {
   Exported exported;
-  Module module(&noEntry, &noEntry);
-  module.batchPath = path;
-  const ExportServices services{
-      .ui = ui,
-      .openOutput =
-          [&](const std::wstring&) { return std::make_unique<test::MemorySink>(exported.file); },
-      .openModel =
-          [](const Module& opened) { return std::make_unique<BatchSource>(opened.batchPath); }};
-  exported.result = runExport(module, services);
+  Module module = test::plainModule(path);
+  exported.result = test::exportToMemory(
+      module, ui,
+      [](const Module& opened) { return std::make_unique<BatchSource>(opened.batchPath); },
+      exported.file);
   exported.batchPath = module.batchPath;
   return exported;
 }
 
 void exportModel(const std::function<std::unique_ptr<BarSource>()>& openModel, UserInterface& ui,
                  Exported& exported) {
-  Module module(&noEntry, &noEntry);
+  Module module = test::plainModule();
   WithSaveFile dialog(ui);
-  const ExportServices services{
-      .ui = dialog,
-      .openOutput =
-          [&](const std::wstring&) { return std::make_unique<test::MemorySink>(exported.file); },
-      .openModel = [&](const Module&) { return openModel(); }};
-  exported.result = runExport(module, services);
+  exported.result = test::exportToMemory(
+      module, dialog, [&](const Module&) { return openModel(); }, exported.file);
   exported.batchPath = module.batchPath;
 }
 

@@ -7,9 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "fuzz/memory_export.h"
-#include "plugin/export_driver.h"
-#include "plugin/module.h"
 #include "tests/support/exchange_text.h"
+#include "tests/support/memory_export.h"
 #include "tests/support/scripted_model.h"
 #include "tests/support/sinks.h"
 
@@ -31,15 +30,11 @@ std::vector<test::ScriptedBar> fewBars() {
 
 test::Received exportInto(std::size_t room, std::int64_t& result) {
   test::Received file;
-  Module module([]() -> std::int64_t { return 0; }, []() -> std::int64_t { return 0; });
-  module.batchPath = "model.txt";
+  Module module = test::plainModule("model.txt");
   fuzz::CountingInterface ui;
-  const ExportServices services{
-      .ui = ui,
-      .openOutput =
-          [&](const std::wstring&) { return std::make_unique<test::MemorySink>(file, room); },
-      .openModel = [](const Module&) { return std::make_unique<test::ListSource>(fewBars(), 0); }};
-  result = runExport(module, services);
+  result = test::exportToMemory(
+      module, ui, [](const Module&) { return std::make_unique<test::ListSource>(fewBars(), 0); },
+      file, room);
   EXPECT_EQ(ui.unhandled, 0);
   EXPECT_EQ(module.batchPath, "model.txttemp");
   return file;

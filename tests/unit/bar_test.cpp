@@ -23,15 +23,6 @@ std::wstring widened(std::string_view section) {
   return name;
 }
 
-/// UTF-16 code units as numbers: literals above U+FFFF-ish read badly.
-std::wstring units(std::initializer_list<int> values) {
-  std::wstring text;
-  for (const int value : values) {
-    text.push_back(static_cast<wchar_t>(value));
-  }
-  return text;
-}
-
 TEST(BarGeometry, FurtherNumbersAreZeroAndStandBetweenRotationAndKind) {
   const BarGeometry bar;
   EXPECT_EQ(bar.unused1, 0U);
@@ -54,8 +45,8 @@ TEST(WidenSectionName, KeepsAscii) {
 }
 
 TEST(WidenSectionName, BytesAbove127AreSignExtendedTo16Bits) {
-  EXPECT_EQ(widened("A\xE7"), units({'A', 0xFFE7}));
-  EXPECT_EQ(widened("\x7F\x80\xFF"), units({0x7F, 0xFF80, 0xFFFF}));
+  EXPECT_EQ(widened("A\xE7"), test::units({'A', 0xFFE7}));
+  EXPECT_EQ(widened("\x7F\x80\xFF"), test::units({0x7F, 0xFF80, 0xFFFF}));
 }
 
 TEST(WidenSectionName, TakesAFullFieldWithItsTerminator) {

@@ -3,6 +3,7 @@
 #include <limits>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -24,15 +25,6 @@ std::string written(const Pieces&... pieces) {
   Received received;
   into(received).line(pieces...);
   return received.bytes;
-}
-
-/// Texts by UTF-16 code unit, so that each test says which it means.
-std::wstring units(std::initializer_list<int> values) {
-  std::wstring text;
-  for (const int value : values) {
-    text.push_back(static_cast<wchar_t>(value));
-  }
-  return text;
 }
 
 TEST(StepStream, ALineEndsWithCrLf) {
@@ -71,7 +63,7 @@ TEST(StepStream, PatternsTakeNumbersHalvesAndOneMore) {
 }
 
 TEST(StepStream, TextIsOneBytePerCharacter) {
-  EXPECT_EQ(written(units({'A', 0x7F, 0x80, 0xE7, 0xFF})), "A\x7F\x80\xE7\xFF\r\n");
+  EXPECT_EQ(written(test::units({'A', 0x7F, 0x80, 0xE7, 0xFF})), "A\x7F\x80\xE7\xFF\r\n");
   EXPECT_EQ(written(L"it's a \\ back$slash"), "it's a \\ back$slash\r\n") << "nothing is escaped";
 }
 
@@ -80,7 +72,7 @@ TEST(StepStream, NoRuntimeLocaleShows) {
   // Whichever of these the system has, the bytes stay.
   for (const char* const locale : {"Portuguese", "pt_BR.UTF-8", "de_DE.UTF-8", "Japanese"}) {
     std::setlocale(LC_ALL, locale);
-    EXPECT_EQ(written(1234567.5, " ", General{0.5}, units({0x80, 0xE7})),
+    EXPECT_EQ(written(1234567.5, " ", General{0.5}, test::units({0x80, 0xE7})),
               "1234567.50000 0.5\x80\xE7\r\n")
         << locale;
   }
@@ -98,7 +90,7 @@ TEST(StepStream, ACharacterAboveFFCutsTheOutputBeforeIt) {
     StepStream stream = into(received);
     stream.line("before");
     EXPECT_FALSE(stream.failed());
-    stream.line("'", units({'a', 'b', unit, 'c'}), "' and ", 1.0);
+    stream.line("'", test::units({'a', 'b', unit, 'c'}), "' and ", 1.0);
     EXPECT_TRUE(stream.failed());
     stream.line("after");
     EXPECT_EQ(received.bytes, "before\r\n'ab") << unit;
@@ -107,8 +99,8 @@ TEST(StepStream, ACharacterAboveFFCutsTheOutputBeforeIt) {
 }
 
 TEST(StepStream, TheFirstOfTwoCutsCounts) {
-  EXPECT_EQ(written("x", units({'1', 0x100}), "y", units({'2', 0x100})), "x1");
-  EXPECT_EQ(written(units({0x100})), "");
+  EXPECT_EQ(written("x", test::units({'1', 0x100}), "y", test::units({'2', 0x100})), "x1");
+  EXPECT_EQ(written(test::units({0x100})), "");
 }
 
 TEST(StepStream, WithoutASinkItHasFailedFromTheStart) {

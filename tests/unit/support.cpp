@@ -17,6 +17,14 @@ namespace exportifc::test {
 
 std::wstring wide(std::string_view text) { return {text.begin(), text.end()}; }
 
+std::wstring units(std::initializer_list<int> values) {
+  std::wstring text;
+  for (const int value : values) {
+    text.push_back(static_cast<wchar_t>(value));
+  }
+  return text;
+}
+
 std::string sourceFile(const std::string& path) {
   return std::string(EXPORTIFC_SOURCE_FOLDER "/") + path;
 }
@@ -25,7 +33,7 @@ std::string sourceFile(const std::string& path) {
 
 namespace {
 
-std::wstring units(const char* bytes) {
+std::wstring unitsOf(const char* bytes) {
   std::wstring text;
   for (; *bytes != '\0'; ++bytes) {
     text.push_back(static_cast<unsigned char>(*bytes));
@@ -73,7 +81,7 @@ BarChoice ScriptedUser::chooseBars() {
 }
 
 void ScriptedUser::show(const Message& shown) {
-  said.push_back(message(shown.id, units(shown.reason).append(shown.profileName)));
+  said.push_back(message(shown.id, unitsOf(shown.reason).append(shown.profileName)));
 }
 
 // ---- Exports -----------------------------------------------------------------------------------
@@ -112,11 +120,9 @@ std::string exportedFile(const std::function<std::unique_ptr<BarSource>()>& open
   const KeepRuntimeLocale keep;
   Received received;
   Module module = plainModule("model.txt");
-  const ExportServices services{
-      .ui = ui,
-      .openOutput = [&](const std::wstring&) { return std::make_unique<MemorySink>(received); },
-      .openModel = [&](const Module&) { return openModel(); }};
-  EXPECT_EQ(runExport(module, services), 1);
+  EXPECT_EQ(exportToMemory(
+                module, ui, [&](const Module&) { return openModel(); }, received),
+            1);
   return received.bytes;
 }
 
@@ -144,13 +150,5 @@ int numberOf(const std::string& line) {
   }
   return std::stoi(line.substr(1));
 }
-
-Module plainModule(std::string batchPath) {
-  Module module(noEntry, noEntry);
-  module.batchPath = std::move(batchPath);
-  return module;
-}
-
-std::int64_t noEntry() { return 0; }
 
 }  // namespace exportifc::test

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <iosfwd>
 #include <memory>
 #include <optional>
@@ -21,6 +22,7 @@
 #include "tests/support/batch_text.h"
 #include "tests/support/exchange_text.h"
 #include "tests/support/files.h"
+#include "tests/support/memory_export.h"
 #include "tests/support/random.h"
 #include "tests/support/scripted_model.h"
 #include "tests/support/section_words.h"
@@ -32,6 +34,9 @@ namespace exportifc::test {
 
 /// The wide form of an ASCII text.
 std::wstring wide(std::string_view text);
+
+/// A text by its UTF-16 code units, so that each test says which it means.
+std::wstring units(std::initializer_list<int> values);
 
 /// The folder with the sources, for the samples and the golden files.
 std::string sourceFile(const std::string& path);
@@ -88,11 +93,5 @@ std::vector<std::string> linesWith(const std::vector<std::string>& lines, std::s
 /// Bodies of numbered lines: without "#12= " and ";".
 std::string bodyOf(const std::string& line);
 int numberOf(const std::string& line);
-
-/// A module that is not loaded by anybody.
-Module plainModule(std::string batchPath = {});
-
-/// The functions of a module record that nobody calls.
-std::int64_t noEntry();
 
 }  // namespace exportifc::test
