@@ -201,6 +201,19 @@ TEST_F(BatchSourceTest, NumbersBehindAnEarlyEndCountAndAreTheBarsOwn) {
   }
 }
 
+TEST_F(BatchSourceTest, EqualSectionsShareARecord) {
+  open(headerLines("mm", "4") + barLines("W 1") + barLines("W 2") + barLines("W 3") +
+       barLines("W 1"));
+  std::vector<const BarRecord*> records;
+  for (int i = 0; i < 4; ++i) {
+    ASSERT_TRUE(next());
+    records.push_back(bar.record);
+  }
+  EXPECT_EQ(records[3], records[0]) << "also when others stand between";
+  EXPECT_NE(records[1], records[0]);
+  EXPECT_NE(records[2], records[1]);
+}
+
 TEST_F(BatchSourceTest, AnyNumberOfSections) {
   // More than are known at a time, then the first ones again.
   constexpr int count = 9000;
