@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/messages.h"
 
@@ -18,7 +19,7 @@ namespace exportifc::cli {
 /// One that the program knows. Its file in cli/commands/ makes it.
 struct Command {
   const CLI::App* parser;
-  std::function<ExitCode()> run;  ///< with the options that were parsed
+  std::function<ExitCode(Console& console)> run;  ///< with the options that were parsed
 };
 
 /// A command without options yet.

@@ -9,7 +9,6 @@
 
 #include "cli/arguments.h"
 #include "cli/commands/commands.h"
-#include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/manual.h"
 #include "cli/messages.h"
@@ -42,7 +41,7 @@ std::shared_ptr<CLI::Formatter> helpFormatter() {
 /// The program's options and commands.
 class CommandLine {
  public:
-  CommandLine() {
+  explicit CommandLine(Console& console) : console_(console) {
     app_.formatter(helpFormatter());
     app_.option_defaults()->group(say(texts::helpOptions))->disable_flag_override();
     app_.set_help_flag("-h,--help", say(texts::helpHelp))->group(say(texts::helpOptions));
@@ -86,22 +85,24 @@ class CommandLine {
       print(app_.help());
       return exitBadUse;
     }
-    return chosen->run();
+    return chosen->run(console_);
   }
 
  private:
-  static ExitCode print(std::string text) {
+  ExitCode print(std::string text) const {
     text.erase(text.find_last_not_of('\n') + 1);
-    printLine(text);
+    console_.printLine(text);
     return exitOk;
   }
 
   /// Says what is wrong and where the right use stands.
   ExitCode refuse(const CLI::App& command, const std::string& text) const {
-    reportError(say(texts::useHelp, {text, &command == &app_ ? "" : command.get_name() + " "}));
+    console_.reportError(
+        say(texts::useHelp, {text, &command == &app_ ? "" : command.get_name() + " "}));
     return exitBadUse;
   }
 
+  Console& console_;
   CLI::App app_{say(texts::helpProgram), "exportifc"};
   bool man_ = false;
   bool completion_ = false;
@@ -110,6 +111,8 @@ class CommandLine {
 
 }  // namespace
 
-ExitCode runCommandLine(const Arguments& arguments) { return CommandLine().run(arguments); }
+ExitCode runCommandLine(const Arguments& arguments, Console& console) {
+  return CommandLine(console).run(arguments);
+}
 
 }  // namespace exportifc::cli

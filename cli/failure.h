@@ -36,4 +36,9 @@ class Failure : public std::runtime_error {
   FailureLine line_;
 };
 
+/// Ends one model of several when the user stops the program; it is said once for all of them.
+struct Interrupted : std::runtime_error {
+  Interrupted() : std::runtime_error("interrupted") {}
+};
+
 }  // namespace exportifc::cli

@@ -15,7 +15,8 @@ namespace exportifc::cli {
 namespace {
 
 /// What `check` finds, in a few lines; the file is written all the same.
-void reportFindings(const std::string& name, const Model& model, std::vector<Problem> problems) {
+void reportFindings(Console& console, const std::string& name, const Model& model,
+                    std::vector<Problem> problems) {
   // Of a long list, the problems of the whole model are not to be missed, nor errors.
   const auto rank = [](const Problem& problem) {
     return std::pair(problem.bars > 0, problem.severity);
@@ -28,12 +29,12 @@ void reportFindings(const std::string& name, const Model& model, std::vector<Pro
   for (Problem& problem : problems) {
     problem.severity = Severity::warning;
   }
-  reportProblems(name, model, std::move(problems));
+  reportProblems(console, name, model, std::move(problems));
   const std::string count = numberText(static_cast<std::int64_t>(found));
   if (found > mostLines) {
-    reportModelWarning(name, say(texts::exportProblemsMore, {count}));
+    reportModelWarning(console, name, say(texts::exportProblemsMore, {count}));
   } else if (found > 1) {
-    reportModelWarning(name, say(texts::checkProblems, {count}));
+    reportModelWarning(console, name, say(texts::checkProblems, {count}));
   }
 }
 
@@ -44,13 +45,13 @@ void addLoadOptions(CLI::App& command, LoadOptions& options) {
   addFlag(command, "--transliterate", options.transliterate, texts::helpTransliterate);
 }
 
-LoadedModel loadForExport(const std::string& name, const LoadOptions& options) {
+LoadedModel loadForExport(const std::string& name, const LoadOptions& options, Console& console) {
   Model model = readModel(name);
   const auto refuse = [&](const std::vector<Problem>& problems) {
     if (std::all_of(problems.begin(), problems.end(), isNote)) {
       return;
     }
-    reportProblems(name, model, problems);
+    reportProblems(console, name, model, problems);
     throw Failure(exitProblems, say(texts::nothingWritten, {displayName(name)}));
   };
   refuse(checkReferences(model));
@@ -62,7 +63,7 @@ LoadedModel loadForExport(const std::string& name, const LoadOptions& options) {
   std::vector<Problem> problems = checkModel(model, options.visibleOnly);
   std::erase_if(problems, isNote);
   if (!options.quiet) {
-    reportFindings(name, model, problems);
+    reportFindings(console, name, model, problems);
   }
   return {.model = std::move(model), .problems = std::move(problems)};
 }

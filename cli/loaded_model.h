@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/console.h"
 #include "library/frame/model.h"
 #include "library/frame/problem.h"
 
@@ -33,6 +34,6 @@ struct LoadedModel {
 /// Reads a model and makes it ready for an export: references sound, no character that would end
 /// the file, no problem at all with `strict`. Throws a Failure, after having reported each problem.
 /// Problems that do not stop the export are reported as warnings, unless `quiet`.
-LoadedModel loadForExport(const std::string& name, const LoadOptions& options);
+LoadedModel loadForExport(const std::string& name, const LoadOptions& options, Console& console);
 
 }  // namespace exportifc::cli

@@ -61,6 +61,8 @@ inline constexpr Text nothingWritten{"{0}: nothing was written", "{0}: nada foi 
 inline constexpr Text stoppedAtBar{"stopped at {0} of {1}: {2}", "parou na {0} de {1}: {2}"};
 inline constexpr Text stoppedByUser{"interrupted by the user; nothing was written",
                                     "interrompido pelo usuário; nada foi gravado"};
+inline constexpr Text stoppedAfterModels{"interrupted by the user after {0} of {1} models",
+                                         "interrompido pelo usuário depois de {0} de {1} modelos"};
 inline constexpr Text outOfMemory{"not enough memory", "memória insuficiente"};
 inline constexpr Text fileIncomplete{"the file has no end", "o arquivo ficou sem fim"};
 inline constexpr Text exportProblemsMore{
@@ -72,8 +74,6 @@ inline constexpr Text moduleBarWithoutRecord{
     "\"Problema ao exportar Barra\" (a bar could not be exported)",
     "\"Problema ao exportar Barra\""};
 inline constexpr Text moduleMessage{"{0}: section \"{1}\"", "{0}: seção \"{1}\""};
-inline constexpr Text workerFailed{"{0}: cannot start a second process: {1}",
-                                   "{0}: não foi possível iniciar outro processo: {1}"};
 inline constexpr Text jobsProgress{"{0} of {1} {1:model|models}", "{0} de {1} {1:modelo|modelos}"};
 
 // ---- check

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "cli/console.h"
 #include "cli/model_file.h"
 #include "library/frame/problem_text.h"
 
@@ -23,16 +22,17 @@ std::string problemLine(const std::string& name, const Model& model, const Probl
   return problemLine(name, problem, problemText(model, problem));
 }
 
-void reportProblems(const std::string& name, const Model& model, std::vector<Problem> problems) {
+void reportProblems(Console& console, const std::string& name, const Model& model,
+                    std::vector<Problem> problems) {
   locate(name, model, problems);
   for (const Problem& problem : problems) {
-    printError(problemLine(name, model, problem));
+    console.printError(problemLine(name, model, problem));
   }
 }
 
-void reportModelWarning(const std::string& name, const std::string& message) {
+void reportModelWarning(Console& console, const std::string& name, const std::string& message) {
   const Problem problem{.severity = Severity::warning};
-  printError(problemLine(name, problem, message));
+  console.printError(problemLine(name, problem, message));
 }
 
 }  // namespace exportifc::cli

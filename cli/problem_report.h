@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/console.h"
 #include "library/frame/model.h"
 #include "library/frame/problem.h"
 
@@ -15,9 +16,10 @@ std::string problemLine(const std::string& name, const Model& model, const Probl
 std::string problemLine(const std::string& name, const Problem& problem, const std::string& text);
 
 /// Locates the problems and says them on standard error, one line each.
-void reportProblems(const std::string& name, const Model& model, std::vector<Problem> problems);
+void reportProblems(Console& console, const std::string& name, const Model& model,
+                    std::vector<Problem> problems);
 
 /// A warning of the model as a whole, on standard error.
-void reportModelWarning(const std::string& name, const std::string& message);
+void reportModelWarning(Console& console, const std::string& name, const std::string& message);
 
 }  // namespace exportifc::cli

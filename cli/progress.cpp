@@ -2,27 +2,31 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <string>
 
 #include "cli/messages.h"
-#include "cli/system.h"
 #include "library/text/text_encoding.h"
 
 namespace exportifc::cli {
 
 namespace {
 
-constexpr std::size_t barWidth = 24;
 constexpr const char* eraseLine = "\r\033[K";
 
 }  // namespace
 
-Progress::Progress(bool wanted, std::int64_t total)
-    : shown_(wanted && total > 0 && system::errorIsTerminal()), total_(total) {}
+void StatusLine::show(const std::string& text) {
+  if (shown_) {
+    // A line that wraps cannot be rewritten in place.
+    const auto columns = static_cast<std::size_t>(system::terminalColumns() - 1);
+    std::fputs((eraseLine + std::string(firstCharacters(text, columns))).c_str(), stderr);
+    isThere_ = true;
+  }
+}
 
-Progress::~Progress() {
-  if (shown_ && last_ != Clock::time_point{}) {
+void StatusLine::erase() {
+  if (isThere_) {
     std::fputs(eraseLine, stderr);
+    isThere_ = false;
   }
 }
 
@@ -38,17 +42,12 @@ void Progress::update(std::int64_t done) {
   const double rate = seconds > 0 ? static_cast<double>(done) / seconds : 0;
   const double left = rate > 0 ? static_cast<double>(total_ - done) / rate : 0;
 
+  constexpr std::size_t barWidth = 24;
   const auto full = std::min(barWidth, static_cast<std::size_t>(share * barWidth));
-  std::string line =
-      "[" + std::string(full, '#') + std::string(barWidth - full, '-') + "] " +
-      say(texts::progressLine, {decimalText(share * 100, 0), numberText(done), numberText(total_),
-                                numberText(static_cast<std::int64_t>(rate)), decimalText(left, 0)});
-  // A line that wraps cannot be rewritten in place.
-  const auto columns = static_cast<std::size_t>(system::terminalColumns() - 1);
-  if (characterCount(line) > columns) {
-    line.resize(std::min(columns, line.size()));
-  }
-  std::fputs((eraseLine + line).c_str(), stderr);
+  line_.show("[" + std::string(full, '#') + std::string(barWidth - full, '-') + "] " +
+             say(texts::progressLine,
+                 {decimalText(share * 100, 0), numberText(done), numberText(total_),
+                  numberText(static_cast<std::int64_t>(rate)), decimalText(left, 0)}));
 }
 
 }  // namespace exportifc::cli

@@ -70,31 +70,4 @@ bool flushToDisk(int file);
 bool closeFile(int file);
 bool isWritable(const std::filesystem::path& path);
 
-/// A second copy of this program at work, its standard streams going to files.
-class Worker {
- public:
-  /// Starts `programPath()`; throws std::system_error when it cannot.
-  Worker(const std::vector<std::string>& arguments, const std::filesystem::path& output,
-         const std::filesystem::path& errors);
-  Worker(const Worker&) = delete;
-  Worker& operator=(const Worker&) = delete;
-  ~Worker();
-
-  /// Whether it has ended; `exitCode` is then valid.
-  bool ended();
-  int exitCode() const { return exitCode_; }
-  /// Asks it to end.
-  void interrupt() const;
-
- private:
-#ifdef _WIN32
-  void* process_ = nullptr;
-#else
-  int process_ = -1;
-#endif
-  int exitCode_ = -1;
-};
-
-void sleepMilliseconds(int milliseconds);
-
 }  // namespace exportifc::cli::system

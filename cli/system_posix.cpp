@@ -1,28 +1,24 @@
 // Linux.
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
-#include <system_error>
 
 #include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <fcntl.h>
-#include <spawn.h>
 #include <unistd.h>
 
 #include "cli/system.h"
-
-extern char**
-    environ;  // NOLINT(readability-redundant-declaration): the C library need not declare it
 
 namespace exportifc::cli::system {
 
 namespace {
 
-volatile std::sig_atomic_t interruptSeen = 0;
+std::atomic<bool> interruptSeen = false;  // by a handler, for all threads
+static_assert(std::atomic<bool>::is_always_lock_free);
 
-void noteInterrupt(int /*signal*/) { interruptSeen = 1; }
+void noteInterrupt(int /*signal*/) { interruptSeen = true; }
 
 /// Files and folders are what can be lost.
 std::string identityText(const struct stat& status) {
@@ -30,23 +26,6 @@ std::string identityText(const struct stat& status) {
              ? std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino)
              : "";
 }
-
-class SpawnActions {
- public:
-  SpawnActions() { posix_spawn_file_actions_init(&actions_); }
-  SpawnActions(const SpawnActions&) = delete;
-  SpawnActions& operator=(const SpawnActions&) = delete;
-  ~SpawnActions() { posix_spawn_file_actions_destroy(&actions_); }
-
-  void open(int descriptor, const char* path, int flags) {
-    constexpr int mode = 0600;
-    posix_spawn_file_actions_addopen(&actions_, descriptor, path, flags, mode);
-  }
-  const posix_spawn_file_actions_t* get() const { return &actions_; }
-
- private:
-  posix_spawn_file_actions_t actions_{};
-};
 
 }  // namespace
 
@@ -64,7 +43,7 @@ void prepareProcess() {
   }
 }
 
-bool interrupted() { return interruptSeen != 0; }
+bool interrupted() { return interruptSeen; }
 
 std::string variable(const char* name) {
   const char* const value = std::getenv(name);
@@ -132,51 +111,5 @@ bool flushToDisk(int file) { return ::fsync(file) == 0 || errno == EINVAL || err
 bool closeFile(int file) { return ::close(file) == 0; }
 
 bool isWritable(const std::filesystem::path& path) { return ::access(path.c_str(), W_OK) == 0; }
-
-Worker::Worker(const std::vector<std::string>& arguments, const std::filesystem::path& output,
-               const std::filesystem::path& errors) {
-  const std::string program = programPath();
-  std::vector<std::string> words = {program};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<char*> argv;
-  argv.reserve(words.size() + 1);
-  for (std::string& word : words) {
-    argv.push_back(word.data());
-  }
-  argv.push_back(nullptr);
-  SpawnActions actions;
-  actions.open(STDIN_FILENO, "/dev/null", O_RDONLY);
-  actions.open(STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC);
-  actions.open(STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC);
-  const int error =
-      posix_spawn(&process_, program.c_str(), actions.get(), nullptr, argv.data(), environ);
-  if (error != 0) {
-    throw std::system_error(error, std::generic_category(), program);
-  }
-}
-
-Worker::~Worker() {
-  if (exitCode_ < 0) {
-    interrupt();
-    int status = 0;
-    waitpid(process_, &status, 0);
-  }
-}
-
-bool Worker::ended() {
-  constexpr int firstSignalCode = 128;  // as shells count
-  int status = 0;
-  if (exitCode_ < 0 && waitpid(process_, &status, WNOHANG) == process_) {
-    exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : firstSignalCode + WTERMSIG(status);
-  }
-  return exitCode_ >= 0;
-}
-
-void Worker::interrupt() const { kill(process_, SIGTERM); }
-
-void sleepMilliseconds(int milliseconds) {
-  constexpr useconds_t microseconds = 1000;
-  usleep(static_cast<useconds_t>(milliseconds) * microseconds);
-}
 
 }  // namespace exportifc::cli::system

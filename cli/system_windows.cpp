@@ -54,41 +54,6 @@ std::string identityText(HANDLE file) {
          std::to_string(information.nFileIndexLow);
 }
 
-/// One argument as CommandLineToArgvW takes it apart again.
-std::wstring quoted(const std::wstring& argument) {
-  std::wstring text = L"\"";
-  std::size_t backslashes = 0;
-  for (const wchar_t c : argument) {
-    if (c == L'"') {
-      text.append(backslashes + 1, L'\\');  // those before a quote count double
-    }
-    backslashes = c == L'\\' ? backslashes + 1 : 0;
-    text.push_back(c);
-  }
-  return text.append(backslashes, L'\\').append(L"\"");
-}
-
-/// A handle that a child process inherits.
-class InheritedFile {
- public:
-  InheritedFile(const wchar_t* path, DWORD access, DWORD disposition) {
-    SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
-    handle_ = CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, disposition,
-                          FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle_ == INVALID_HANDLE_VALUE) {
-      throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
-    }
-  }
-  InheritedFile(const InheritedFile&) = delete;
-  InheritedFile& operator=(const InheritedFile&) = delete;
-  ~InheritedFile() { CloseHandle(handle_); }
-
-  HANDLE get() const { return handle_; }
-
- private:
-  HANDLE handle_;
-};
-
 }  // namespace
 
 std::vector<std::string> arguments(int argc, char** argv) {
@@ -213,49 +178,5 @@ bool isWritable(const std::filesystem::path& path) {
   constexpr int writing = 2;
   return _waccess(path.c_str(), writing) == 0;
 }
-
-Worker::Worker(const std::vector<std::string>& arguments, const std::filesystem::path& output,
-               const std::filesystem::path& errors) {
-  const std::filesystem::path program = programPath();
-  std::wstring commandLine = quoted(program.wstring());
-  for (const std::string& argument : arguments) {
-    commandLine += L' ' + quoted(pathOf(argument).wstring());
-  }
-  const InheritedFile in(L"NUL", GENERIC_READ, OPEN_EXISTING);
-  const InheritedFile out(output.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
-  const InheritedFile err(errors.c_str(), GENERIC_WRITE, CREATE_ALWAYS);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof(startup);
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = in.get();
-  startup.hStdOutput = out.get();
-  startup.hStdError = err.get();
-  PROCESS_INFORMATION started{};
-  if (CreateProcessW(program.c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                     nullptr, &startup, &started) == 0) {
-    throw std::system_error(static_cast<int>(GetLastError()), std::system_category());
-  }
-  CloseHandle(started.hThread);
-  process_ = started.hProcess;
-}
-
-Worker::~Worker() {
-  // A console hands Ctrl-C to every process on it, so the worker ends by itself.
-  WaitForSingleObject(process_, INFINITE);
-  CloseHandle(process_);
-}
-
-bool Worker::ended() {
-  DWORD code = 0;
-  if (exitCode_ < 0 && WaitForSingleObject(process_, 0) == WAIT_OBJECT_0 &&
-      GetExitCodeProcess(process_, &code) != 0) {
-    exitCode_ = static_cast<int>(code & INT_MAX);
-  }
-  return exitCode_ >= 0;
-}
-
-void Worker::interrupt() const {}
-
-void sleepMilliseconds(int milliseconds) { Sleep(static_cast<DWORD>(milliseconds)); }
 
 }  // namespace exportifc::cli::system

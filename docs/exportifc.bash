@@ -2,7 +2,7 @@
 _exportifc() {
   local current=${COMP_WORDS[COMP_CWORD]} words
   case ${COMP_WORDS[1]} in
-    export) words="-h --help -o --output --out-dir --visible-only --strict --transliterate --html --template -j --jobs -q --quiet" ;;
+    export) words="-h --help -o --output --out-dir --visible-only --transliterate --strict --html --template -j --jobs -q --quiet" ;;
     check) words="-h --help --visible-only --no-notes --json" ;;
     profiles) words="-h --help --svg --markdown 'ILAM' 'CS' '][' '[' '[]' 'UENR' 'UUE' 'IENR' 'CA' 'BOX' 'L' 'LLM' 'LLM_EN' 'LFF' 'LLAM_EN' '2L' 'LL' '><' '<>' 'LX' 'LZ' 'CART' 'ICAR' 'TUBO' 'Z' 'ZS' 'ZI' 'ZSI' 'LLAM' '2LLM' 'LLLM' 'VVLM' 'LVLM' 'LXLM' 'LZLM' 'ULAM' 'UAP' 'UULM' '2ULM' 'TEE' 'RED' 'FRED' 'W' 'HP' 'PS' 'VS' 'VSE' 'CSE' 'CVS' 'TW' 'TS' 'WT' 'PC' 'HE' 'IPE' 'PSA' 'EC' 'RET' '2L_ASSIMETRICO'" ;;
     convert) words="-h --help -o --output --strict" ;;

@@ -21,6 +21,9 @@ struct ExportServices {
   std::function<std::unique_ptr<ByteSink>(const std::wstring& path)> openOutput;
   /// Opens the model, after the preamble is written.
   std::function<std::unique_ptr<BarSource>(const Module& module)> openModel;
+  /// Whether the runtime's locale changes, as hosts find it after an export. It is the whole
+  /// process's, so it stays where exports run side by side.
+  bool changesLocale = true;
 };
 
 /// The system's dialogs and files, and the model where the module's mode says it lies.

@@ -84,7 +84,7 @@ std::string countText(const std::vector<Problem>& problems) {
   return notes == 0 ? text : say(texts::checkNotes, {text, numberText(notes)});
 }
 
-Finding checkOne(const std::string& name, const CheckOptions& options) {
+Finding checkOne(const std::string& name, const CheckOptions& options, Console& console) {
   Finding finding{.json = {{"model", name}}};
   Json list = Json::array();
   try {
@@ -101,14 +101,15 @@ Finding checkOne(const std::string& name, const CheckOptions& options) {
     for (const Problem& problem : problems) {
       list.push_back(problemJson(name, model, problem));
       if (!options.json) {
-        printLine(problemLine(name, model, problem));
+        console.printLine(problemLine(name, model, problem));
       }
     }
     finding.code = std::all_of(problems.begin(), problems.end(), isNote) ? exitOk : exitProblems;
     if (!options.json) {
-      printLine(displayName(name) + ": " +
-                say(texts::checkSummary, {numberText(static_cast<std::int64_t>(model.bars.size())),
-                                          countText(problems)}));
+      console.printLine(
+          displayName(name) + ": " +
+          say(texts::checkSummary,
+              {numberText(static_cast<std::int64_t>(model.bars.size())), countText(problems)}));
     }
   } catch (const Failure& failure) {
     finding.code = failure.code();
@@ -117,14 +118,14 @@ Finding checkOne(const std::string& name, const CheckOptions& options) {
         name, told != nullptr ? told->problem()
                               : Problem{.code = "unreadable", .message = failure.what()}));
     if (!options.json) {
-      reportFailure(failure);
+      console.reportFailure(failure);
     }
   }
   finding.json["problems"] = std::move(list);
   return finding;
 }
 
-ExitCode run(const CheckOptions& options) {
+ExitCode run(const CheckOptions& options, Console& console) {
   FilePlan files;
   for (const std::string& model : options.models) {
     files.reads(model);
@@ -132,14 +133,14 @@ ExitCode run(const CheckOptions& options) {
   ExitCode code = exitOk;
   Json all = Json::array();
   for (const std::string& model : options.models) {
-    Finding finding = checkOne(model, options);
+    Finding finding = checkOne(model, options, console);
     code = std::max(code, finding.code);
     all.push_back(std::move(finding.json));
   }
   if (options.json) {
     constexpr int indent = 2;
     // Names of files are bytes: what is not UTF-8 is replaced.
-    printLine(all.dump(indent, ' ', false, Json::error_handler_t::replace));
+    console.printLine(all.dump(indent, ' ', false, Json::error_handler_t::replace));
   }
   return code;
 }
@@ -153,7 +154,7 @@ Command addCheck(CLI::App& program) {
   addFlag(command, "--visible-only", options->visibleOnly, texts::helpVisibleOnly);
   addFlag(command, "!--no-notes", options->notes, texts::helpNoNotes);
   addFlag(command, "--json", options->json, texts::helpJson);
-  return {&command, [options] { return run(*options); }};
+  return {&command, [options](Console& console) { return run(*options, console); }};
 }
 
 }  // namespace exportifc::cli

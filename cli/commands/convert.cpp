@@ -27,14 +27,14 @@ struct ConvertOptions {
   bool strict = false;  ///< refuse when something is lost
 };
 
-ExitCode run(const ConvertOptions& options) {
+ExitCode run(const ConvertOptions& options, Console& console) {
   FilePlan files;
   files.reads(options.model);
   files.writes(options.output);
   const Model model = readModel(options.model);
   const std::vector<Problem> problems = checkReferences(model);
   if (!problems.empty()) {
-    reportProblems(options.model, model, problems);
+    reportProblems(console, options.model, model, problems);
     throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
   }
   const Format& format = convertedFormat(options.model, formatOf(model.format), options.output);
@@ -46,9 +46,9 @@ ExitCode run(const ConvertOptions& options) {
   std::vector<Problem> changed = model.found;
   std::erase_if(changed, isNote);
   const bool isLossless = changed.empty() && losses.lines.empty();
-  reportProblems(options.model, model, std::move(changed));
+  reportProblems(console, options.model, model, std::move(changed));
   for (const std::string& loss : losses.lines) {
-    reportModelWarning(options.model, loss);
+    reportModelWarning(console, options.model, loss);
   }
   if (options.strict && !isLossless) {
     throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
@@ -68,7 +68,7 @@ Command addConvert(CLI::App& program) {
   addName(command, "-o,--output", options->output, texts::helpConvertOutput, texts::wordFile)
       .required();
   addFlag(command, "--strict", options->strict, texts::helpConvertStrict);
-  return {&command, [options] { return run(*options); }};
+  return {&command, [options](Console& console) { return run(*options, console); }};
 }
 
 }  // namespace exportifc::cli

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <iterator>
 #include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -32,6 +31,7 @@
 #include "library/frame/model_check.h"
 #include "library/frame/model_export.h"
 #include "library/frame/pointer.h"
+#include "library/text/text_encoding.h"
 
 namespace fs = std::filesystem;
 
@@ -46,7 +46,7 @@ struct ExportOptions {
   std::string output;     ///< empty: beside the model; "-": standard output
   std::string directory;  ///< empty: none
   LoadOptions load;
-  int jobs = 1;
+  std::size_t jobs = 1;
   bool html = false;
   std::string viewerTemplate;
 };
@@ -85,8 +85,8 @@ const Text& moduleText(MessageId id) {
                                          : texts::moduleBarWithoutRecord;
 }
 
-void reportMessages(const std::string& name, const Model& model, const ExportResult& result,
-                    const std::vector<Problem>& found) {
+void reportMessages(Console& console, const std::string& name, const Model& model,
+                    const ExportResult& result, const std::vector<Problem>& found) {
   std::vector<Problem> problems;
   for (const ModuleMessage& message : result.messages) {
     if (isTold(message, found)) {
@@ -102,7 +102,7 @@ void reportMessages(const std::string& name, const Model& model, const ExportRes
          .bars = message.bars,
          .firstBar = message.firstBar});
   }
-  reportProblems(name, model, std::move(problems));
+  reportProblems(console, name, model, std::move(problems));
 }
 
 std::string skippedText(const SkippedBars& skipped) {
@@ -130,18 +130,16 @@ std::string elementsText(const ExportResult& result) {
 }
 
 /// The summary; on standard error when the file itself goes to standard output.
-void printSummary(const Model& model, const std::string& name, const std::string& output,
-                  const ExportResult& result, double seconds) {
-  const auto print = isStandardStream(output) ? printError : printLine;
+void printSummary(Console& console, const Model& model, const std::string& name,
+                  const std::string& output, const ExportResult& result, double seconds) {
+  const auto print = [&](const std::string& line) {
+    isStandardStream(output) ? console.printError(line) : console.printLine(line);
+  };
   constexpr std::size_t labelWidth = 22;
   const auto row = [&](const Text& label, const std::string& value) {
-    std::string text = say(label);
-    std::size_t width = 0;
-    for (const char c : text) {
-      width += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1U : 0U;
-    }
-    text.append(width < labelWidth ? labelWidth - width : 1, ' ');
-    print("  " + text + value);
+    const std::size_t width = characterCount(say(label));
+    const std::string space(width < labelWidth ? labelWidth - width : 1, ' ');
+    print("  " + std::string(say(label)) + space + value);
   };
   const SkippedBars& skipped = result.skipped;
   const auto total = static_cast<std::int64_t>(model.bars.size());
@@ -170,9 +168,6 @@ void printSummary(const Model& model, const std::string& name, const std::string
 
 /// Why the export of a model stopped.
 std::string stopText(const ExportResult& result, const OutputFile& file, std::size_t bars) {
-  if (result.interrupted) {
-    return say(texts::stoppedByUser);
-  }
   const std::string reason = file.failed() ? file.failureText()
                              : !result.driverFailure.empty()
                                  ? result.driverFailure
@@ -181,18 +176,23 @@ std::string stopText(const ExportResult& result, const OutputFile& file, std::si
                                    numberText(static_cast<std::int64_t>(bars)), reason});
 }
 
-void exportOne(const std::string& name, const std::string& output, const ExportOptions& options) {
+void exportOne(const std::string& name, const std::string& output, const ExportOptions& options,
+               Console& console) {
   const auto started = Clock::now();
   // Before the model: a page that is missing must not cost a long export.
   const std::string page =
       options.html ? readViewerTemplate(viewerTemplatePath(options.viewerTemplate)) : "";
-  const auto [model, problems] = loadForExport(name, options.load);
+  const auto [model, problems] = loadForExport(name, options.load, console);
   OutputFile file(output);
   ExportResult result;
   {
-    Progress progress(!options.load.quiet, static_cast<std::int64_t>(model.bars.size()));
+    Progress progress(!options.load.quiet && console.isWatched(),
+                      static_cast<std::int64_t>(model.bars.size()));
     result = exportModel(model, options.load.visibleOnly, file,
                          [&](std::int32_t bar) { return progress.at(bar); });
+  }
+  if (result.interrupted) {
+    throw Interrupted();
   }
   if (!result.complete) {
     throw Failure(exitNotWritten, stopText(result, file, model.bars.size()));
@@ -203,8 +203,8 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
                     pageFor(output));
   }
   if (!options.load.quiet) {
-    reportMessages(name, model, result, problems);
-    printSummary(model, name, output, result,
+    reportMessages(console, name, model, result, problems);
+    printSummary(console, model, name, output, result,
                  std::chrono::duration<double>(Clock::now() - started).count());
   }
 }
@@ -249,31 +249,14 @@ void planFiles(const ExportOptions& options, const std::vector<std::string>& out
   }
 }
 
-/// The same export of one model, for a process of its own.
-Job jobOf(const std::string& model, const std::string& output, const ExportOptions& options) {
-  Job job{.model = model, .arguments = {"export", "--output=" + output}};
-  const auto pass = [&](bool wanted, const char* flag) {
-    if (wanted) {
-      job.arguments.emplace_back(flag);
-    }
-  };
-  pass(options.load.visibleOnly, "--visible-only");
-  pass(options.load.strict, "--strict");
-  pass(options.load.transliterate, "--transliterate");
-  pass(options.load.quiet, "--quiet");
-  pass(options.html, "--html");
-  if (!options.viewerTemplate.empty()) {
-    job.arguments.push_back("--template=" + options.viewerTemplate);
-  }
-  job.arguments.insert(job.arguments.end(), {"--", model});
-  return job;
+/// Standard streams are for one model at a time.
+bool canRunBeside(const ExportOptions& options, const std::vector<std::string>& outputs) {
+  return options.jobs > 1 && outputs.size() > 1 &&
+         std::none_of(options.models.begin(), options.models.end(), isStandardStream) &&
+         std::none_of(outputs.begin(), outputs.end(), isStandardStream);
 }
 
-bool canRunBeside(const std::string& model, const std::string& output) {
-  return !isStandardStream(model) && !isStandardStream(output);
-}
-
-ExitCode run(const ExportOptions& options) {
+ExitCode run(const ExportOptions& options, Console& console) {
   std::vector<std::string> outputs;
   for (const std::string& model : options.models) {
     outputs.push_back(outputFor(model, options));
@@ -283,33 +266,20 @@ ExitCode run(const ExportOptions& options) {
   if (!options.directory.empty()) {
     makeFolder(options.directory);
   }
-  if (options.jobs > 1 && outputs.size() > 1) {
-    std::vector<Job> jobs;
-    for (std::size_t i = 0; i < outputs.size(); ++i) {
-      if (canRunBeside(options.models[i], outputs[i])) {
-        jobs.push_back(jobOf(options.models[i], outputs[i], options));
-      }
-    }
-    if (jobs.size() == outputs.size()) {
-      return static_cast<ExitCode>(runJobs(jobs, options.jobs, options.load.quiet));
-    }
-  }
-  ExitCode code = exitOk;
-  for (std::size_t i = 0; i < outputs.size() && !system::interrupted(); ++i) {
-    try {
-      exportOne(options.models[i], outputs[i], options);
-    } catch (const Failure& failure) {
-      reportFailure(failure);
-      code = std::max(code, failure.code());
-    } catch (const std::bad_alloc&) {
-      reportError(displayName(options.models[i]) + ": " + say(texts::outOfMemory));
-      code = exitNotWritten;
-    }
-  }
-  return code;
+  const Job job = [&](std::size_t i, Console& itsConsole) {
+    const std::string& model = options.models[i];
+    return guarded(itsConsole, displayName(model), [&] {
+      exportOne(model, outputs[i], options, itsConsole);
+      return exitOk;
+    });
+  };
+  return canRunBeside(options, outputs)
+             ? runSideBySide(outputs.size(), options.jobs, job,
+                             !options.load.quiet && console.isWatched(), console)
+             : runInTurn(outputs.size(), job, console);
 }
 
-/// A number of processes.
+/// A number of models.
 CLI::Validator jobCount() {
   return {[](std::string& value) {
             constexpr int most = 64;
@@ -341,7 +311,7 @@ Command addExport(CLI::App& program) {
       ->type_name(say(texts::wordNumber))
       ->check(jobCount());
   addFlag(command, "-q,--quiet", options->load.quiet, texts::helpQuiet);
-  return {&command, [options] { return run(*options); }};
+  return {&command, [options](Console& console) { return run(*options, console); }};
 }
 
 }  // namespace exportifc::cli

@@ -1,148 +1,136 @@
 #include "cli/commands/jobs.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <atomic>
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <memory>
+#include <mutex>
 #include <system_error>
+#include <thread>
+#include <vector>
 
-#include "cli/console.h"
-#include "cli/failure.h"
 #include "cli/messages.h"
-#include "cli/paths.h"
+#include "cli/progress.h"
 #include "cli/system.h"
-
-namespace fs = std::filesystem;
 
 namespace exportifc::cli {
 
 namespace {
 
-/// A folder of its own for what the workers say; gone at the end.
-class ReportFolder {
- public:
-  ReportFolder()
-      : path_(fs::temp_directory_path() /
-              ("exportifc." + std::to_string(system::processId()) + ".jobs")) {
-    fs::create_directories(path_);
-  }
-  ReportFolder(const ReportFolder&) = delete;
-  ReportFolder& operator=(const ReportFolder&) = delete;
-  ~ReportFolder() {
-    std::error_code ignored;
-    fs::remove_all(path_, ignored);
-  }
+std::string countText(std::size_t count) { return numberText(static_cast<std::int64_t>(count)); }
 
-  fs::path report(std::size_t job, const char* stream) const {
-    return path_ / (std::to_string(job) + "." + stream);
-  }
-
- private:
-  fs::path path_;
-};
-
-void pass(const fs::path& report, std::FILE* stream) {
-  std::ifstream file(report, std::ios::binary);
-  const std::string text{std::istreambuf_iterator<char>(file), {}};
-  std::fwrite(text.data(), 1, text.size(), stream);
-  std::fflush(stream);
+ExitCode reportInterrupt(std::size_t done, std::size_t count, Console& console) {
+  console.reportError(count == 1
+                          ? say(texts::stoppedByUser)
+                          : say(texts::stoppedAfterModels, {countText(done), countText(count)}));
+  return exitNotWritten;
 }
 
-/// The jobs of one call: those before `reported_` are over and told, those before `started_` run.
-class JobRun {
+class SideBySide {
  public:
-  JobRun(const std::vector<Job>& jobs, int limit, bool quiet)
-      : jobs_(jobs), limit_(limit), showsProgress_(!quiet && system::errorIsTerminal()) {}
+  SideBySide(std::size_t count, const Job& job, bool showsProgress, Console& console)
+      : job_(job), reports_(count), status_(showsProgress), console_(console) {}
 
-  int run() {
-    while (reported_ < workers_.size() || (workers_.size() < jobs_.size() && !stopping_)) {
-      startMore();
-      stopIfAsked();
-      showProgress();
-      reportEnded();
-      constexpr int pause = 10;
-      system::sleepMilliseconds(pause);
+  ExitCode run(std::size_t limit) {
+    showProgress();
+    work(std::min(limit, reports_.size()));
+    status_.erase();
+    if (done_ == reports_.size()) {
+      return code_;
     }
-    if (stopping_) {
-      reportError(say(texts::stoppedByUser));
-      return exitNotWritten;
+    for (; reported_ < reports_.size(); ++reported_) {  // what ended behind a stopped one
+      repeat(reports_[reported_]);
     }
-    return code_;
+    return reportInterrupt(done_, reports_.size(), console_);
   }
 
  private:
-  static bool isRunning(const std::unique_ptr<system::Worker>& worker) { return !worker->ended(); }
+  struct Report {
+    KeptConsole said;
+    bool hasEnded = false;
+  };
 
-  std::ptrdiff_t running() const {
-    return std::count_if(workers_.begin(), workers_.end(), isRunning);
+  /// Returns when all jobs have ended, or the user has stopped them.
+  void work(std::size_t threadCount) {
+    std::vector<std::jthread> threads;
+    try {
+      for (std::size_t i = 0; i < threadCount; ++i) {
+        threads.emplace_back([this] { takeJobs(); });
+      }
+    } catch (const std::system_error&) {
+      takeJobs();  // as many at a time as the system allows, at least one
+    }
   }
 
-  void startMore() {
-    while (!stopping_ && workers_.size() < jobs_.size() && running() < limit_) {
-      const std::size_t next = workers_.size();
+  void takeJobs() {
+    for (std::size_t i = next_++; i < reports_.size() && !system::interrupted(); i = next_++) {
       try {
-        workers_.push_back(std::make_unique<system::Worker>(
-            jobs_[next].arguments, folder_.report(next, "out"), folder_.report(next, "err")));
-      } catch (const std::system_error& failure) {
-        throw Failure(exitNotWritten,
-                      say(texts::workerFailed, {jobs_[next].model, failure.what()}));
+        const ExitCode code = job_(i, reports_[i].said);
+        end(i, code);
+      } catch (const Interrupted&) {
+        return;
       }
     }
   }
 
-  void stopIfAsked() {
-    if (!system::interrupted() || stopping_) {
+  /// The thread that ends a job says what has come to its turn by that.
+  void end(std::size_t index, ExitCode code) {
+    const std::lock_guard<std::mutex> lock(mutex_);
+    reports_[index].hasEnded = true;
+    code_ = std::max(code_, code);
+    ++done_;
+    status_.erase();
+    for (; reported_ < reports_.size() && reports_[reported_].hasEnded; ++reported_) {
+      repeat(reports_[reported_]);
+    }
+    showProgress();
+  }
+  void repeat(const Report& report) {
+    if (!report.hasEnded) {
       return;
     }
-    stopping_ = true;
-    for (const auto& worker : workers_) {
-      if (isRunning(worker)) {
-        worker->interrupt();
-      }
+    try {
+      report.said.repeat(console_);
+    } catch (const Failure& failure) {
+      console_.reportFailure(failure);
+      code_ = std::max(code_, failure.code());
     }
   }
 
-  void showProgress() const {
-    if (showsProgress_) {
-      const auto done = static_cast<std::int64_t>(workers_.size()) - running();
-      const std::string text =
-          say(texts::jobsProgress,
-              {numberText(done), numberText(static_cast<std::int64_t>(jobs_.size()))});
-      std::fputs((eraseLine + text).c_str(), stderr);
-    }
+  void showProgress() {
+    status_.show(say(texts::jobsProgress, {countText(done_), countText(reports_.size())}));
   }
 
-  void reportEnded() {
-    for (; reported_ < workers_.size() && workers_[reported_]->ended(); ++reported_) {
-      if (showsProgress_) {
-        std::fputs(eraseLine, stderr);
-      }
-      pass(folder_.report(reported_, "out"), stdout);
-      pass(folder_.report(reported_, "err"), stderr);
-      code_ = std::max(code_, workers_[reported_]->exitCode());
-    }
-  }
-
-  static constexpr const char* eraseLine = "\r\033[K";
-
-  const std::vector<Job>& jobs_;
-  int limit_;
-  bool showsProgress_;
-  ReportFolder folder_;
-  std::vector<std::unique_ptr<system::Worker>> workers_;
+  const Job& job_;
+  std::atomic<std::size_t> next_ = 0;
+  std::mutex mutex_;  // of what follows
+  std::vector<Report> reports_;
+  std::size_t done_ = 0;
   std::size_t reported_ = 0;
-  int code_ = exitOk;
-  bool stopping_ = false;
+  ExitCode code_ = exitOk;
+  StatusLine status_;
+  Console& console_;
 };
 
 }  // namespace
 
-int runJobs(const std::vector<Job>& jobs, int limit, bool quiet) {
-  return JobRun(jobs, limit, quiet).run();
+ExitCode runInTurn(std::size_t count, const Job& job, Console& console) {
+  ExitCode code = exitOk;
+  for (std::size_t i = 0; i < count; ++i) {
+    try {
+      if (system::interrupted()) {
+        throw Interrupted();
+      }
+      code = std::max(code, job(i, console));
+    } catch (const Interrupted&) {
+      return reportInterrupt(i, count, console);
+    }
+  }
+  return code;
+}
+
+ExitCode runSideBySide(std::size_t count, std::size_t limit, const Job& job, bool showsProgress,
+                       Console& console) {
+  return SideBySide(count, job, showsProgress, console).run(limit);
 }
 
 }  // namespace exportifc::cli

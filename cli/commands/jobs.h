@@ -1,19 +1,24 @@
-// Many models side by side.
+// Many models, one after the other or side by side.
 #pragma once
 
-#include <string>
-#include <vector>
+#include <cstddef>
+#include <functional>
+
+#include "cli/console.h"
+#include "cli/failure.h"
 
 namespace exportifc::cli {
 
-/// One model for a process of its own.
-struct Job {
-  std::string model;
-  std::vector<std::string> arguments;  ///< of the program
-};
+/// What is done for the model of this number, counted from 0. Says why it fails on the console
+/// that it is given, and throws only `Interrupted`.
+using Job = std::function<ExitCode(std::size_t index, Console& console)>;
 
-/// Runs the jobs, at most `limit` at a time: the core exports one model at a time in a process.
-/// What each says comes out in one piece, in the order of the jobs. Returns the highest exit code.
-int runJobs(const std::vector<Job>& jobs, int limit, bool quiet);
+/// Both return the highest exit code; when the user stops them they say how far they came.
+ExitCode runInTurn(std::size_t count, const Job& job, Console& console);
+
+/// At most `limit` at a time, each in a thread. What a job says comes out in one piece, in the
+/// order of the models. With `showsProgress` a line on the terminal counts the models.
+ExitCode runSideBySide(std::size_t count, std::size_t limit, const Job& job, bool showsProgress,
+                       Console& console);
 
 }  // namespace exportifc::cli

@@ -43,16 +43,16 @@ std::string familyTitle(const Family& family) {
          (halves ? say(texts::profilesTwoHalves) : "");
 }
 
-void printFamily(const Family& family) {
-  printLine(familyTitle(family));
+void printFamily(Console& console, const Family& family) {
+  console.printLine(familyTitle(family));
   if (family.parts.empty()) {
-    printLine(std::string("  ") + say(texts::profilesNoProfile));
+    console.printLine(std::string("  ") + say(texts::profilesNoProfile));
   }
   for (const DimensionUse& use : family.dimensions) {
-    printLine("  d" + std::to_string(use.index) + "  " + meaningText(use.meaning));
+    console.printLine("  d" + std::to_string(use.index) + "  " + meaningText(use.meaning));
   }
   if (family.secondSideAnywhere) {
-    printLine(std::string("  ") + say(texts::secondSide));
+    console.printLine(std::string("  ") + say(texts::secondSide));
   }
 }
 
@@ -84,23 +84,23 @@ std::string markdownRow(const Family& family) {
   return row + " " + entity + " |";
 }
 
-void printMarkdown() {
-  printLine(say(texts::profilesPage));
+void printMarkdown(Console& console) {
+  console.printLine(say(texts::profilesPage));
   std::string header = "| " + std::string(say(texts::profilesFamily)) + " |";
   std::string rule = "|---|";
   for (int i = 0; i < mostDimensions; ++i) {
     header += " d" + std::to_string(i) + " |";
     rule += "---|";
   }
-  printLine(header + " IFC2X3 |\n" + rule + "---|");
+  console.printLine(header + " IFC2X3 |\n" + rule + "---|");
   for (const Family& family : families()) {
-    printLine(markdownRow(family));
+    console.printLine(markdownRow(family));
   }
-  printLine(say(texts::profilesFootnote));
+  console.printLine(say(texts::profilesFootnote));
   for (const Family& family : families()) {
     if (!family.parts.empty()) {
-      printLine("\n### " + code(family.word) + "\n\n![" + code(family.word) + "](profiles/" +
-                drawingName(family) + ")");
+      console.printLine("\n### " + code(family.word) + "\n\n![" + code(family.word) +
+                        "](profiles/" + drawingName(family) + ")");
     }
   }
 }
@@ -131,17 +131,22 @@ void writeDrawings(const std::vector<const Family*>& chosen, const std::string& 
 
 class PrintingSink final : public ByteSink {
  public:
+  explicit PrintingSink(Console& console) : console_(console) {}
+
   bool write(const char* bytes, std::size_t size) override {
     std::string line(bytes, size);
     line.erase(line.find_last_not_of("\r\n") + 1);
-    printLine("  " + line);
+    console_.printLine("  " + line);
     return true;
   }
+
+ private:
+  Console& console_;
 };
 
 /// The lines that the export writes for the section, numbered from 1.
-void printEntities(const Family& family, const ModelSection& section) {
-  StepWriter writer(std::make_unique<PrintingSink>());
+void printEntities(Console& console, const Family& family, const ModelSection& section) {
+  StepWriter writer(std::make_unique<PrintingSink>(console));
   const bool isBuiltUp = family.parts.size() > 1;
   for (const FamilyRow* const row : family.parts) {
     const std::wstring name =
@@ -169,7 +174,7 @@ int secondSide(const Family& family, const ModelSection& section) {
   return index;
 }
 
-void printDimensions(const Family& family, const ModelSection& section) {
+void printDimensions(Console& console, const Family& family, const ModelSection& section) {
   const auto pieces = sectionPieces(section.text);
   int given = 0;
   for (const SectionPiece& piece : pieces) {
@@ -192,21 +197,21 @@ void printDimensions(const Family& family, const ModelSection& section) {
         family.dimensions.begin(), family.dimensions.end(), [&](const DimensionUse& one) {
           return one.index == (i == side ? 3 : i == 3 && side > 0 ? -1 : i);
         });
-    printLine("  d" + std::to_string(i) + "  " + value + "  " +
-              (use == family.dimensions.end() ? std::string(say(texts::explainNotRead))
-                                              : meaningText(use->meaning)));
+    console.printLine("  d" + std::to_string(i) + "  " + value + "  " +
+                      (use == family.dimensions.end() ? std::string(say(texts::explainNotRead))
+                                                      : meaningText(use->meaning)));
   }
 }
 
 /// What the export makes of a section text; its problems give the exit code.
-ExitCode explainSection(const std::string& text) {
+ExitCode explainSection(Console& console, const std::string& text) {
   const ModelSection section{.name = text, .text = text, .dims = parseSectionDims(text)};
   const Family* const family = findFamilyWord(text.substr(0, text.find(' ')));
-  printLine(text);
+  console.printLine(text);
   if (family != nullptr) {
-    printLine("  " + familyTitle(*family));
+    console.printLine("  " + familyTitle(*family));
     if (!family->parts.empty()) {
-      printDimensions(*family, section);
+      printDimensions(console, *family, section);
     }
   }
   std::vector<Problem> found = checkSection(section, {});
@@ -216,16 +221,16 @@ ExitCode explainSection(const std::string& text) {
         {.code = "unwritable-character",
          .message = say(texts::problemUnwritable, {text, character, transliterated(text)})});
   } else if (family != nullptr && !family->parts.empty()) {
-    printEntities(*family, section);
+    printEntities(console, *family, section);
   }
   const ExitCode code = found.empty() ? exitOk : exitProblems;
   auto notes = sectionNotes(section, {});
   std::move(notes.begin(), notes.end(), std::back_inserter(found));
   for (const Problem& problem : found) {
-    printLine("  " + severityText(problem.severity) + ": " + problem.message);
+    console.printLine("  " + severityText(problem.severity) + ": " + problem.message);
   }
   if (code == exitOk) {
-    printLine(std::string("  ") + say(texts::checkNoProblems));
+    console.printLine(std::string("  ") + say(texts::checkNoProblems));
   }
   return code;
 }
@@ -238,10 +243,10 @@ std::string joinedWords(const std::vector<std::string>& words) {
   return text;
 }
 
-ExitCode run(const ProfilesOptions& options) {
+ExitCode run(const ProfilesOptions& options, Console& console) {
   const std::string text = joinedWords(options.words);
   if (text.find(' ') != std::string::npos && options.drawings.empty() && !options.markdown) {
-    return explainSection(text);
+    return explainSection(console, text);
   }
   const std::string wanted = text.substr(0, text.find(' '));
   std::vector<const Family*> chosen;
@@ -257,10 +262,10 @@ ExitCode run(const ProfilesOptions& options) {
     writeDrawings(chosen, options.drawings);
   }
   if (options.markdown) {
-    printMarkdown();
+    printMarkdown(console);
   } else if (options.drawings.empty()) {
     for (const Family* const family : chosen) {
-      printFamily(*family);
+      printFamily(console, *family);
     }
   }
   return exitOk;
@@ -274,7 +279,7 @@ Command addProfiles(CLI::App& program) {
   addArguments(command, texts::wordFamily, options->words, texts::helpFamily);
   addName(command, "--svg", options->drawings, texts::helpSvg, texts::wordFolder);
   addFlag(command, "--markdown", options->markdown, texts::helpMarkdown);
-  return {&command, [options] { return run(*options); }};
+  return {&command, [options](Console& console) { return run(*options, console); }};
 }
 
 }  // namespace exportifc::cli

@@ -72,14 +72,14 @@ std::vector<std::string> notesOn(const Model& model, bool visibleOnly) {
   return notes;
 }
 
-Shown shownOf(const ViewOptions& options) {
+Shown shownOf(const ViewOptions& options, Console& console) {
   if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
     return {.exchangeFile = readWholeFile(options.input)};
   }
   const bool visibleOnly = options.load.visibleOnly;
-  const Model model = loadForExport(options.input, options.load).model;
+  const Model model = loadForExport(options.input, options.load, console).model;
   MemorySink memory;
-  Progress progress(true, static_cast<std::int64_t>(model.bars.size()));
+  Progress progress(console.isWatched(), static_cast<std::int64_t>(model.bars.size()));
   const ExportResult result =
       exportModel(model, visibleOnly, memory, [&](std::int32_t bar) { return progress.at(bar); });
   if (!result.complete) {
@@ -90,7 +90,7 @@ Shown shownOf(const ViewOptions& options) {
           .notes = options.notes ? notesOn(model, visibleOnly) : std::vector<std::string>{}};
 }
 
-ExitCode run(const ViewOptions& options) {
+ExitCode run(const ViewOptions& options, Console& console) {
   std::filesystem::path shown = pathOf(options.input);
   std::string output = options.output;
   if (output.empty()) {
@@ -113,10 +113,10 @@ ExitCode run(const ViewOptions& options) {
   const std::string name = isStandardStream(options.input)
                                ? displayName(options.input)
                                : textOf(shown.filename().replace_extension(".ifc"));
-  const Shown content = shownOf(options);
+  const Shown content = shownOf(options, console);
   writeViewerPage(page, content.exchangeFile, name, output, content.notes);
   if (!isStandardStream(output)) {
-    printLine(displayName(options.input) + " -> " + output);
+    console.printLine(displayName(options.input) + " -> " + output);
   }
   return exitOk;
 }
@@ -131,7 +131,7 @@ Command addView(CLI::App& program) {
   addName(command, "--template", options->viewerTemplate, texts::helpTemplate, texts::wordFile);
   addLoadOptions(command, options->load);
   addFlag(command, "!--no-notes", options->notes, texts::helpNoNotes);
-  return {&command, [options] { return run(*options); }};
+  return {&command, [options](Console& console) { return run(*options, console); }};
 }
 
 }  // namespace exportifc::cli

@@ -153,7 +153,8 @@ ExportResult exportModel(const Model& model, bool visibleOnly, ByteSink& output,
        .openOutput =
            [&](const std::wstring& /*path*/) { return std::make_unique<BorrowedSink>(counter); },
        .openModel =
-           [&](const Module& /*module*/) { return std::make_unique<BorrowedSource>(source); }});
+           [&](const Module& /*module*/) { return std::make_unique<BorrowedSource>(source); },
+       .changesLocale = false});
   result.skipped = source.skipped();
   result.messages = ui.takeMessages();
   result.complete = counter.ended() && !result.interrupted && output.write("", 0);

@@ -189,6 +189,14 @@ std::string transliterated(std::string_view utf8) {
   return ascii;
 }
 
+std::string_view firstCharacters(std::string_view utf8, std::size_t count) {
+  std::string_view rest = utf8;
+  for (; count > 0 && !rest.empty(); --count) {
+    takeCharacter(rest);
+  }
+  return utf8.substr(0, utf8.size() - rest.size());
+}
+
 std::size_t characterCount(std::string_view utf8) {
   std::size_t count = 0;
   for (; !utf8.empty(); takeCharacter(utf8)) {

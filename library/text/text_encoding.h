@@ -31,6 +31,9 @@ std::string firstUnwritable(std::string_view utf8);
 /// ASCII that people read as the same: ç to c, Ø to O, × to x; what has no such form becomes "?".
 std::string transliterated(std::string_view utf8);
 
+/// So many characters of the front of valid UTF-8 text; all of it when it has no more.
+std::string_view firstCharacters(std::string_view utf8, std::size_t count);
+
 /// Number of characters; a host's record counts them in bytes of Windows-1252.
 std::size_t characterCount(std::string_view utf8);
 

@@ -373,9 +373,25 @@ def interrupted_jobs_leave_nothing():
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment())
         wait_for_partial_file(path, process)
         process.terminate()
-        process.communicate(timeout=60)
-        equal(process.returncode, 4, "exit code")
+        out, err = process.communicate(timeout=60)
+        equal((process.returncode, text(out), text(err)),
+              (4, "", "exportifc: error: interrupted by the user after 0 of 3 models\n"), "exit code, what is said")
         equal(set(written(path)), before, "files")
+
+
+@native_only
+def an_interrupt_between_models_keeps_those_that_are_done():
+    with folder() as path:
+        large_model(path)
+        process = subprocess.Popen(
+            command(options.program, "export", "one.json", "large.json", "kinds.json", "-q"), cwd=path,
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment("pt"))
+        wait_for_partial_file(path, process)
+        process.terminate()
+        _, err = process.communicate(timeout=60)
+        equal((process.returncode, text(err)),
+              (4, "exportifc: erro: interrompido pelo usuário depois de 1 de 3 modelos\n"), "exit code, what is said")
+        equal(set(written(path)), {"large.json", "one.ifc"}, "files")
 
 
 def wait_for_partial_file(path, process):
@@ -460,10 +476,10 @@ def links_and_modes_are_kept():
 
 # ---- terminal
 
-def on_terminal(path, *arguments):
+def on_terminal(path, *arguments, language="C"):
     main, side = pty.openpty()
     process = subprocess.Popen(command(options.program, *arguments), cwd=path, stdout=subprocess.PIPE, stderr=side,
-                               env=environment() | {"COLUMNS": "100"})
+                               env=environment(language) | {"COLUMNS": "100"})
     os.close(side)
     seen = b""
     with contextlib.suppress(OSError):
@@ -485,6 +501,35 @@ def progress_on_a_terminal_only():
         seen, _ = on_terminal(path, "export", "large.json", "--quiet")
         equal(seen, b"", "quiet")
         equal(run("export", "large.json", cwd=path).stderr, b"", "in a pipe")
+        seen, _ = on_terminal(path, "export", "large.json", language="pt")
+        check(re.search(r"\[#*-*\] \d+ %  [\d.]+ de 400.000 barras  [\d.]+/s  faltam? \d+ s".encode(), seen), seen[:500])
+
+
+@native_only
+def progress_counts_models_side_by_side():
+    with folder() as path:
+        for language, said in (("en", b"of 3 models"), ("pt", b"de 3 modelos")):
+            arguments = ["export", "one.json", "kinds.json", "edges.json", "--jobs", "2"]
+            seen, out = on_terminal(path, *arguments, language=language)
+            counted = [int(line.split()[0]) for line in seen.split(b"\r\x1b[K") if line.endswith(said)]
+            equal(counted, [0, 1, 2, 3], f"the counts of {seen}")
+            check(seen.endswith(b"\r\x1b[K"), "the line is still there")
+            equal(text(out), text(run(*arguments, cwd=path, language=language).stdout), "what is said in a pipe")
+            check(b"models" not in on_terminal(path, *arguments, "-q", language=language)[0], "quiet")
+
+
+@test
+def models_side_by_side_say_what_they_say_in_turn():
+    names = ["one.json", "unknown.json", "nothing.json", "faults.json", "bad-ends.json", "kinds.json", "accents.txt"]
+    with folder() as path:
+        said, files = [], []
+        for jobs in ("1", "2", "8"):
+            result = run("export", *names, "--jobs", jobs, cwd=path)
+            equal(result.returncode, 3, "exit code")
+            said.append((text(result.stdout), text(result.stderr)))
+            files.append({name: masked(file) for name, file in written(path).items()})
+        equal(said[1:], said[:1] * 2, "what is said")
+        check(files[1:] == files[:1] * 2, "the files differ")
 
 
 # ---- the viewer's page
