@@ -61,7 +61,7 @@ std::string nearestOption(const CLI::App& command, const std::string& word) {
 }
 
 /// Names that people try for the commands.
-constexpr std::array<std::pair<std::string_view, const char*>, 12> otherNames = {{
+constexpr std::array<std::pair<std::string_view, const char*>, 15> otherNames = {{
     {"exportar", "export"},
     {"verificar", "check"},
     {"conferir", "check"},
@@ -74,7 +74,14 @@ constexpr std::array<std::pair<std::string_view, const char*>, 12> otherNames = 
     {"ver", "view"},
     {"visualizar", "view"},
     {"show", "view"},
+    {"version", "--version"},
+    {"versao", "--version"},
+    {"versão", "--version"},
 }};
+
+/// Options that people try for what stands behind the command without one.
+constexpr std::array<std::string_view, 6> triedForArguments = {
+    "--family", "--familia", "--model", "--modelo", "--input", "--entrada"};
 
 std::string nearestCommand(const CLI::App& program, const std::string& word) {
   for (const auto& [name, command] : otherNames) {
@@ -184,7 +191,12 @@ std::string unknownOption(const CLI::App& program, const CLI::App& command,
   if (option == "--lang" || option == "--language") {
     return say(texts::useLanguage, {option});
   }
-  const std::string near = nearestOption(command, option);
+  if (&command != &program && std::find(triedForArguments.begin(), triedForArguments.end(),
+                                        option) != triedForArguments.end()) {
+    return say(texts::useNoOptionBut, {option, synopsis(command)});
+  }
+  const std::string near =
+      option == "-v" || option == "-V" ? "--version" : nearestOption(command, option);
   const CLI::App* const owner = ownerOf(program, option);
   if (owner != nullptr) {
     return say(texts::useOptionOf, {option, owner->get_name()});

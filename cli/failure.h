@@ -12,7 +12,7 @@ enum ExitCode : int {
   exitOk = 0,
   exitProblems = 1,    ///< `check`, `--strict`, or a section name that the file cannot hold
   exitBadUse = 2,      ///< arguments
-  exitUnreadable = 3,  ///< a model that cannot be read or is not a model
+  exitUnreadable = 3,  ///< an input that cannot be read (a model, the viewer's page) or is none
   exitNotWritten = 4,  ///< output, also after an interrupt
 };
 

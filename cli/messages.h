@@ -19,6 +19,8 @@ inline constexpr Text errorNoFolder{"the file or its folder does not exist",
                                     "o arquivo ou a pasta não existe"};
 inline constexpr Text errorThisFolder{"the folder {0} does not exist", "a pasta {0} não existe"};
 inline constexpr Text errorNoFile{"the file does not exist", "o arquivo não existe"};
+inline constexpr Text errorNoMatch{"no file matches the pattern",
+                                   "nenhum arquivo corresponde ao padrão"};
 inline constexpr Text errorMayNotRead{"no permission to read it", "sem permissão de leitura"};
 inline constexpr Text cannotMakeFolder{"cannot make the folder {0}: {1}",
                                        "não foi possível criar a pasta {0}: {1}"};
@@ -101,6 +103,8 @@ inline constexpr Text noTemplate{
     "--template or EXPORTIFC_VIEWER names one that lies elsewhere",
     "falta a página do visualizador: {0}; ./build.sh na pasta dos fontes a cria, e --template ou "
     "EXPORTIFC_VIEWER indica uma que está em outro lugar"};
+inline constexpr Text namedByVariable{"{0} (named by the variable {1})",
+                                      "{0} (indicado pela variável {1})"};
 inline constexpr Text badTemplate{"{0} is not the viewer's page",
                                   "{0} não é a página do visualizador"};
 
@@ -249,6 +253,8 @@ inline constexpr Text useCommandFirst{"a command comes first; write exportifc {0
 inline constexpr Text useNoCommand{"\"{0}\" is no command", "\"{0}\" não é um comando"};
 inline constexpr Text useCommands{"; the commands are {0}", "; os comandos são {0}"};
 inline constexpr Text useNoOption{"{0} has no option {1}", "{0} não tem a opção {1}"};
+inline constexpr Text useNoOptionBut{"{0} is no option; write {1}",
+                                     "{0} não é uma opção; escreva {1}"};
 inline constexpr Text useOptionOf{"{0} is an option of {1}; write exportifc {1} {0} ...",
                                   "{0} é uma opção de {1}; escreva exportifc {1} {0} ..."};
 inline constexpr Text useOrder{"{0} stands before its command; write exportifc {1} {0} ...",

@@ -86,8 +86,16 @@ std::string missingFolder(const std::string& name) {
 }  // namespace
 
 std::string readErrorText(const std::string& name, int error) {
+  std::error_code ignored;
   if (error == EACCES || error == EPERM) {
     return say(texts::errorMayNotRead);
+  }
+  if (name.find_first_of("*?") != std::string::npos && !fs::exists(pathOf(name), ignored)) {
+    return say(texts::errorNoMatch);  // or nobody has expanded it, as on Windows
+  }
+  const std::string unlisted = name.substr(0, name.find_last_not_of(",;") + 1);
+  if (error == ENOENT && unlisted != name && fs::exists(pathOf(unlisted), ignored)) {
+    return say(texts::errorNoFile) + say(texts::didYouMean, {unlisted});
   }
   return error == ENOENT && missingFolder(name).empty() ? say(texts::errorNoFile)
                                                         : writeErrorText(name, error);
@@ -98,12 +106,26 @@ std::string writeErrorText(const std::string& name, int error) {
   return folder.empty() ? systemErrorText(error) : say(texts::errorThisFolder, {folder});
 }
 
-void makeFolder(const std::string& name) {
+MadeFolder::MadeFolder(const std::string& name) {
   std::error_code error;
+  for (fs::path path = pathOf(name); !path.empty() && !fs::exists(path, error);
+       path = path.parent_path()) {
+    made_.push_back(path);
+  }
   fs::create_directories(pathOf(name), error);
   if (error) {
+    removeEmpty();
     throw Failure(exitNotWritten, say(texts::cannotMakeFolder,
                                       {name, systemErrorText(system::errorNumber(error))}));
+  }
+}
+
+void MadeFolder::removeEmpty() const {
+  std::error_code ignored;
+  for (const fs::path& path : made_) {
+    if (fs::is_empty(path, ignored) && !ignored) {
+      fs::remove(path, ignored);
+    }
   }
 }
 

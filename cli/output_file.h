@@ -56,8 +56,20 @@ std::filesystem::path behindLinks(const std::filesystem::path& path);
 std::string readErrorText(const std::string& name, int error);
 std::string writeErrorText(const std::string& name, int error);
 
-/// Makes the folder and those above it; throws a Failure that names it.
-void makeFolder(const std::string& name);
+/// A folder for outputs: makes it and those above it, and removes again what stays empty.
+class MadeFolder {
+ public:
+  /// Throws a Failure that names the folder.
+  explicit MadeFolder(const std::string& name);
+  MadeFolder(const MadeFolder&) = delete;
+  MadeFolder& operator=(const MadeFolder&) = delete;
+  ~MadeFolder() { removeEmpty(); }
+
+ private:
+  void removeEmpty() const;
+
+  std::vector<std::filesystem::path> made_;  // the deepest first
+};
 
 /// The system's reason for an error number, in the user's language.
 std::string systemErrorText(int error);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -27,6 +26,8 @@ namespace {
 constexpr std::string_view modelMark = "@EXPORTIFC_MODEL@";
 constexpr std::string_view nameMark = "@EXPORTIFC_NAME@";
 constexpr std::string_view notesMark = "@EXPORTIFC_NOTES@";
+
+constexpr const char* viewerVariable = "EXPORTIFC_VIEWER";
 
 std::string base64(std::string_view bytes) {
   constexpr std::string_view alphabet =
@@ -54,12 +55,11 @@ std::vector<fs::path> viewerPagePlaces() {
 }
 
 std::string viewerTemplatePath(const std::string& chosen) {
-  const char* const fromEnvironment = std::getenv("EXPORTIFC_VIEWER");
   if (!chosen.empty()) {
     return chosen;
   }
-  if (fromEnvironment != nullptr && *fromEnvironment != '\0') {
-    return fromEnvironment;
+  if (std::string named = system::variable(viewerVariable); !named.empty()) {
+    return named;
   }
   std::error_code ignored;
   for (const fs::path& place : viewerPagePlaces()) {
@@ -96,9 +96,19 @@ std::string readViewerTemplate(const std::string& path) {
   if (path.empty()) {
     throw Failure(exitUnreadable, say(texts::noTemplate, {textOf(viewerPagePlaces().front())}));
   }
-  std::string page = readWholeFile(path);
+  const auto refuse = [&](const std::string& reason) {
+    throw Failure(exitUnreadable, path == system::variable(viewerVariable)
+                                      ? say(texts::namedByVariable, {reason, viewerVariable})
+                                      : reason);
+  };
+  std::string page;
+  try {
+    page = readWholeFile(path);
+  } catch (const Failure& failure) {
+    refuse(failure.what());
+  }
   if (page.find(modelMark) == std::string::npos || page.find(nameMark) == std::string::npos) {
-    throw Failure(exitUnreadable, say(texts::badTemplate, {path}));
+    refuse(say(texts::badTemplate, {path}));
   }
   return page;
 }

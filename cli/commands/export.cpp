@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -263,8 +264,9 @@ ExitCode run(const ExportOptions& options, Console& console) {
   }
   checkUse(options, outputs);
   planFiles(options, outputs);
+  std::optional<MadeFolder> folder;
   if (!options.directory.empty()) {
-    makeFolder(options.directory);
+    folder.emplace(options.directory);
   }
   const Job job = [&](std::size_t i, Console& itsConsole) {
     const std::string& model = options.models[i];

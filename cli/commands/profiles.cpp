@@ -116,7 +116,7 @@ void writeDrawings(const std::vector<const Family*>& chosen, const std::string& 
                           texts::replaceByHand);
     }
   }
-  makeFolder(folder);
+  const MadeFolder made(folder);
   for (const Family* const family : chosen) {
     if (family->parts.empty()) {
       continue;

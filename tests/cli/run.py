@@ -605,6 +605,28 @@ def redirected_streams_are_files_of_the_call():
         equal((path / "one.json").read_bytes(), model, "the model")
 
 
+@test
+def a_folder_that_stays_empty_is_removed_again():
+    with folder() as path:
+        (path / "kept").mkdir()
+        for directory in ("kept", "kept/new", "other/deep"):
+            equal(run("export", "nothing.json", "--out-dir", directory, cwd=path).returncode, 3, directory)
+            equal(sorted(p.name for p in path.iterdir() if p.is_dir()), ["kept"], directory)
+            equal(list((path / "kept").iterdir()), [], directory)
+
+
+@native_only
+def a_page_named_by_the_variable_is_said_to_be():
+    with folder() as path:
+        (path / "bad.html").write_text("x")
+        for page, said in (("no.html", "cannot read no.html: the file does not exist"),
+                           ("bad.html", "bad.html is not the viewer's page")):
+            result = subprocess.run(command(options.program, "view", "one.json"), cwd=path, capture_output=True,
+                                    timeout=60, env=environment() | {"EXPORTIFC_VIEWER": page})
+            equal((result.returncode, text(result.stderr)),
+                  (3, f"exportifc: error: {said} (named by the variable EXPORTIFC_VIEWER)\n"), page)
+
+
 @native_only
 def a_page_that_is_missing_is_told_with_the_way_to_it():
     with folder() as path:
@@ -657,13 +679,14 @@ def bash_completes_families():
     def completed(*words):
         line = " ".join(f"'{word}'" for word in words)
         said = subprocess.run(["bash", "-c", f"COMP_WORDS=({line}); COMP_CWORD={len(words) - 1}; {script}"],
-                              capture_output=True, timeout=60)
+                              capture_output=True, timeout=60, cwd=ROOT)
         return text(said.stdout).split()
 
     equal(completed("exportifc", "profiles", "["), ["[", "[]"], "brackets")
     equal(completed("exportifc", "profiles", "UU"), ["UUE", "UULM"], "letters")
     listed = [line.split()[0] for line in text(run("profiles").stdout).splitlines() if line[0] != " "]
     equal([word for word in completed("exportifc", "profiles", "") if not word.startswith("-")], listed, "all")
+    equal(sorted(completed("exportifc", "export", "samples/ga")), ["samples/galpao.json", "samples/galpao.txt"], "files")
 
 
 @native_only
