@@ -41,11 +41,11 @@ Direction direction(const std::array<double, 3>& row) {
 
 /// Only the X difference makes a bar too slanting for a column: one that leans in Y still is one.
 /// Fixed shape: column by X.
-std::string_view elementKeyword(const Vec3& first, const Vec3& second, std::int32_t elementKind) {
+std::string_view elementKeyword(const Vec3& first, const Vec3& second, ElementKind kind) {
   if (std::fabs(second.z - first.z) <= typeTolerance) {
     return "IFCBEAM";
   }
-  if (std::fabs(second.x - first.x) <= typeTolerance && elementKind == columnKind) {
+  if (std::fabs(second.x - first.x) <= typeTolerance && kind == ElementKind::columnIfUpright) {
     return "IFCCOLUMN";
   }
   return "IFCMEMBER";

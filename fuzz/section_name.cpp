@@ -101,7 +101,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                              &bar.end.z, &bar.rotation}) {
     *coordinate = double{bytes.real()} * 1000.0;
   }
-  bar.elementKind = bytes.byte() % 4;
+  bar.elementKind = static_cast<ElementKind>(bytes.byte() % 4);
   ProfileArguments arguments{};
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     std::uint64_t bits = static_cast<std::uint32_t>(bytes.int32());

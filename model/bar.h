@@ -1,4 +1,4 @@
-// One bar: as the sources tell it and as the element writer takes it.
+// One bar: as a source delivers it, and as the element writer takes it.
 #pragma once
 
 #include <array>
@@ -21,8 +21,11 @@ struct Vec3 {
   double z = 0.0;
 };
 
-/// `BarGeometry::elementKind` of the hosts' two column types.
-inline constexpr std::int32_t columnKind = 3;
+/// What a bar may be written as. The numbers are those of the agreed hand-over, not bar types.
+enum class ElementKind : std::int32_t {
+  beamOrMember = 0,
+  columnIfUpright = 3,
+};
 
 /// What the bar loop hands to the element writer for one bar, or for one half of a built-up
 /// section. Texts are UTF-16 code units.
@@ -37,10 +40,10 @@ struct BarGeometry {
   std::uint64_t unused1 = 0;
   std::uint64_t unused2 = 0;
   std::array<std::uint64_t, 2> unused3{};
-  std::int32_t elementKind = 0;  ///< `columnKind` or 0
+  ElementKind elementKind = ElementKind::beamOrMember;
 };
 
-/// One bar as its source tells it, in the model's length unit. The bar loop keeps one of these for
+/// One bar as a source delivers it, in the model's length unit. The bar loop keeps one of these for
 /// a whole export: what a source leaves alone keeps the value of the bar before.
 struct SourceBar {
   const BarRecord* record = nullptr;  ///< owned by the source or the host; null: no such record

@@ -1,4 +1,4 @@
-// What the bar loop asks of a model, wherever the model lies.
+// The interface through which the bar loop gets a model, wherever the model lies.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ class BarSource {
   BarSource& operator=(const BarSource&) = delete;
   virtual ~BarSource() = default;
 
-  /// 0 metre, 1 centimetre, 2 millimetre; any other value: coordinates are millimetres.
+  /// The code of one of the `lengthUnits`; with any other, coordinates are millimetres.
   virtual std::int32_t unitCode() = 0;
 
   /// Number of bars; negative counts as none.

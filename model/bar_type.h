@@ -1,4 +1,4 @@
-// The kinds of bar that hosts tell apart, and what becomes of each.
+// The types of bar that hosts know, and what becomes of the bars of each.
 #pragma once
 
 #include <cstddef>

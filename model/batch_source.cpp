@@ -18,7 +18,7 @@ struct Section {
   SectionDims dims{};
 };
 
-/// A record with this name. It lives as long as the module: whoever was given it may keep it.
+/// A record with this name. It lives as long as the module, also after the export that got it.
 const BarRecord& newRecord(std::string_view name) {
   static std::deque<BarRecord> records;  // of which none ever moves
   BarRecord& record = records.emplace_back();
@@ -27,9 +27,9 @@ const BarRecord& newRecord(std::string_view name) {
 }
 
 /// Puts what the section text gives into `bar`. Bars with the same text, a few dozen among a
-/// million, share one record, which nobody writes to. Sections are known by the name in their
-/// record, and only so many at a time: neither long texts nor many different ones fill the memory
-/// of a host that stays open.
+/// million, share one record, which never changes. Sections are known by the name in their record,
+/// and only so many at a time: neither long texts nor many different ones fill the memory of a host
+/// that stays open.
 void takeSection(std::string_view text, SourceBar& bar) {
   constexpr std::size_t mostKnown = 4096;
   static std::unordered_map<std::string_view, Section> sections;
@@ -43,7 +43,7 @@ void takeSection(std::string_view text, SourceBar& bar) {
     bar.record = nullptr;
     return;
   }
-  if (name.size() < text.size()) {  // with numbers that the name does not tell
+  if (name.size() < text.size()) {  // numbers stand behind a NUL, which ends the name
     takeSection(name, bar);
     bar.dims = parseSectionDims(text);
     return;

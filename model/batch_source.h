@@ -1,4 +1,4 @@
-// The model that the host wrote to a batch text file.
+// Reads the model that the host wrote to a batch text file.
 #pragma once
 
 #include <array>
@@ -13,7 +13,7 @@
 
 namespace exportifc {
 
-/// One bar as the text file tells it.
+/// What the twelve lines of a bar say of it.
 struct BatchBar {
   std::array<float, 3> start{};
   std::array<float, 3> end{};

@@ -50,8 +50,8 @@ class Cursor {
   const char* end_;
 };
 
-// Reading an exponent stops growing here: no text has so many digits that they could bring a
-// number with this exponent back into range, and the sum of both stays within 64 bits.
+// An exponent does not grow beyond ten times this: no text has so many digits that they could bring
+// a number with such an exponent back into range, and the sum of both stays within 64 bits.
 constexpr std::int64_t largestExponent = 1000000000;
 
 /// The exponent behind an e or E, or 0 (and nothing consumed) when no digits follow.
@@ -194,7 +194,9 @@ std::optional<double> shortNumber(std::string_view text) {
     return {};
   }
   const std::uint64_t word = wordOf(text);
-  // A byte of `others` is 0 where a comma or point stands; they differ in one bit.
+  // A byte of `others` is 0 where a comma or point stands, which differ in one bit. Taking 1 from
+  // each byte sets the top bit of those; a borrow can set more, but only above the first, and all
+  // after it must be digits (H. S. Warren, "Hacker's Delight", 2013, 6-1).
   const std::uint64_t others = (word | inEachByte(',' ^ '.')) ^ inEachByte('.');
   const std::uint64_t separator = (others - inEachByte(1)) & ~others & inEachByte(0x80);
   const std::size_t whole =
@@ -207,7 +209,7 @@ std::optional<double> shortNumber(std::string_view text) {
   const std::uint64_t characters = (word & ~behind) | ((word >> 8) & behind);
   const std::uint64_t digits = (characters ^ inEachByte('0')) << (8 * (wordSize - count));
   if (((digits + inEachByte(0x7F - 9)) | digits) & inEachByte(0x80)) {
-    return {};  // not all are digits
+    return {};  // a byte above 9 has, or gets, its top bit: not all are digits
   }
   return static_cast<double>(ofEightDigits(digits)) / exactPowers[count - whole];
 }

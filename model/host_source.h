@@ -1,4 +1,4 @@
-// The model that the host application answers query by query.
+// Gets the model from the host application, query by query.
 #pragma once
 
 #include <cstdint>

@@ -60,7 +60,7 @@ class LineReader {
 
   std::ifstream file_;
   std::istream* text_;
-  std::array<char, 16384> buffer_{};  // half of the nearest cache: a bar touches other memory too
+  std::array<char, 16384> buffer_{};  // half of a first-level cache: a bar touches other memory too
   std::string pieces_;                // of a line that lies in two buffers or more
   const char* at_ = buffer_.data();
   const char* end_ = buffer_.data();

@@ -1,4 +1,4 @@
-// Where the bytes of an exchange file go.
+// The interface of an open output file.
 #pragma once
 
 #include <cstddef>

@@ -71,7 +71,8 @@ std::string lowBytes(std::wstring_view wide) {
 }
 
 /// A text whose characters lie below U+0100, as all of ours do, printed in UTF-8. Of narrow texts
-/// the bytes, of wide ones the low bytes. Needs no memory: it also tells that there is none left.
+/// the bytes, of wide ones the low bytes. Needs no memory: one of the texts says that there is
+/// none.
 template <class Char>
 struct Utf8 {
   std::basic_string_view<Char> text;
@@ -108,10 +109,10 @@ bool readLine(std::string& line) {
 
 bool hasTerminal() { return ::isatty(STDIN_FILENO) != 0; }
 
-/// Random bytes of the system, fetched for many GUIDs at once: the call costs more than they do.
+/// Random bytes of the system. One call fetches those of 256 GUIDs: the call costs more than they.
 class RandomBytes {
  public:
-  /// Sixteen bytes that nobody else is given; null when the system has none.
+  /// Sixteen bytes, each time others; null when the system has none.
   const std::uint8_t* take() {
     if (unused_ == 0 && !refill()) {
       return nullptr;
@@ -135,7 +136,7 @@ class RandomBytes {
 thread_local constinit RandomBytes randomBytes;
 
 bool RandomBytes::refill() {
-  // A child process must not hand out what its parent does.
+  // A forked process has a copy of what was fetched, and must not make its parent's GUIDs again.
   static const int registered = ::pthread_atfork(nullptr, nullptr, [] { randomBytes.drop(); });
   if (registered != 0) {
     return false;
@@ -144,7 +145,8 @@ bool RandomBytes::refill() {
   if (fetched < static_cast<ssize_t>(piece)) {
     return false;
   }
-  unused_ = static_cast<std::size_t>(fetched) / piece * piece;  // fewer when a signal came between
+  // A signal may have cut the call short: whole pieces count.
+  unused_ = static_cast<std::size_t>(fetched) / piece * piece;
   return true;
 }
 

@@ -104,7 +104,7 @@ LONG askHost(EXCEPTION_POINTERS* unhandled) {
 
 /// The process's last-resort filter while the text is under way: it is called when no frame took
 /// an exception, whichever.
-LONG WINAPI whenNobodyCatches(EXCEPTION_POINTERS* unhandled) {
+LONG WINAPI whenUncaught(EXCEPTION_POINTERS* unhandled) {
   const EXCEPTION_RECORD& exception = *unhandled->ExceptionRecord;
   if (GetCurrentThreadId() == underway.thread) {
     if (exception.ExceptionCode == microsoftException && exception.NumberParameters == 4 &&
@@ -113,7 +113,8 @@ LONG WINAPI whenNobodyCatches(EXCEPTION_POINTERS* unhandled) {
       return EXCEPTION_CONTINUE_EXECUTION;  // RaiseException returns
     }
     if (exception.ExceptionCode == gccException) {
-      // Nobody takes either. A host of Microsoft's compiler ends itself by its own form only.
+      // No frame takes either form. A host of Microsoft's compiler ends itself by its own form
+      // only.
       EXCEPTION_POINTERS first = {&underway.microsoftForm, unhandled->ContextRecord};
       const LONG answer = askHost(&first);
       if (answer != EXCEPTION_CONTINUE_SEARCH) {
@@ -128,7 +129,7 @@ LONG WINAPI whenNobodyCatches(EXCEPTION_POINTERS* unhandled) {
 /// unwinds to there.
 EXCEPTION_DISPOSITION putHostFilterBack(EXCEPTION_RECORD*, void*, CONTEXT*, void*) {
   const auto replaced = SetUnhandledExceptionFilter(underway.hostFilter);
-  if (replaced != &whenNobodyCatches) {
+  if (replaced != &whenUncaught) {
     SetUnhandledExceptionFilter(replaced);  // set in between: the host's latest word
   }
   return ExceptionContinueSearch;
@@ -142,7 +143,7 @@ EXCEPTION_DISPOSITION putHostFilterBack(EXCEPTION_RECORD*, void*, CONTEXT*, void
   asm volatile(".seh_handler %c0, @unwind" : : "i"(&putHostFilterBack));
   underway.text = text;
   underway.thread = GetCurrentThreadId();
-  underway.hostFilter = SetUnhandledExceptionFilter(&whenNobodyCatches);
+  underway.hostFilter = SetUnhandledExceptionFilter(&whenUncaught);
   const auto description = reinterpret_cast<ULONG_PTR>(&thrownText);
   const ULONG_PTR parameters[4] = {microsoftVersion, reinterpret_cast<ULONG_PTR>(&underway.text),
                                    description, /* base: */ description};

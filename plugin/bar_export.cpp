@@ -55,11 +55,67 @@ struct Groups {
   }
 };
 
-void keep(EntityNumbers& elements, std::int32_t element) {
-  if (element > 0) {
-    elements.push_back(element);
+/// Adds an element, or an assembly, unless none was written.
+void add(EntityNumbers& elements, std::int32_t written) {
+  if (written > 0) {
+    elements.push_back(written);
   }
 }
+
+/// The content of one export in the making.
+class BarExport {
+ public:
+  /// `factor`: from the model's coordinates to millimetres.
+  BarExport(StepWriter& writer, double factor, UserInterface& ui)
+      : writer_(writer), factor_(factor), ui_(ui) {}
+
+  /// A bar that has a record: one element, or one for each half of a built-up section.
+  void write(const SourceBar& bar, const BarType& type) {
+    // All that is read of the record is read here: a message box below lets the host run, which may
+    // change or drop it.
+    const double rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
+    std::optional<BarPlacement> placement;
+    for (SectionPart& part : sections_.partsOf(*bar.record)) {
+      part.bar.start = millimetres(bar.start, factor_);
+      part.bar.end = millimetres(bar.end, factor_);
+      part.bar.rotation = rotation;
+      part.bar.elementKind =
+          type.mayBeColumn ? ElementKind::columnIfUpright : ElementKind::beamOrMember;
+      if (!placement) {  // the second half lies where the first does
+        placement = placementOf(part.bar);
+      }
+      add(groups_.of(type.group),
+          writeBar(writer_, part.bar, *placement, profileOf(part, bar.dims)));
+    }
+  }
+
+  /// The assemblies of what was written, and the storey that holds all of it.
+  void writeGroups() {
+    EntityNumbers& storey = groups_.storeyElements;
+    const std::int32_t frame =
+        writeElementAssembly(writer_, groups_.frameElements, texts::frameAssembly);
+    const std::int32_t truss =
+        writeElementAssembly(writer_, groups_.trussElements, texts::trussAssembly);
+    add(storey, frame);
+    add(storey, truss);
+    writeStoreyContainment(writer_, storey);
+  }
+
+ private:
+  std::int32_t profileOf(const SectionPart& part, const SectionDims& dims) {
+    if (part.row == nullptr) {
+      ui_.show({.id = MessageId::unknownProfile, .profileName = part.profileName()});
+    }
+    return writeProfile(writer_, part.row, part.profileName(), dims,
+                        part.isHalf ? halfFlangeSide : simpleFlangeSide);
+  }
+
+  StepWriter& writer_;
+  double factor_;
+  UserInterface& ui_;
+  KnownSections sections_;
+  Groups groups_;
+};
 
 }  // namespace
 
@@ -69,51 +125,22 @@ float sectionAngle(std::int32_t quarterTurns, float angle) {
 }
 
 void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInterface& ui) {
-  const double factor = millimetresPer(model.unitCode());
+  BarExport content(writer, millimetresPer(model.unitCode()), ui);
   const std::int32_t barCount = model.barCount();
-  Groups groups;
   SourceBar bar;
-  KnownSections sections;
-
   for (std::int32_t index = 0; index < barCount && model.next(index, bar); ++index) {
     if (bar.record == nullptr) {
       ui.show({.id = MessageId::barWithoutRecord});
       continue;
     }
     const BarType& type = barTypeOf(truncated(bar.typeCode));
-    const bool hidden = choice == BarChoice::visibleOnly && bar.visible == 0;
-    if (!type.isExported || hidden) {
-      continue;
-    }
-    // All that is read of the record is read here: a message box below lets the host run, which may
-    // change or drop it.
-    const double rotation = rotationDegrees(bar.record->quarterTurns, bar.angle);
-    std::optional<BarPlacement> placement;
-    for (SectionPart& part : sections.partsOf(*bar.record)) {
-      part.bar.start = millimetres(bar.start, factor);
-      part.bar.end = millimetres(bar.end, factor);
-      part.bar.rotation = rotation;
-      part.bar.elementKind = type.mayBeColumn ? columnKind : 0;
-      if (!placement) {  // the second half lies where the first does
-        placement = placementOf(part.bar);
-      }
-      if (part.row == nullptr) {
-        ui.show({.id = MessageId::unknownProfile, .profileName = part.profileName()});
-      }
-      const std::int32_t profile = writeProfile(writer, part.row, part.profileName(), bar.dims,
-                                                part.isHalf ? halfFlangeSide : simpleFlangeSide);
-      keep(groups.of(type.group), writeBar(writer, part.bar, *placement, profile));
+    const bool isChosen = choice == BarChoice::all || bar.visible != 0;
+    if (type.isExported && isChosen) {
+      content.write(bar, type);
     }
   }
   model.close();
-
-  const std::int32_t frame =
-      writeElementAssembly(writer, groups.frameElements, texts::frameAssembly);
-  const std::int32_t truss =
-      writeElementAssembly(writer, groups.trussElements, texts::trussAssembly);
-  keep(groups.storeyElements, frame);
-  keep(groups.storeyElements, truss);
-  writeStoreyContainment(writer, groups.storeyElements);
+  content.writeGroups();
 }
 
 }  // namespace exportifc

@@ -28,7 +28,8 @@ std::unique_ptr<BarSource> openModel(const Module& module) {
   return std::make_unique<BatchSource>(module.batchPath);
 }
 
-/// Tells the host which file is being written. A path without a narrow form leaves the field empty.
+/// Puts the path of the file being written where the host looks for it. A path without a narrow
+/// form leaves the field empty.
 void publishOutputPath(Module& module, const std::wstring& path) {
   auto& buffer = module.narrowPaths.emplace_back(std::make_unique<char[]>(path.size() + 1));
   const std::optional<std::string> narrow = platform::narrowPath(path);

@@ -9,7 +9,7 @@ namespace exportifc {
 
 namespace {
 
-// A host whose bars all have a section of their own must not fill the memory.
+// In sections: a model whose bars all have a section of their own must not fill the memory.
 constexpr std::size_t mostKept = 4096;
 
 SectionPart part(const std::wstring& name, std::wstring_view label, bool isHalf) {
@@ -21,7 +21,7 @@ SectionPart part(const std::wstring& name, std::wstring_view label, bool isHalf)
   return result;
 }
 
-std::vector<SectionPart> workedOut(const BarRecord& record) {
+std::vector<SectionPart> newParts(const BarRecord& record) {
   std::wstring name;
   widenSectionName(record, name);
   const std::wstring_view family = profileFamilyOf(name);
@@ -43,7 +43,7 @@ std::span<SectionPart> KnownSections::partsOf(const BarRecord& record) {
     if (byText_.size() == mostKept) {
       byText_.clear();
     }
-    known = byText_.emplace(text, workedOut(record)).first;
+    known = byText_.emplace(text, newParts(record)).first;
   }
   return known->second;
 }

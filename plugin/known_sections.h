@@ -1,4 +1,4 @@
-// The sections of a model, each worked out once.
+// What all bars of a section share, made once for each section of a model.
 #pragma once
 
 #include <cstddef>
@@ -17,8 +17,8 @@ namespace exportifc {
 /// What one bar of a section is written as: the whole of it, or one half of a built-up section.
 struct SectionPart {
   bool isHalf = false;
-  BarGeometry bar;                 ///< its texts; the bar loop fills in the rest for each bar
-  const FamilyRow* row = nullptr;  ///< of the family of `profileName`; null: nobody knows it
+  BarGeometry bar;                 ///< its texts are ready; the rest is the bar loop's to fill in
+  const FamilyRow* row = nullptr;  ///< of the family in `profileName`; null: it is not known
 
   /// What decides on the profile: the whole section text, or the name of the half.
   const HostText& profileName() const { return isHalf ? bar.sectionLabel : bar.sectionName; }
@@ -28,7 +28,7 @@ struct SectionPart {
 /// ready for the file once.
 class KnownSections {
  public:
-  /// The parts, one or two, of the section that the record tells. They hold until the next call.
+  /// The parts, one or two, of the record's section. They stay where they are until the next call.
   std::span<SectionPart> partsOf(const BarRecord& record);
 
  private:

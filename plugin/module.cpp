@@ -6,7 +6,7 @@ namespace exportifc {
 
 namespace {
 
-// Tells hosts what kind of record this is; the module itself never reads it.
+// For hosts, to see what kind of record this is; the module itself never reads it.
 constexpr std::uint64_t exportModuleTag = 504;
 
 }  // namespace

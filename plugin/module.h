@@ -1,4 +1,4 @@
-// The state that outlives an export.
+// The loaded module: the record that it shares with the host, and its mode.
 #pragma once
 
 #include <memory>
@@ -20,7 +20,7 @@ struct Module {
   /// model file. Every completed export leaves its output path here, and nothing clears it.
   std::string batchPath;
 
-  /// Narrow output paths of all exports: whoever was given one may keep it.
+  /// Narrow output paths of all exports, kept for hosts that hold on to one.
   std::vector<std::unique_ptr<char[]>> narrowPaths;
 };
 

@@ -1,4 +1,4 @@
-// Where an export writes.
+// Chooses the file that an export writes.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// From a section's name to its profile.
+// Finds the profile of a section by its name, and writes it.
 #pragma once
 
 #include <cstdint>
@@ -27,7 +27,7 @@ struct FamilyRow {
 /// All profile names, in the order of the families; the first row with a name decides.
 std::span<const FamilyRow> familyTable();
 
-/// The row that decides for a family word or half; null for a name that nobody knows.
+/// The first row with this name, a family word or half; null when there is none.
 const FamilyRow* findFamily(std::wstring_view name);
 
 /// The value of a dimension as the profile is written with it, in millimetres.

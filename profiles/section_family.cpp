@@ -51,7 +51,7 @@ consteval SectionFamily builtUp(std::wstring_view word, ProfileWriter first, Pro
   return {.word = word, .isBuiltUp = true, .profiles = {first, second}, .arguments = arguments};
 }
 
-/// Two halves that nobody knows how to write.
+/// Two halves without a profile: the stand-in for unknown ones is written.
 consteval SectionFamily builtUpUnknown(std::wstring_view word) {
   return {.word = word, .isBuiltUp = true, .profiles = {}, .arguments = {}};
 }
@@ -84,7 +84,7 @@ constexpr SectionFamily table[] = {
     simple(L"TUBO", CH, tube),
     simple(L"Z", z, lippedZ),
     simple(L"ZS", zs, symmetricZ),
-    simple(L"ZI", z, lippedZ),  // d6 is not used by the outline
+    simple(L"ZI", z, lippedZ),
     simple(L"ZSI", z, symmetricZByHalves),
     simple(L"LLAM", L3, equalLegs),
     builtUp(L"2LLM", L4, L5, equalLegsApart),

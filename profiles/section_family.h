@@ -66,7 +66,7 @@ using ProfileWriter = std::variant<Parametric, Outline>;
 struct SectionFamily {
   std::wstring_view word;
   bool isBuiltUp;  ///< of two halves, each a profile and an element of its own
-  /// The profile, or those of the first and the second half; none: nobody knows how to write it.
+  /// The profile, or those of the first and the second half; none: the stand-in is written.
   std::array<std::optional<ProfileWriter>, 2> profiles;
   std::span<const FamilyArgument> arguments;  ///< a1, a2, ..., the same for both halves
 };

@@ -1,4 +1,4 @@
-// What a section's name says: its family and, for built-up sections, its two halves.
+// Takes a section's name apart: its family and, for built-up sections, its two halves.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Tables that are indexed by an enumeration.
+// Checks that a table indexed by an enumeration is in its order.
 #pragma once
 
 #include <cstddef>

@@ -24,7 +24,7 @@ std::shared_ptr<IfcEntity[]> newBlock(std::size_t size) {
   const std::align_val_t alignment{size == largestBlock ? platform::largePage : alignof(IfcEntity)};
   void* const room = ::operator new(bytes, alignment);
   platform::preferLargePages(room, bytes);
-  // Plain entities own nothing: their room goes without a look at each of them.
+  // Plain entities own nothing, so the block is freed as a whole, without a destructor for each.
   return {static_cast<IfcEntity*>(room), [=](void* block) { ::operator delete(block, alignment); }};
 }
 

@@ -11,7 +11,7 @@
 
 namespace exportifc {
 
-/// Counts 1, 2, 3 and so on, without gaps; what was counted stays.
+/// Numbers are 1, 2, 3 and so on, without gaps. No entity is let go before the end.
 ///
 /// Plain entities, by far the most, live in blocks of which the registry holds one share each: 16
 /// bytes an entity instead of an allocation and a pointer apiece. The blocks of a large model are

@@ -1,4 +1,4 @@
-// A text that the host gave, ready for the file.
+// A text of the host's, made ready for the file once.
 #pragma once
 
 #include <concepts>
@@ -11,8 +11,8 @@
 
 namespace exportifc {
 
-/// A wide text and its characters as the file takes them, made once: the names of a section stand
-/// in several lines of each of its bars.
+/// A wide text and its bytes in the file. The names of a section stand in several lines of each of
+/// its bars, and are not narrowed again for each.
 class HostText {
  public:
   HostText() = default;
@@ -41,7 +41,7 @@ class HostText {
   }
 
  private:
-  static constexpr std::size_t usual = 64;
+  static constexpr std::size_t usual = 64;  // characters copied at once: most names are shorter
 
   std::wstring wide_;
   std::string bytes_ = std::string(usual, '\0');  // only the first `size_` count

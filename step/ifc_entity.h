@@ -1,4 +1,4 @@
-// The base of every numbered entity.
+// The base class of every entity that has an instance number.
 #pragma once
 
 #include <cstdint>

@@ -78,7 +78,7 @@ char* putMinus(char* at, double value) {
 
 /// 1 when `value` is below `limit`, else 0, without a branch: the sign bit of their difference,
 /// which 32 bits hold for the values from 0 to 1e8 that come here.
-int oneIfBelow(std::int32_t limit, std::int32_t value) {
+int oneIfBelow(std::int32_t value, std::int32_t limit) {
   return static_cast<int>(static_cast<std::uint32_t>(value - limit) >> 31);
 }
 
@@ -138,7 +138,7 @@ char* putFixed5(char* at, double value) {
       const std::uint64_t digits = eightDigits(static_cast<std::uint32_t>(scaled));
       // By comparing, which is ready before the digits are: the place of the next piece of the line
       // depends on this count.
-      const int zerosBefore = oneIfBelow(10 * scale, scaled) + oneIfBelow(100 * scale, scaled);
+      const int zerosBefore = oneIfBelow(scaled, 10 * scale) + oneIfBelow(scaled, 100 * scale);
       at = putDigits(putMinus(at, value), digits, zerosBefore) - decimalDigits;
       *at = '.';
       return putDigits(at + 1, digits, wholeDigits);

@@ -1,4 +1,4 @@
-// What every exchange file has in common.
+// The entities with which every exchange file begins, the same in all.
 #pragma once
 
 #include "step/step_writer.h"

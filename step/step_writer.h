@@ -1,4 +1,4 @@
-// What the writers of all entities share: a stream of lines and a count.
+// The exchange file being written: its lines and its instance numbers, shared by all writers.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 namespace exportifc {
 
 /// An ISO 10303-21 file in the making. Callers go by the order of such a file, from `writeHeader`
-/// to `writeFooter`, and look at `stream.failed()` first; nobody here checks it. It stays where it
+/// to `writeFooter`, and look at `stream.failed()` first; it is not checked here. It stays where it
 /// was made: all writers hold on to the same one. The file is closed when it goes.
 class StepWriter {
  public:

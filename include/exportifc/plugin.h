@@ -11,7 +11,7 @@
  * C++ hosts: when the output file cannot be opened, PlugInExecute and PlugInExportIfcFile throw
  * "Erro na criação do arquivo" (const char*, Windows-1252, static life). A host built
  * by Microsoft's compiler or for mingw-w64 catches it as `const char*`, whichever of the two built
- * the module's own; docs/host-guide.md tells the rest. C hosts cannot catch it and end.
+ * the module's own; docs/host-guide.md has the rest. C hosts cannot catch it and end.
  */
 #ifndef EXPORTIFC_PLUGIN_H
 #define EXPORTIFC_PLUGIN_H
@@ -35,7 +35,7 @@ extern "C" {
  * out         the slot to fill; its type stands beside the code. Never null, owned by the module,
  *             valid during the call.
  *
- * The result is ignored and nothing tells the module whether the slot was filled: a slot left alone
+ * The result is ignored and the module cannot see whether the slot was filled: a slot left alone
  * keeps the value of the bar before (zero at the start of an export), except for the bar record,
  * which is then "no record". */
 typedef int32_t (*HostQuery)(uint64_t hostHandle, int32_t index, int32_t code, void* out);

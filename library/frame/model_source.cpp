@@ -10,19 +10,19 @@ bool ModelSource::next(std::int32_t index, SourceBar& bar) {
   if (at >= model_.bars.size()) {
     return false;
   }
-  const ModelBar& told = model_.bars[at];
-  bar.record = recordOf(told);
-  bar.typeCode = told.type;
-  bar.visible = told.visible ? 1 : 0;
-  bar.angle = told.angle;
-  bar.start = model_.nodes[static_cast<std::size_t>(told.start)];
-  bar.end = model_.nodes[static_cast<std::size_t>(told.end)];
-  bar.dims = model_.sections[static_cast<std::size_t>(told.section)].dims;
+  const ModelBar& listed = model_.bars[at];
+  bar.record = recordOf(listed);
+  bar.typeCode = listed.type;
+  bar.visible = listed.visible ? 1 : 0;
+  bar.angle = listed.angle;
+  bar.start = model_.nodes[static_cast<std::size_t>(listed.start)];
+  bar.end = model_.nodes[static_cast<std::size_t>(listed.end)];
+  bar.dims = model_.sections[static_cast<std::size_t>(listed.section)].dims;
   if (bar.record == nullptr) {
     ++skipped_.withoutRecord;
-  } else if (!barTypeOf(told.type).isExported) {
+  } else if (!barTypeOf(listed.type).isExported) {
     ++skipped_.notExportedType;
-  } else if (visibleOnly_ && !told.visible) {
+  } else if (visibleOnly_ && !listed.visible) {
     ++skipped_.invisible;
   }
   return true;

@@ -23,7 +23,7 @@ BarGeometry beam() {
           .sectionName = L"W 310x38.7",
           .sectionLabel = L"W",
           .rotation = 0,
-          .elementKind = 0};
+          .elementKind = ElementKind::beamOrMember};
 }
 
 Lines written(const BarGeometry& bar) {
@@ -130,7 +130,7 @@ TEST(WriteBar, TheCommentSaysBeamForEveryType) {
   bar.end = {0, 0, 3000};
   EXPECT_EQ(keywordOf(bar), "IFCMEMBER");
   EXPECT_EQ(written(bar)[ends], "/* IfcBeam (0,0,0), (0,0,3000)");
-  bar.elementKind = 3;
+  bar.elementKind = ElementKind::columnIfUpright;
   EXPECT_EQ(keywordOf(bar), "IFCCOLUMN");
   EXPECT_EQ(written(bar)[ends], "/* IfcBeam (0,0,0), (0,0,3000)");
 }
@@ -221,7 +221,7 @@ TEST(WriteBar, ABarOfNoLength) {
   BarGeometry bar = beam();
   bar.start = bar.end = {10, 20, 30};
   bar.rotation = 30;
-  bar.elementKind = 3;
+  bar.elementKind = ElementKind::columnIfUpright;
   const Lines lines = written(bar);
   EXPECT_EQ(lines[zAxis], "#1= IFCDIRECTION((1.00000, 0.00000, 0.00000));");
   EXPECT_EQ(lines[xAxis], "#2= IFCDIRECTION((0.00000, 0.86603, 0.50000));");
@@ -244,7 +244,7 @@ TEST(WriteBarElement, ATinyNegativeDirectionKeepsItsSign) {
 
 TEST(ElementType, ABeamIsLevelUpToAHundredth) {
   BarGeometry bar = beam();
-  for (const std::int32_t kind : {0, 3}) {
+  for (const ElementKind kind : {ElementKind::beamOrMember, ElementKind::columnIfUpright}) {
     bar.elementKind = kind;
     for (const double rise : {0.01, -0.01, 0.0, 0.0099}) {
       bar.end = {1000, 0, rise};
@@ -257,24 +257,24 @@ TEST(ElementType, ABeamIsLevelUpToAHundredth) {
   }
 }
 
-TEST(ElementType, AColumnIsSteepOfKindThree) {
+TEST(ElementType, AColumnIsSteepAndOfItsKind) {
   BarGeometry bar = beam();
   bar.end = {0, 0, 3000};
-  bar.elementKind = 3;
+  bar.elementKind = ElementKind::columnIfUpright;
   EXPECT_EQ(keywordOf(bar), "IFCCOLUMN");
   bar.end = {0, 0, -3000};
   EXPECT_EQ(keywordOf(bar), "IFCCOLUMN");
   bar.end = {0, 0, 0.0100001};
   EXPECT_EQ(keywordOf(bar), "IFCCOLUMN");
   for (const std::int32_t kind : {0, 1, 2, 4, -3}) {
-    bar.elementKind = kind;
+    bar.elementKind = static_cast<ElementKind>(kind);
     EXPECT_EQ(keywordOf(bar), "IFCMEMBER") << kind;
   }
 }
 
 TEST(ElementType, AColumnMayLeanInY) {
   BarGeometry bar = beam();
-  bar.elementKind = 3;
+  bar.elementKind = ElementKind::columnIfUpright;
   bar.end = {0.01, 2900, 3000};
   EXPECT_EQ(keywordOf(bar), "IFCCOLUMN");
   bar.end = {-0.01, -2900, 3000};
@@ -285,7 +285,7 @@ TEST(ElementType, AColumnMayLeanInY) {
 
 TEST(ElementType, NotANumberIsAMember) {
   BarGeometry bar = beam();
-  bar.elementKind = 3;
+  bar.elementKind = ElementKind::columnIfUpright;
   bar.end = {nan, nan, nan};
   EXPECT_EQ(keywordOf(bar), "IFCMEMBER") << "both comparisons fail";
   bar.end = {nan, 0, 1000};
