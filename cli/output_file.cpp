@@ -138,12 +138,15 @@ OutputFile::OutputFile(const std::string& target) : target_(target) {
   finalPath_ = behindLinks(pathOf(target));
   std::error_code ignored;
   const fs::file_status status = fs::status(finalPath_, ignored);
+  // Asked of the system: not every library knows NUL.
+  const system::FileIdentity identity = system::identityOf(finalPath_);
+  const bool isDevice = identity.exists && identity.text.empty();
   if (fs::is_directory(status)) {
     error_ = EISDIR;
+  } else if (isDevice) {
+    file_ = system::openForWriting(finalPath_);
   } else if (fs::exists(status) && !system::isWritable(finalPath_)) {
     error_ = EACCES;
-  } else if (fs::exists(status) && !fs::is_regular_file(status)) {
-    file_ = system::openForWriting(finalPath_);
   } else {
     temporaryPath_ = finalPath_.parent_path() / temporaryName(finalPath_.filename());
     file_ = system::createFile(temporaryPath_);

@@ -1,6 +1,7 @@
 #include "library/frame/model_export.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -127,6 +128,12 @@ TEST(ExportModel, WritesUnitAngleAndDimensions) {
   EXPECT_NE(exported(model).bytes.find("(.AREA., 'W 200 100 8 6', #"), std::string::npos);
   model.sections[0].dims[0] = 250;
   EXPECT_NE(exported(model).bytes.find(", 100.00000,250.00000,6.00000,8.00000"), std::string::npos);
+}
+
+TEST(ExportModel, LeavesTheLocaleOfTheProcessAsItWas) {
+  const std::string before = std::setlocale(LC_ALL, nullptr);
+  exported(soundModel());
+  EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
 }
 
 // ---- bars that are left out
