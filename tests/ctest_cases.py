@@ -14,7 +14,9 @@ root = pathlib.Path(__file__).resolve().parents[1]
 
 
 def output(*command):
-    return subprocess.run([str(part) for part in command], check=True, capture_output=True, text=True).stdout
+    # GoogleTest shows the values of a case, which may be any bytes, behind its name.
+    return subprocess.run([str(part) for part in command], check=True, capture_output=True,
+                          encoding="utf-8", errors="replace").stdout
 
 
 def under_wine(program):
