@@ -92,14 +92,15 @@ class UnattendedInterface final : public UserInterface {
   void startBar(std::int32_t index) { bar_ = index; }
 
   const std::string& failure() const { return failure_; }
-  std::vector<ModuleMessage> takeMessages() {
-    std::vector<ModuleMessage> messages;
-    for (auto& [key, message] : messages_) {
-      messages.push_back(std::move(message));
+  /// In the order of their first bars.
+  std::vector<ModuleMessage> messages() const {
+    std::vector<ModuleMessage> sorted;
+    for (const auto& [key, message] : messages_) {
+      sorted.push_back(message);
     }
-    std::sort(messages.begin(), messages.end(),
+    std::sort(sorted.begin(), sorted.end(),
               [](const auto& a, const auto& b) { return a.firstBar < b.firstBar; });
-    return messages;
+    return sorted;
   }
 
  private:
@@ -156,7 +157,7 @@ ExportResult exportModel(const Model& model, bool visibleOnly, ByteSink& output,
            [&](const Module& /*module*/) { return std::make_unique<BorrowedSource>(source); },
        .changesLocale = false});
   result.skipped = source.skipped();
-  result.messages = ui.takeMessages();
+  result.messages = ui.messages();
   result.complete = counter.ended() && !result.interrupted && output.write("", 0);
   result.lastBar = current + 1;
   result.driverFailure = ui.failure();
