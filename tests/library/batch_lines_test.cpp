@@ -14,10 +14,9 @@
 namespace exportifc {
 namespace {
 
-using test::BarText;
 using test::InLanguage;
 using test::Lines;
-using test::operator+;
+using test::operator+;  // NOLINT(misc-unused-using-decls): of two lists of lines
 
 using Said = std::vector<std::string>;
 

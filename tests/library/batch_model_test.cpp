@@ -23,8 +23,8 @@ namespace {
 using test::briefs;
 using test::InLanguage;
 using test::Lines;
-using test::operator+;
 using test::Random;
+using test::operator+;  // NOLINT(misc-unused-using-decls): of two lists of lines
 
 using Briefs = std::vector<std::string>;
 
@@ -251,6 +251,7 @@ TEST(LossesInBatch, AreSaidOnceForEachKind) {
                 {.start = 0, .end = 1}};
   model.sections[0].dims[9] = 1;
   model.sections[1].name = "viga";
+  // NOLINTBEGIN(bugprone-suspicious-missing-comma): long texts
   EXPECT_EQ(
       lossesInBatch(model).lines,
       std::vector<std::string>(
@@ -263,6 +264,7 @@ TEST(LossesInBatch, AreSaidOnceForEachKind) {
            "is bar 2",
            "quarter turns are added to the angle in 2 bars, the first is bar 2",
            "the name of 1 section is lost: a batch text file knows only its text"}));
+  // NOLINTEND(bugprone-suspicious-missing-comma)
   const InLanguage portuguese(Language::portuguese);
   EXPECT_EQ(lossesInBatch(model).lines.back(),
             "o nome de 1 seção se perde: o arquivo de texto só conhece seu texto");
@@ -287,7 +289,7 @@ TEST(LossesInBatch, TextsOfSeveralLinesStandInTheWay) {
 // ---- both ways
 
 float anyFloat(Random& random) {
-  const float value = std::bit_cast<float>(static_cast<std::uint32_t>(random.bits()));
+  const auto value = std::bit_cast<float>(static_cast<std::uint32_t>(random.bits()));
   return std::isfinite(value) ? value : 1.5F;
 }
 

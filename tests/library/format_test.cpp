@@ -83,10 +83,8 @@ TEST(RecognisedFormat, LooksAtTheBeginning) {
     EXPECT_EQ(recognised(start), ModelFormat::json) << start;
     EXPECT_EQ(recognised(start, ".txt"), ModelFormat::json) << start;
   }
-  for (const std::string_view start : {"2\r\n1\r\n", "x{", "\v{", "(",
-                                       "\xEF\xBB\xBF"
-                                       "2\n",
-                                       "\n\n"}) {
+  for (const std::string_view start :
+       {"2\r\n1\r\n", "x{", "\v{", "(", "\xEF\xBB\xBF\x32\n", "\n\n"}) {
     EXPECT_EQ(recognised(start), ModelFormat::batch) << start;
     EXPECT_EQ(recognised(start, ".txt"), ModelFormat::batch) << start;
   }

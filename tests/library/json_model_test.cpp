@@ -466,7 +466,7 @@ TEST(WriteJsonModel, AnUnknownUnitIsMillimetres) {
 
 /// Any number that is finite.
 float anyFloat(Random& random) {
-  const float value = std::bit_cast<float>(static_cast<std::uint32_t>(random.bits()));
+  const auto value = std::bit_cast<float>(static_cast<std::uint32_t>(random.bits()));
   return std::isfinite(value) ? value : 1.5F;
 }
 

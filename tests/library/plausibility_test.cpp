@@ -250,7 +250,8 @@ TEST(CheckPlausibility, TellsManyPlacesApart) {
   model.nodes.clear();
   model.bars.clear();
   for (int i = 0; i <= 5000; ++i) {
-    model.nodes.push_back({static_cast<float>(i % 71) * 500, static_cast<float>(i / 71) * 500, 0});
+    const int row = i / 71;
+    model.nodes.push_back({static_cast<float>(i % 71) * 500, static_cast<float>(row) * 500, 0});
   }
   for (std::int32_t i = 0; i < 5000; ++i) {
     model.bars.push_back({.start = i, .end = i + 1, .section = i % 2});
@@ -390,7 +391,7 @@ TEST(CheckPlausibility, LeavesBarsAsideThatLeadNowhere) {
 TEST(CheckPlausibility, NotesNeverAreErrors) {
   Model model = soundModel();
   model.sections.push_back(sectionOf("PC 4000 250 0.5 8 180"));
-  model.nodes = {{0, 0, 0}, {0, 0, 90}, {0, 0, 40000000}, {1, 1, 1}};
+  model.nodes = {{0, 0, 0}, {0, 0, 90}, {0, 0, 4e7F}, {1, 1, 1}};
   model.bars = {{.start = 0, .end = 1, .section = 2, .angle = 90},
                 {.start = 1, .end = 0, .section = 2},
                 {.start = 0, .end = 2, .section = 2}};

@@ -129,7 +129,7 @@ TEST(DrawProfile, MeasuresEachDimensionOnTheDrawing) {
     ASSERT_EQ(drawing.lines.size(), 3 * family.dimensions.size()) << family.word;
     for (std::size_t i = 0; i < family.dimensions.size(); ++i) {
       const DimensionUse& use = family.dimensions[i];
-      const double length = double{dims[static_cast<std::size_t>(use.index)]};
+      const auto length = double{dims[static_cast<std::size_t>(use.index)]};
       EXPECT_NEAR(drawing.lines[3 * i].length(), length, 0.015) << family.word << " d" << use.index;
       // Once in the drawing, once in the legend.
       const std::string name = "d" + std::to_string(use.index);

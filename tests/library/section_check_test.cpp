@@ -15,7 +15,6 @@ namespace {
 using test::brief;
 using test::briefs;
 using test::InLanguage;
-using test::problemWith;
 using test::sectionOf;
 using test::sectionWith;
 
@@ -211,6 +210,7 @@ TEST(SectionMessages, SayHowAPieceIsRead) {
   EXPECT_EQ(messageOf("W 20cm 100 8 6"),
             "section \"W 20cm 100 8 6\": \"20cm\" for d0 (depth) is read as 20; write the number "
             "alone, in millimetres");
+  // NOLINTBEGIN(performance-inefficient-string-concatenation): a message as it reads
   for (const std::string cut : {"1.200,5", "1,200.5"}) {
     EXPECT_EQ(
         messageOf("W " + cut + " 100 8 6"),
@@ -218,6 +218,7 @@ TEST(SectionMessages, SayHowAPieceIsRead) {
             "\" for d0 (depth) is read as 1.2; a number has one decimal sign and no separator "
             "of thousands, and blanks stand between two dimensions");
   }
+  // NOLINTEND(performance-inefficient-string-concatenation)
   EXPECT_EQ(
       messageOf("W 1.200 100 8 6"),
       "section \"W 1.200 100 8 6\": \"1.200\" for d0 (depth) is read as 1.2; if 1200 is meant, "

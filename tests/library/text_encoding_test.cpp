@@ -176,10 +176,12 @@ TEST(WithVisibleBlanks, ShowsWhatLooksLikeNothing) {
   EXPECT_EQ(withVisibleBlanks("W\t200\x1F\x7F"), "W<U+0009>200<U+001F><U+007F>");
   EXPECT_EQ(withVisibleBlanks("\u0080\u00A0\u00A1\u00AC\u00AD\u00AE"),
             "<U+0080><U+00A0>\u00A1\u00AC<U+00AD>\u00AE");
+  // NOLINTBEGIN(misc-misleading-bidirectional): the marks are what is tested
   EXPECT_EQ(withVisibleBlanks("\u1FFF\u2000\u200F\u2010\u2027\u2028\u2029\u202A"),
             "\u1FFF<U+2000><U+200F>\u2010\u2027<U+2028><U+2029>\u202A");
   EXPECT_EQ(withVisibleBlanks("\u202E\u202F\u2030\u205E\u205F\u2060\u2061"),
             "\u202E<U+202F>\u2030\u205E<U+205F><U+2060>\u2061");
+  // NOLINTEND(misc-misleading-bidirectional)
   EXPECT_EQ(withVisibleBlanks("\u2FFF\u3000\u3001\uFEFE\uFEFF\uFF00"),
             "\u2FFF<U+3000>\u3001\uFEFE<U+FEFF>\uFF00");
 }

@@ -39,6 +39,7 @@ bool isOneShape(const SectionFamily& a, const SectionFamily& b) {
 
 std::vector<std::string> wordsOf(const std::vector<SectionFamily>& families) {
   std::vector<std::string> words;
+  words.reserve(families.size());
   for (const SectionFamily& family : families) {
     words.push_back(narrow(family.word));
   }
