@@ -27,7 +27,7 @@ pages = [
     ("CONTRIBUTING.md", "."),
     ("docs/*.md", "."),
     ("samples/README.md", "."),
-    ("page/README.md", "viewer"),
+    ("page/README.md", "page"),
     ("bench/README.md", "."),
     ("fuzz/README.md", "."),
     ("tests/readers/README.md", "tests/readers"),

@@ -19,7 +19,7 @@ namespace {
 using test::headerLines;
 using test::Lines;
 using test::textOf;
-using test::operator+;
+using test::operator+;  // NOLINT(misc-unused-using-decls): of two lists of lines
 
 /// A bar in which each number is another.
 Lines barLines(const std::string& section = "W 200 100") {

@@ -80,8 +80,8 @@ BarChoice ScriptedUser::chooseBars() {
   return bars;
 }
 
-void ScriptedUser::show(const Message& shown) {
-  said.push_back(message(shown.id, unitsOf(shown.reason).append(shown.profileName)));
+void ScriptedUser::show(const Message& message) {
+  said.push_back(test::message(message.id, unitsOf(message.reason).append(message.profileName)));
 }
 
 // ---- Exports -----------------------------------------------------------------------------------
