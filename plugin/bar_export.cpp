@@ -66,8 +66,8 @@ void add(EntityNumbers& elements, std::int32_t written) {
 class BarExport {
  public:
   /// `factor`: from the model's coordinates to millimetres.
-  BarExport(StepWriter& writer, double factor, UserInterface& ui)
-      : writer_(writer), factor_(factor), ui_(ui) {}
+  BarExport(StepWriter& writer, double factor, MessageReceiver& messages)
+      : writer_(writer), factor_(factor), messages_(messages) {}
 
   /// A bar that has a record: one element, or one for each half of a built-up section.
   void write(const SourceBar& bar, const BarType& type) {
@@ -104,7 +104,7 @@ class BarExport {
  private:
   std::int32_t profileOf(const SectionPart& part, const SectionDims& dims) {
     if (part.row == nullptr) {
-      ui_.show({.id = MessageId::unknownProfile, .profileName = part.profileName()});
+      messages_.show({.id = MessageId::unknownProfile, .profileName = part.profileName()});
     }
     return writeProfile(writer_, part.row, part.profileName(), dims,
                         part.isHalf ? halfFlangeSide : simpleFlangeSide);
@@ -112,7 +112,7 @@ class BarExport {
 
   StepWriter& writer_;
   double factor_;
-  UserInterface& ui_;
+  MessageReceiver& messages_;
   KnownSections sections_;
   Groups groups_;
 };
@@ -124,13 +124,13 @@ float sectionAngle(std::int32_t quarterTurns, float angle) {
   return static_cast<float>(quarterTurns * quarterTurn) + angle;
 }
 
-void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInterface& ui) {
-  BarExport content(writer, millimetresPer(model.unitCode()), ui);
+void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, MessageReceiver& messages) {
+  BarExport content(writer, millimetresPer(model.unitCode()), messages);
   const std::int32_t barCount = model.barCount();
   SourceBar bar;
   for (std::int32_t index = 0; index < barCount && model.next(index, bar); ++index) {
     if (bar.record == nullptr) {
-      ui.show({.id = MessageId::barWithoutRecord});
+      messages.show({.id = MessageId::barWithoutRecord});
       continue;
     }
     const BarType& type = barTypeOf(truncated(bar.typeCode));

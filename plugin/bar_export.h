@@ -14,8 +14,8 @@ namespace exportifc {
 float sectionAngle(std::int32_t quarterTurns, float angle);
 
 /// Writes the model's bars with their profiles and elements, then the two assemblies and the
-/// containment in the storey. The user hears of bars without a record, which are skipped, and of
+/// containment in the storey. `messages` hears of bars without a record, which are skipped, and of
 /// unknown profiles; exceptions of the source and the writers pass through.
-void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, UserInterface& ui);
+void exportBars(StepWriter& writer, BarChoice choice, BarSource& model, MessageReceiver& messages);
 
 }  // namespace exportifc

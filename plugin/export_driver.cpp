@@ -73,9 +73,7 @@ std::int64_t writeExport(Module& module, const ExportServices& services) {
   }
   // Hosts find the runtime's locale changed after an export; our own numbers do not depend on it.
   // Fixed shape: locale stays.
-  if (services.changesLocale) {
-    std::setlocale(LC_ALL, "Portuguese");
-  }
+  std::setlocale(LC_ALL, "Portuguese");
   writer.writeHeader();
   writePreamble(writer);
   publishOutputPath(module, path);

@@ -13,17 +13,13 @@
 
 namespace exportifc {
 
-/// What an export needs of the world around it. The module passes the system's; the command-line
-/// program and the tests pass their own.
+/// What an export needs of the world around it. The module passes the system's, tests their own.
 struct ExportServices {
   UserInterface& ui;
   /// Creates or truncates the output file; null when it cannot be opened.
   std::function<std::unique_ptr<ByteSink>(const std::wstring& path)> openOutput;
   /// Opens the model, after the preamble is written.
   std::function<std::unique_ptr<BarSource>(const Module& module)> openModel;
-  /// Whether the runtime's locale changes, as hosts find it after an export. It is the whole
-  /// process's, so it stays where exports run side by side.
-  bool changesLocale = true;
 };
 
 /// The system's dialogs and files, and the model where the module's mode says it lies.

@@ -26,19 +26,24 @@ struct Message {
   std::wstring_view profileName{};  ///< of `unknownProfile`, UTF-16 code units
 };
 
-/// The driver and the loop over the bars speak to the user only through this interface: the module
-/// passes the system's dialogs, the library one that collects, tests a script.
-class UserInterface {
+/// Hears what an export has to say: the module shows it, the library collects it.
+class MessageReceiver {
  public:
-  UserInterface() = default;
-  UserInterface(const UserInterface&) = delete;
-  UserInterface& operator=(const UserInterface&) = delete;
-  virtual ~UserInterface() = default;
+  MessageReceiver() = default;
+  MessageReceiver(const MessageReceiver&) = delete;
+  MessageReceiver& operator=(const MessageReceiver&) = delete;
+  virtual ~MessageReceiver() = default;
 
+  virtual void show(const Message& message) = 0;
+};
+
+/// The driver speaks to the user only through this interface: the module passes the system's
+/// dialogs, tests a script.
+class UserInterface : public MessageReceiver {
+ public:
   /// The path of the exchange file to write; nothing when the user gives up.
   virtual std::optional<std::wstring> chooseSaveFile() = 0;
   virtual BarChoice chooseBars() = 0;
-  virtual void show(const Message& message) = 0;
 };
 
 }  // namespace exportifc

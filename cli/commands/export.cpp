@@ -169,10 +169,9 @@ void printSummary(Console& console, const Model& model, const std::string& name,
 
 /// Why the export of a model stopped.
 std::string stopText(const ExportResult& result, const OutputFile& file, std::size_t bars) {
-  const std::string reason = file.failed() ? file.failureText()
-                             : !result.driverFailure.empty()
-                                 ? result.driverFailure
-                                 : std::string(say(texts::fileIncomplete));
+  const std::string reason = file.failed()             ? file.failureText()
+                             : !result.failure.empty() ? result.failure
+                                                       : std::string(say(texts::fileIncomplete));
   return say(texts::stoppedAtBar, {say(texts::bar, {numberText(result.lastBar)}),
                                    numberText(static_cast<std::int64_t>(bars)), reason});
 }

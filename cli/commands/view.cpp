@@ -83,8 +83,7 @@ Shown shownOf(const ViewOptions& options, Console& console) {
   const ExportResult result =
       exportModel(model, visibleOnly, memory, [&](std::int32_t bar) { return progress.at(bar); });
   if (!result.complete) {
-    throw Failure(exitNotWritten,
-                  result.interrupted ? say(texts::stoppedByUser) : result.driverFailure);
+    throw Failure(exitNotWritten, result.interrupted ? say(texts::stoppedByUser) : result.failure);
   }
   return {.exchangeFile = memory.content(),
           .notes = options.notes ? notesOn(model, visibleOnly) : std::vector<std::string>{}};

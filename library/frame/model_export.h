@@ -1,4 +1,4 @@
-// One model through the module's own export driver into one output.
+// One model into one output, by the module's own writers.
 #pragma once
 
 #include <array>
@@ -33,10 +33,10 @@ struct ExportResult {
   std::vector<ModuleMessage> messages;
   std::int64_t bytes = 0;
   std::int64_t lines = 0;
-  bool complete = false;      ///< the whole file was handed to the output
-  bool interrupted = false;   ///< by the caller
-  std::int32_t lastBar = 0;   ///< from 1: where an incomplete export stopped
-  std::string driverFailure;  ///< what the driver reported, if that is why
+  bool complete = false;     ///< the whole file was handed to the output
+  bool interrupted = false;  ///< by the caller
+  std::int32_t lastBar = 0;  ///< from 1: where an incomplete export stopped
+  std::string failure;       ///< the exception that ended it, if that is why
 };
 
 /// Writes the exchange file of `model`, whose references must be sound, to `output`. Asks before

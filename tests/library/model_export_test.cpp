@@ -79,7 +79,7 @@ TEST(ExportModel, WritesTheWholeFileAndCountsWhatIsInIt) {
   const auto [result, bytes] = exported(columnsAndBeams());
   EXPECT_TRUE(result.complete);
   EXPECT_FALSE(result.interrupted);
-  EXPECT_EQ(result.driverFailure, "");
+  EXPECT_EQ(result.failure, "");
   EXPECT_EQ(result.lastBar, 5);
   EXPECT_TRUE(bytes.starts_with("ISO-10303-21;\r\n"));
   EXPECT_TRUE(bytes.ends_with("END-ISO-10303-21;\r\n"));

@@ -227,15 +227,6 @@ TEST_F(ExportDriverTest, TheWholeLocaleIsChangedBetweenOpeningTheFileAndWritingI
   EXPECT_EQ(steps, (std::vector<std::string>{"open", "all Portuguese", "line"}));
 }
 
-TEST_F(ExportDriverTest, SideBySideTheLocaleStays) {
-  batch();
-  test::SystemCalls calls;
-  calls.changesLocale = [](int, const char* name) { ADD_FAILURE() << name; };
-  ExportServices beside = services();
-  beside.changesLocale = false;
-  EXPECT_EQ(runExport(module, beside), 1);
-}
-
 TEST_F(ExportDriverTest, WithoutAnOutputTheLocaleStays) {
   batch();
   canOpen = false;
