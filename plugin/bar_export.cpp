@@ -57,7 +57,7 @@ struct Groups {
 
 /// Adds an element, or an assembly, unless none was written.
 void add(EntityNumbers& elements, std::int32_t written) {
-  if (written > 0) {
+  if (written != 0) {
     elements.push_back(written);
   }
 }

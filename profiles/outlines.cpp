@@ -151,12 +151,11 @@ void turn(Points& points, double angle) {
   }
 }
 
-/// Makes `origin` the outline's origin.
+/// Makes `origin` the outline's origin, in the outline's plane.
 Points movedTo(Points points, const OutlinePoint& origin) {
   for (OutlinePoint& point : points) {
     point.x -= origin.x;
     point.y -= origin.y;
-    point.z -= origin.z;
   }
   return points;
 }

@@ -143,6 +143,29 @@ TEST_F(BatchSourceTest, NumbersOfTheList) {
   EXPECT_EQ(read("1e999"), std::numeric_limits<float>::infinity());
 }
 
+TEST_F(BatchSourceTest, SoManySectionsAreKnownAtATime) {
+  // Those of other tests are among them: what is counted begins where one of ours is forgotten.
+  constexpr int mostKnown = 4096;
+  Lines lines = headerLines("mm", std::to_string(4 * mostKnown));
+  for (int i = 0; i < 2 * mostKnown; ++i) {
+    lines = std::move(lines) + barLines("W 1 7") + barLines("W 2 " + std::to_string(i));
+  }
+  open(lines);
+  const BarRecord* known = nullptr;
+  std::vector<int> forgottenAt;
+  for (int i = 0; i < 2 * mostKnown; ++i) {
+    ASSERT_TRUE(next());
+    if (bar.record != known) {
+      known = bar.record;
+      forgottenAt.push_back(i);
+    }
+    ASSERT_TRUE(next());
+  }
+  // At the start, by the first test's sections, after as many as are known with this one.
+  ASSERT_GE(forgottenAt.size(), 3U);
+  EXPECT_EQ(forgottenAt[2] - forgottenAt[1], mostKnown - 1);
+}
+
 TEST_F(BatchSourceTest, RecordsOutliveTheSource) {
   open(headerLines("mm", "2") + barLines("W 1") + barLines("W 2"));
   ASSERT_TRUE(next());
