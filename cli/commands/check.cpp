@@ -1,6 +1,5 @@
 // exportifc check: what would go wrong, without writing a file.
 #include <algorithm>
-#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -14,8 +13,8 @@
 #include "cli/messages.h"
 #include "cli/model_file.h"
 #include "cli/problem_report.h"
-#include "library/frame/model_check.h"
 #include "library/frame/plausibility.h"
+#include "library/frame/problem_json.h"
 #include "library/frame/problem_text.h"
 
 namespace exportifc::cli {
@@ -30,45 +29,6 @@ struct CheckOptions {
   bool notes = true;  ///< also say what is only unusual
   bool json = false;  ///< for programs
 };
-
-/// The same facts for programs; an empty one is left out.
-Json problemJson(const std::string& name, const Problem& problem) {
-  Json json = {{"code", problem.code},
-               {"severity", severityCode(problem.severity)},
-               {"message", problem.message},
-               {"file", name}};
-  const auto add = [&](const char* key, const std::string& text) {
-    if (!text.empty()) {
-      json[key] = text;
-    }
-  };
-  if (problem.place.line > 0) {
-    json["line"] = problem.place.line;
-  }
-  if (problem.place.column > 0) {
-    json["column"] = problem.place.column;
-  }
-  add("pointer", problem.pointer);
-  add("value", problem.value);
-  add("allowed", problem.allowed);
-  add("suggestion", problem.suggestion);
-  return json;
-}
-
-Json problemJson(const std::string& name, const Model& model, const Problem& problem) {
-  Json json = problemJson(name, problem);
-  json["bars"] = problem.bars;
-  if (problem.firstBar >= 0) {
-    json["firstBar"] = problem.firstBar + 1;
-  }
-  if (problem.section >= 0) {
-    json["section"] = model.sections[static_cast<std::size_t>(problem.section)].name;
-  }
-  if (problem.dimension >= 0) {
-    json["dimension"] = problem.dimension;
-  }
-  return json;
-}
 
 struct Finding {
   ExitCode code = exitOk;
@@ -90,13 +50,7 @@ Finding checkOne(const std::string& name, const CheckOptions& options, Console& 
   try {
     const Model model = readModel(name);
     finding.json["bars"] = model.bars.size();
-    std::vector<Problem> problems = checkModel(model, options.visibleOnly);
-    if (options.notes) {
-      auto notes = checkPlausibility(model, options.visibleOnly);
-      std::move(notes.begin(), notes.end(), std::back_inserter(problems));
-    } else {
-      std::erase_if(problems, isNote);
-    }
+    std::vector<Problem> problems = checkEverything(model, options.visibleOnly, options.notes);
     locate(name, model, problems);
     for (const Problem& problem : problems) {
       list.push_back(problemJson(name, model, problem));

@@ -22,12 +22,12 @@ using Point = std::array<float, 3>;
 
 struct PointHash {
   std::size_t operator()(const Point& point) const {
-    std::size_t hash = 0;
+    std::uint64_t hash = 0;
     for (const float coordinate : point) {
       // Equal numbers have equal bits once -0 is 0.
       hash = hash * 0x9E3779B97F4A7C15U + std::bit_cast<std::uint32_t>(coordinate + 0.0F);
     }
-    return hash ^ (hash >> 32);
+    return static_cast<std::size_t>(hash ^ (hash >> 32));
   }
 };
 

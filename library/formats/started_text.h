@@ -15,7 +15,7 @@ class StartedText final : public std::streambuf {
   explicit StartedText(std::streambuf& text) : text_(text) { underflow(); }
 
   /// What of the beginning is read; empty for an empty text.
-  std::string_view start() const { return {eback(), egptr()}; }
+  std::string_view start() const { return {eback(), static_cast<std::size_t>(egptr() - eback())}; }
 
   /// `watch` sees each piece, from the beginning on.
   void watch(std::function<void(std::string_view)> watcher) {

@@ -515,4 +515,15 @@ std::vector<Problem> checkPlausibility(const Model& model, bool visibleOnly) {
   return notes;
 }
 
+std::vector<Problem> checkEverything(const Model& model, bool visibleOnly, bool withNotes) {
+  std::vector<Problem> problems = checkModel(model, visibleOnly);
+  if (withNotes) {
+    std::vector<Problem> notes = checkPlausibility(model, visibleOnly);
+    std::move(notes.begin(), notes.end(), std::back_inserter(problems));
+  } else {
+    std::erase_if(problems, isNote);
+  }
+  return problems;
+}
+
 }  // namespace exportifc

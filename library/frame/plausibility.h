@@ -16,4 +16,7 @@ std::vector<Problem> checkPlausibility(const Model& model, bool visibleOnly);
 /// `place`.
 std::vector<Problem> sectionNotes(const ModelSection& section, const Problem& place);
 
+/// All that there is to say of a model: what `checkModel` finds, and the notes if they are wanted.
+std::vector<Problem> checkEverything(const Model& model, bool visibleOnly, bool withNotes);
+
 }  // namespace exportifc

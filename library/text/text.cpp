@@ -10,11 +10,12 @@ namespace exportifc {
 
 namespace {
 
-Language current = Language::english;
+Language ofProcess = Language::english;
+thread_local std::optional<Language> ofThread;
 
 /// Digits as a program writes them ("-1234.5") as people of the language do ("-1,234.5").
 std::string inLanguage(std::string digits) {
-  const bool portuguese = current == Language::portuguese;
+  const bool portuguese = language() == Language::portuguese;
   const std::size_t point = digits.find('.');
   if (point != std::string::npos && portuguese) {
     digits[point] = ',';
@@ -30,12 +31,16 @@ std::string inLanguage(std::string digits) {
 
 }  // namespace
 
-void setLanguage(Language language) { current = language; }
+void setLanguage(Language language) { ofProcess = language; }
 
-Language language() { return current; }
+Language language() { return ofThread.value_or(ofProcess); }
+
+SpokenLanguage::SpokenLanguage(Language language) : before_(ofThread) { ofThread = language; }
+
+SpokenLanguage::~SpokenLanguage() { ofThread = before_; }
 
 const char* say(const Text& text) {
-  return current == Language::portuguese ? text.portuguese : text.english;
+  return language() == Language::portuguese ? text.portuguese : text.english;
 }
 
 std::string fill(const Text& text, std::span<const std::string_view> values) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -93,8 +94,21 @@ struct TextWith {
   const Text& text;
 };
 
+/// The language of the process, in which every thread speaks that has none of its own.
 void setLanguage(Language language);
 Language language();
+
+/// A language of this thread's own while this lives. One inside another is put back.
+class SpokenLanguage {
+ public:
+  explicit SpokenLanguage(Language language);
+  SpokenLanguage(const SpokenLanguage&) = delete;
+  SpokenLanguage& operator=(const SpokenLanguage&) = delete;
+  ~SpokenLanguage();
+
+ private:
+  std::optional<Language> before_;
+};
 
 /// The text in the user's language.
 const char* say(const Text& text);

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Each header compiles on its own; the public one also as C, with each compiler, for each system.
+# Each header compiles on its own; the public ones also as C, with each compiler, for each system.
 set -uo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 
@@ -21,13 +21,15 @@ compiles() {
 
 # Microsoft's interface, with the headers that need no library.
 microsoft='--target=x86_64-pc-windows-msvc -ffreestanding'
-for compiler in gcc clang x86_64-w64-mingw32-gcc-posix "clang $microsoft"; do
-  compiles exportifc/plugin.h "$compiler" c c99
-  compiles exportifc/plugin.h "$compiler" c c17
-done
-for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix "clang++ $microsoft"; do
-  for standard in c++11 c++20; do
-    compiles exportifc/plugin.h "$compiler" c++ "$standard"
+for header in exportifc/plugin.h exportifc/library.h; do
+  for compiler in gcc clang x86_64-w64-mingw32-gcc-posix "clang $microsoft"; do
+    compiles "$header" "$compiler" c c99
+    compiles "$header" "$compiler" c c17
+  done
+  for compiler in g++ clang++ x86_64-w64-mingw32-g++-posix "clang++ $microsoft"; do
+    for standard in c++11 c++20; do
+      compiles "$header" "$compiler" c++ "$standard"
+    done
   done
 done
 

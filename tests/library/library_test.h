@@ -24,13 +24,7 @@ void PrintTo(const TextPlace& place, std::ostream* stream);
 namespace exportifc::test {
 
 /// A language for a while; English again behind it, as every test begins.
-class InLanguage {
- public:
-  explicit InLanguage(Language language) { setLanguage(language); }
-  InLanguage(const InLanguage&) = delete;
-  InLanguage& operator=(const InLanguage&) = delete;
-  ~InLanguage() { setLanguage(Language::english); }
-};
+using InLanguage = SpokenLanguage;
 
 // ---- models
 
