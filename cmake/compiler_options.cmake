@@ -42,7 +42,7 @@ endif()
 # Overwritten return addresses and overlong copies end the program instead of going on. Costs about
 # one instruction in a hundred. The sanitizers do it in another way, and an unoptimised build
 # has no checked copies.
-if(NOT MSVC AND NOT EXPORTIFC_SANITIZE)
+if(NOT MSVC AND NOT EXPORTIFC_SANITIZE AND NOT EMSCRIPTEN)
   add_compile_options(-fstack-protector-strong
     "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
   add_link_options(-fstack-protector-strong)  # mingw-w64: its run-time library, linked statically
@@ -61,6 +61,13 @@ if(EXPORTIFC_SANITIZE)
   add_compile_options(${sanitize} -O1)
   add_link_options(${sanitize})
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
+
+if(EMSCRIPTEN)
+  # The exceptions of WebAssembly itself: those that scripts imitate cost a call out of it each.
+  add_compile_options(-fwasm-exceptions)
+  add_link_options(-fwasm-exceptions)
+  set(CMAKE_POSITION_INDEPENDENT_CODE OFF)
 endif()
 
 if(MINGW)

@@ -137,9 +137,9 @@ double parseDecimal(std::string_view text, bool pointIsComma) {
   if (digits.count == 0) {
     return 0.0;
   }
-  const std::string_view digitText(start, cursor.position());
+  const std::string_view digitText(start, static_cast<std::size_t>(cursor.position() - start));
   const std::int64_t power = digits.power + takeExponent(cursor);
-  const auto shift = static_cast<std::uint64_t>(power < 0 ? -power : power);
+  const auto shift = static_cast<std::size_t>(power < 0 ? -power : power);
   double value = 0.0;
   if (digits.count <= exactDigits && shift < exactPowers.size()) {
     value = static_cast<double>(digits.integer);

@@ -41,7 +41,7 @@ class LineReader {
     if (feed == nullptr) {
       return false;
     }
-    text = {at_, feed};
+    text = {at_, static_cast<std::size_t>(feed - at_)};
     at_ = feed + 1;
     return true;
   }

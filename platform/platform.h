@@ -1,5 +1,5 @@
-// Everything the module needs of the operating system; windows.cpp and posix.cpp implement it,
-// throw_to_host.cpp the exception that leaves the module.
+// Everything the module needs of the operating system; windows.cpp and posix.cpp implement it, for
+// the page wasm.cpp, throw_to_host.cpp the exception that leaves the module.
 #pragma once
 
 #include <array>

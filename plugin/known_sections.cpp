@@ -36,8 +36,10 @@ std::vector<SectionPart> newParts(const BarRecord& record) {
 }  // namespace
 
 std::span<SectionPart> KnownSections::partsOf(const BarRecord& record) {
-  const std::string_view text(record.sectionName, std::find(std::begin(record.sectionName),
-                                                            std::end(record.sectionName), '\0'));
+  const auto* const end =
+      std::find(std::begin(record.sectionName), std::end(record.sectionName), '\0');
+  const std::string_view text(record.sectionName,
+                              static_cast<std::size_t>(end - std::begin(record.sectionName)));
   auto known = byText_.find(text);
   if (known == byText_.end()) {
     if (byText_.size() == mostKept) {

@@ -24,6 +24,7 @@ program | libcli11-dev               | package         | arguments of the comman
 program | nlohmann-json3-dev         | package         | the JSON model
 program | nodejs                     | node            | builds the page
 program | npm                        | npm             | its packages
+program | emscripten                 | emcc            | compiles the exporter of the page
 test  | googletest                   | package         | sources of GoogleTest, built for every target
 test  | clang                        | clang++         | second compiler; sanitizers and fuzzing
 test  | libclang-rt-14-dev           | package         | run-time libraries of the sanitizers
@@ -40,6 +41,7 @@ test  | libcli11-dev                 | package         | arguments of the comman
 test  | nlohmann-json3-dev           | package         | the JSON model
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
+test  | emscripten                   | emcc            | compiles the exporter of the page
 test  | chromium                     | chromium        | shows the viewer in its tests
 bench | libbenchmark-dev             | package         | Google Benchmark
 bench | valgrind                     | valgrind        | counts instructions

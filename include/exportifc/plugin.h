@@ -140,7 +140,7 @@ typedef int64_t (*PlugInExportIfcFileFunction)(const char* path);
 #elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 #define EXPORTIFC_ASSERT _Static_assert
 #endif
-#ifdef EXPORTIFC_ASSERT
+#if defined(EXPORTIFC_ASSERT) && !defined(__wasm__) /* where no host is */
 EXPORTIFC_ASSERT(sizeof(void*) == 8, "the interface is defined for 64-bit processes");
 EXPORTIFC_ASSERT(sizeof(BarRecord) == 292, "BarRecord is 292 bytes");
 EXPORTIFC_ASSERT(offsetof(BarRecord, sectionName) == 80, "BarRecord.sectionName");
