@@ -8,7 +8,7 @@
 
 import { readFileSync, statSync } from "node:fs";
 import { fileURLToPath } from "node:url";
-import { exported, modelText, needs, openPage, startBrowser, withAssemblies, writePage } from "./test/lib.mjs";
+import { building, exported, modelText, needs, openPage, startBrowser, withAssemblies, writePage } from "./test/lib.mjs";
 
 const [buildFolder, bars = "10000", runs = "5", other, packing] = process.argv.slice(2);
 if (!buildFolder) {
@@ -16,23 +16,6 @@ if (!buildFolder) {
   process.exit(2);
 }
 needs(`${buildFolder}/run_host`, `${buildFolder}/libexportIFC.so`, ...(other ? [other] : []));
-
-/** A building of 20 by 20 bays: columns, beams across, beams along and a tube in every fourth line. */
-function building(count) {
-  const list = [];
-  for (let z = 0; ; z += 3000) {
-    for (let i = 0; i <= 20; i++) {
-      for (let j = 0; j <= 20; j++) {
-        const [x, y] = [i * 6000, j * 6000];
-        const top = [x, y, z + 3000];
-        list.push({ start: [x, y, z], end: top, section: "W 250 146 9.1 6.1" });
-        if (i < 20) list.push({ start: top, end: [x + 6000, y, z + 3000], section: "W 310 165 9.7 5.8" });
-        if (j < 20) list.push({ start: top, end: [x, y + 6000, z + 3000], section: j % 4 === 0 ? "TUBO 168 168 6 6" : "UENR 200 75 20 2.65" });
-        if (list.length >= count) return list.slice(0, count);
-      }
-    }
-  }
-}
 
 const kindOf = ({ section }) => (section.startsWith("W") ? "frame" : section.startsWith("TUBO") ? "truss" : "direct");
 const ifc = withAssemblies(exported(modelText("mm", building(Number(bars))), buildFolder), kindOf);

@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
-# Builds dist/viewer.html; does nothing when it is newer than all it is made from. Programs that are
-# built already look for the page beside themselves: it is laid there.
+# Builds dist/viewer.html and dist/exportifc.html; does nothing when they are newer than all they are
+# made from. Programs that are built already look for the viewer beside themselves, and people for the
+# other page: both are laid there.
 set -euo pipefail
 cd "$(dirname "$0")"
 
-page=dist/viewer.html
+pages=(dist/exportifc.html dist/viewer.html) # the last one is written last
+sources=(src ../samples build.mjs tsconfig.json package-lock.json ../build/page/exporter.wasm)
 for program in node npm; do
   if ! command -v "$program" >/dev/null; then
     echo "page/build.sh: $program is not installed: run scripts/setup.sh program" >&2
@@ -18,13 +20,16 @@ if [[ ! -e $installed || package-lock.json -nt $installed ]]; then
   npm ci --no-audit --no-fund --loglevel=error
   touch "$installed"
 fi
-if [[ ! -e $page || -n $(find src build.mjs tsconfig.json package-lock.json -newer "$page" -print -quit) ]]; then
+exporter/build.sh
+if [[ ! -e ${pages[0]} || ! -e ${pages[1]} || -n $(find "${sources[@]}" -newer "${pages[1]}" -print -quit) ]]; then
   npx --no-install tsc --noEmit
   node build.mjs
 fi
 for program in ../build/*/exportifc ../build/*/exportifc.exe; do
-  beside=$(dirname "$program")/viewer.html
-  if [[ -f $program ]] && ! cmp -s "$page" "$beside"; then
-    cp "$page" "$beside"
-  fi
+  for page in "${pages[@]}"; do
+    beside=$(dirname "$program")/$(basename "$page")
+    if [[ -f $program ]] && ! cmp -s "$page" "$beside"; then
+      cp "$page" "$beside"
+    fi
+  done
 done

@@ -42,6 +42,10 @@ export class Cameras {
     this.controls.addEventListener("change", onChange);
   }
 
+  dispose(): void {
+    this.controls.dispose();
+  }
+
   get inPerspective(): boolean {
     return this.active === this.perspective;
   }

@@ -19,6 +19,7 @@ export interface Columns {
   globalIds: Uint8Array; // one behind the other
   globalIdEnds: Uint32Array;
   ends: Float64Array; // six an element, start and end of its axis in millimetres
+  lost: Uint8Array; // one of its ends is no number, or is beyond all places
   lengths: Float64Array; // millimetres
   round: Uint8Array; // a circle or a tube: its mesh is a polygon
   unknown: Uint8Array; // the exporter had no profile for the section
@@ -36,6 +37,9 @@ export const elementTypes = ["IFCBEAM", "IFCCOLUMN", "IFCMEMBER"] as const satis
 const assemblyKinds: Record<string, Kind> = { Elementos_de_Portico: "frame", Elementos_de_Trelica: "truss" };
 const roundProfiles = ["IFCCIRCLEPROFILEDEF", "IFCCIRCLEHOLLOWPROFILEDEF"];
 const unknownProfile = "UnknownProfile";
+
+/** Millimetres from the origin: the distance to the moon. Squares of it are still numbers of 32 bits. */
+const farthest = 4e11;
 
 /** Reads a file; `progress` is told how much of it is done, from 0 to 1. */
 export function readColumns(file: StepFile, progress: (done: number) => void): { columns: Columns; bars: Bars } {
@@ -55,6 +59,7 @@ export function readColumns(file: StepFile, progress: (done: number) => void): {
     globalIds: new Uint8Array(),
     globalIdEnds: new Uint32Array(count),
     ends: new Float64Array(count * 6),
+    lost: new Uint8Array(count),
     lengths: new Float64Array(count),
     round: new Uint8Array(count),
     unknown: new Uint8Array(count),
@@ -83,6 +88,7 @@ export function readColumns(file: StepFile, progress: (done: number) => void): {
       columns.ends[i * 6 + axis] = start;
       columns.ends[i * 6 + 3 + axis] = start + bars.placements[at + 6 + axis]! * solid.depth;
     }
+    columns.lost[i] = columns.ends.subarray(i * 6, i * 6 + 6).every((value) => Math.abs(value) <= farthest) ? 0 : 1;
     columns.lengths[i] = solid.depth;
     columns.round[i] = roundProfiles.some((type) => file.is(solid.profile, type)) ? 1 : 0;
     file.take(solid.profile);

@@ -7,16 +7,26 @@ import {
   HemisphereLight,
   LineBasicMaterial,
   LineSegments,
+  Vector2,
   WebGLRenderer,
 } from "three";
 
-/** Throws when the browser gives no WebGL. */
-export function startRenderer(canvas: HTMLCanvasElement): WebGLRenderer {
+/** As large as `host`. Throws when the browser gives no WebGL. */
+export function startRenderer(canvas: HTMLCanvasElement, host: HTMLElement): WebGLRenderer {
   const renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
   renderer.setClearColor(0, 0); // the page's own ground shows through
   renderer.autoClear = false; // a picture of many bars is drawn piece by piece
   renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
+  fillHost(renderer, host);
   return renderer;
+}
+
+/** True when the size was another one; setting it empties the picture, which takes a tenth of a second in software. */
+export function fillHost(renderer: WebGLRenderer, { clientWidth, clientHeight }: HTMLElement): boolean {
+  const { x, y } = renderer.getSize(new Vector2());
+  if (clientWidth === 0 || clientHeight === 0 || (clientWidth === x && clientHeight === y)) return false;
+  renderer.setSize(clientWidth, clientHeight, false);
+  return true;
 }
 
 export function makeLights(): { sky: HemisphereLight; head: DirectionalLight } {

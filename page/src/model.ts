@@ -58,6 +58,11 @@ export class Element {
     return this.columns.lengths[this.index]!;
   }
 
+  /** Stands nowhere: a broken model has places that are no numbers. */
+  get lost(): boolean {
+    return this.columns.lost[this.index] === 1;
+  }
+
   /** The exporter had no profile for the section. */
   get unknown(): boolean {
     return this.columns.unknown[this.index] === 1;

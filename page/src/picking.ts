@@ -56,6 +56,7 @@ function enterBox(ray: Ray, bounds: Float32Array, box: number): number | null {
 export function nearestAxis(ray: Ray, elements: Element[], centre: Point, cameras: Cameras, x: number, y: number): Hit | null {
   let best: Hit | null = null;
   for (const element of elements) {
+    if (element.lost) continue;
     const [start, end] = [element.start, element.end].map(
       (p) => new Vector3(p[0] - centre[0], p[1] - centre[1], p[2] - centre[2]),
     ) as [Vector3, Vector3];

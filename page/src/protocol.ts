@@ -3,10 +3,12 @@
 import type { Columns } from "./columns";
 import type { Solids } from "./solids";
 
-/** What stands in the page's data blocks, in base64. */
+/** An exchange file, as it is or packed by gzip: in base64 as pages carry it, or as bytes. */
+export type ModelSource = string | Blob;
+
 export type Request =
-  | { kind: "engine"; packed: string } // its WebAssembly, packed by gzip
-  | { kind: "model"; packed: string }; // the exchange file, as it is or packed by gzip
+  | { kind: "engine"; packed: string } // its WebAssembly, packed by gzip, in base64
+  | { kind: "model"; model: ModelSource };
 
 export type Report =
   | { kind: "progress"; stage: Stage; done: number } // from 0 to 1

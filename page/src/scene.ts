@@ -25,7 +25,7 @@ import { Bodies, drawOnly } from "./bodies";
 import { Cameras, type ViewName } from "./cameras";
 import { Detail, type Part } from "./detail";
 import type { Geometry } from "./geometry";
-import { makeLights, makeLines } from "./graphics";
+import { fillHost, makeLights, makeLines } from "./graphics";
 import type { Element, Model } from "./model";
 import { type Colouring, colourOf, selectedColour, unknownColour } from "./palette";
 import { nearestAxis, nearestOnRay } from "./picking";
@@ -48,13 +48,13 @@ export class View {
   private readonly grid: GridHelper;
   private readonly visible: Uint8Array;
   private selected: Element | null = null;
-  private width = 0;
-  private height = 0;
   private tellFirst: () => void = () => undefined;
   private showsGrid = true;
   private stale = true; // the picture no longer shows what it should
   private scheduled = false; // a drawing will begin
   private busy = false; // a drawing is under way
+  private disposed = false;
+  private readonly observer: ResizeObserver;
 
   constructor(
     private readonly host: HTMLElement,
@@ -91,7 +91,21 @@ export class View {
     this.showSelected();
     this.resize();
     this.look("iso");
-    new ResizeObserver(() => this.resize()).observe(host);
+    this.observer = new ResizeObserver(() => this.resize());
+    this.observer.observe(host);
+  }
+
+  /** Gives back what the graphics hold, and draws no more; the renderer stays for the next view. */
+  dispose(): void {
+    this.disposed = true;
+    this.observer.disconnect();
+    this.cameras.dispose();
+    this.scene.traverse((object) => {
+      const { geometry, material } = object as Mesh;
+      geometry?.dispose();
+      for (const each of [material ?? []].flat()) each.dispose();
+    });
+    this.renderer.clear();
   }
 
   // --- what is drawn ---------------------------------------------------------------------------
@@ -176,7 +190,8 @@ export class View {
   private axisPoints(elements: Element[]): Float32Array {
     const { centre } = this.geometry;
     const points = new Float32Array(elements.length * 6);
-    elements.forEach(({ start, end }, i) => {
+    elements.forEach(({ start, end, lost }, i) => {
+      if (lost) return;
       for (let axis = 0; axis < 3; axis++) {
         points[i * 6 + axis] = start[axis]! - centre[axis]!;
         points[i * 6 + 3 + axis] = end[axis]! - centre[axis]!;
@@ -222,11 +237,7 @@ export class View {
   // --- drawing ---------------------------------------------------------------------------------
 
   private resize(): void {
-    const { clientWidth: width, clientHeight: height } = this.host;
-    if (width === 0 || height === 0 || (width === this.width && height === this.height)) return;
-    [this.width, this.height] = [width, height];
-    this.renderer.setSize(width, height, false);
-    this.redraw();
+    if (fillHost(this.renderer, this.host)) this.redraw();
   }
 
   /** Begins a new picture soon. While a drawing is under way none is added, so that they do not pile up. */
@@ -236,7 +247,7 @@ export class View {
   }
 
   private schedule(): void {
-    if (this.scheduled || this.busy) return;
+    if (this.scheduled || this.busy || this.disposed) return;
     this.scheduled = true;
     requestAnimationFrame(() => void this.step());
   }
@@ -244,6 +255,7 @@ export class View {
   /** Begins a picture or continues one, and goes on until nothing is left to draw. */
   private async step(): Promise<void> {
     this.scheduled = false;
+    if (this.disposed) return;
     this.busy = true;
     const start = performance.now();
     if (this.stale) this.draw();

@@ -122,7 +122,7 @@ class Builder {
     this.bounds = new Float32Array(count * 6);
     this.thickness = new Float32Array(count);
     this.volumes = new Float64Array(count);
-    this.centre = middleOf(columns.ends);
+    this.centre = middleOf(columns);
     for (let i = 0; i < count; i++) this.boundAxis(i);
   }
 
@@ -188,7 +188,7 @@ class Builder {
     const shape = this.shapes[number]!;
     const m = this.matrices.subarray(element * 16, element * 16 + 16);
     m[15] = 1;
-    if (!m.every(Number.isFinite)) return;
+    if (!m.every(Number.isFinite) || this.columns.lost[element]) return;
     const corners = this.corners[number]!;
     for (let axis = 0; axis < 3; axis++) {
       const [a, b, c, d] = [m[axis]!, m[4 + axis]!, m[8 + axis]!, m[12 + axis]!];
@@ -209,7 +209,8 @@ class Builder {
 
   /** An element without a solid is still found and framed by its axis. */
   private boundAxis(element: number): void {
-    const { ends } = this.columns;
+    const { ends, lost } = this.columns;
+    if (lost[element]) return;
     for (let axis = 0; axis < 3; axis++) {
       const a = ends[element * 6 + axis]! - this.centre[axis]!;
       const b = ends[element * 6 + 3 + axis]! - this.centre[axis]!;
@@ -240,10 +241,11 @@ function cornersOf({ positions, edges }: Shape): Float32Array {
   return corners.length > 0 ? Float32Array.from(corners) : positions;
 }
 
-function middleOf(ends: Float64Array): [number, number, number] {
+function middleOf({ ends, lost }: Columns): [number, number, number] {
   const least = [Infinity, Infinity, Infinity];
   const greatest = [-Infinity, -Infinity, -Infinity];
   for (let i = 0; i < ends.length; i++) {
+    if (lost[Math.floor(i / 6)]) continue;
     least[i % 3] = Math.min(least[i % 3]!, ends[i]!);
     greatest[i % 3] = Math.max(greatest[i % 3]!, ends[i]!);
   }

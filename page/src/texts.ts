@@ -84,6 +84,56 @@ const en = {
   keyPlus: "Zoom",
   keyHelp: "This list",
   credits: "Made with three.js (MIT) and web-ifc (MPL-2.0).",
+  exporterName: "exportIFC in the browser",
+  purpose: "This page reads a model of a structure, says what is wrong with it, shows it and makes its IFC file; nothing leaves this computer.",
+  chooseFile: "Choose a file…",
+  orDrop: "or drop it anywhere on the page: a model (JSON or batch text file), an IFC or an IFCzip file",
+  trySample: "Or try a sample:",
+  sampleWarehouse: "Warehouse",
+  sampleFamilies: "All section families",
+  openAnother: "Open…",
+  files: "Files",
+  saveIfc: "IFC",
+  saveZip: "IFCzip",
+  savePage: "Page",
+  saveIfcHint: "Save the IFC file",
+  saveZipHint: "Save the IFC file packed, a fifth to a tenth of its size",
+  savePageHint: "Save a page that shows this model in any browser",
+  packing: "Packing…",
+  saved: "{0} is made; the browser saves it.",
+  notSaved: "{0} could not be made.",
+  languages: "Language",
+  stop: "Stop",
+  stopped: "Stopped.",
+  exporting: "Making the IFC file…",
+  problems: "Problems",
+  noProblems: "No problems",
+  problem: "{0} problem",
+  problemsMany: "{0} problems",
+  noteOne: "{0} note",
+  notesMany: "{0} notes",
+  error: "error",
+  warning: "warning",
+  note: "note",
+  line: "line {0}",
+  bar: "bar {0}",
+  barsFrom: "{0} bars from bar {1}",
+  showBar: "Show bar {0} in the picture",
+  moreProblems: "{0} more…",
+  refused: "{0}: no IFC file can be made of this model. The problems say why.",
+  unreadableModel: "{0} cannot be read.",
+  transliterate: "Replace by plain letters",
+  transliterateWhy: "The IFC file would end at the first of these characters.",
+  transliterated: "The section texts are written in plain letters.",
+  isForeign: "This IFC file was made by another program: it is shown as far as this page can.",
+  onlyFirst: "Only the first of the files was opened.",
+  noWebAssembly: "This browser runs no WebAssembly, so models cannot be read here. IFC files can be looked at; the program exportifc exports on any computer.",
+  tooLargeHere: "{0} is too large for a browser. The program exportifc has no such limit: exportifc export {0}",
+  unreadableFile: "{0} cannot be read: it is a folder, or the file is gone.",
+  emptyFile: "{0} is empty.",
+  badZip: "{0} holds no IFC file, or is damaged.",
+  badExchange: "{0} cannot be shown.",
+  ended: "The exporter stopped unexpectedly at {0}. Other files can still be opened.",
 };
 
 const pt: Record<keyof typeof en, string> = {
@@ -170,17 +220,73 @@ const pt: Record<keyof typeof en, string> = {
   keyPlus: "Aproximar ou afastar",
   keyHelp: "Esta lista",
   credits: "Feito com three.js (MIT) e web-ifc (MPL-2.0).",
+  exporterName: "exportIFC no navegador",
+  purpose: "Esta página lê o modelo de uma estrutura, aponta o que há de errado nele, mostra-o e gera o arquivo IFC; nada sai deste computador.",
+  chooseFile: "Escolher arquivo…",
+  orDrop: "ou solte-o em qualquer lugar da página: um modelo (JSON ou arquivo de texto em lote), um arquivo IFC ou IFCzip",
+  trySample: "Ou experimente um exemplo:",
+  sampleWarehouse: "Galpão",
+  sampleFamilies: "Todas as famílias de seções",
+  openAnother: "Abrir…",
+  files: "Arquivos",
+  saveIfc: "IFC",
+  saveZip: "IFCzip",
+  savePage: "Página",
+  saveIfcHint: "Salvar o arquivo IFC",
+  saveZipHint: "Salvar o arquivo IFC compactado, de um quinto a um décimo do tamanho",
+  savePageHint: "Salvar uma página que mostra este modelo em qualquer navegador",
+  packing: "Compactando…",
+  saved: "{0} está pronto; o navegador o salva.",
+  notSaved: "Não foi possível gerar {0}.",
+  languages: "Idioma",
+  stop: "Parar",
+  stopped: "Interrompido.",
+  exporting: "Gerando o arquivo IFC…",
+  problems: "Problemas",
+  noProblems: "Nenhum problema",
+  problem: "{0} problema",
+  problemsMany: "{0} problemas",
+  noteOne: "{0} nota",
+  notesMany: "{0} notas",
+  error: "erro",
+  warning: "aviso",
+  note: "nota",
+  line: "linha {0}",
+  bar: "barra {0}",
+  barsFrom: "{0} barras a partir da barra {1}",
+  showBar: "Mostrar a barra {0} na imagem",
+  moreProblems: "mais {0}…",
+  refused: "{0}: não é possível gerar um arquivo IFC deste modelo. Os problemas dizem por quê.",
+  unreadableModel: "Não foi possível ler {0}.",
+  transliterate: "Trocar por letras simples",
+  transliterateWhy: "O arquivo IFC terminaria no primeiro destes caracteres.",
+  transliterated: "Os textos das seções estão em letras simples.",
+  isForeign: "Este arquivo IFC é de outro programa: é mostrado até onde esta página consegue.",
+  onlyFirst: "Só o primeiro dos arquivos foi aberto.",
+  noWebAssembly: "Este navegador não executa WebAssembly, por isso não é possível ler modelos aqui. Arquivos IFC podem ser vistos; o programa exportifc exporta em qualquer computador.",
+  tooLargeHere: "{0} é grande demais para um navegador. O programa exportifc não tem esse limite: exportifc export {0}",
+  unreadableFile: "Não foi possível ler {0}: é uma pasta, ou o arquivo não existe mais.",
+  emptyFile: "{0} está vazio.",
+  badZip: "{0} não contém arquivo IFC ou está danificado.",
+  badExchange: "Não é possível mostrar {0}.",
+  ended: "O exportador parou de forma inesperada em {0}. Outros arquivos ainda podem ser abertos.",
 };
 
 export type TextKey = keyof typeof en;
 
-/** Portuguese for a Portuguese browser, English for every other. */
-export const language = /^pt\b/i.test(navigator.language) ? "pt-BR" : "en";
+export type Language = "pt-BR" | "en";
 
-const texts = language === "en" ? en : pt;
+const tables: Record<Language, typeof en> = { "pt-BR": pt, en };
+
+/** Portuguese for a Portuguese browser, English for every other, until somebody chooses. */
+export let language: Language = /^pt\b/i.test(navigator.language) ? "pt-BR" : "en";
+
+export function speak(chosen: Language): void {
+  language = chosen;
+}
 
 export function text(key: TextKey, ...values: (string | number)[]): string {
-  return texts[key].replace(/\{(\d)\}/g, (_, i: string) => String(values[Number(i)]));
+  return tables[language][key].replace(/\{(\d)\}/g, (_, i: string) => String(values[Number(i)]));
 }
 
 export function formatNumber(value: number, least = 0, most = least): string {

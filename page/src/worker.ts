@@ -2,7 +2,7 @@
 
 import { readColumns } from "./columns";
 import { Engine } from "./engine";
-import type { Report, Request, Stage } from "./protocol";
+import type { ModelSource, Report, Request, Stage } from "./protocol";
 import { buildSolids, type Solids } from "./solids";
 import { StepFile } from "./step";
 import { Fault, fromBase64, unpack } from "./unpack";
@@ -17,15 +17,16 @@ let engine: Promise<Engine | null>; // compiled while the model is still on its 
 scope.onmessage = ({ data }) => {
   if (data.kind === "engine") engine = startEngine(data.packed);
   else {
-    read(data.packed).catch((error: unknown) => {
+    read(data.model).catch((error: unknown) => {
       const reason = error instanceof Fault ? error.reason : "unreadable";
       scope.postMessage({ kind: "failed", reason, detail: String(error) });
     });
   }
 };
 
-async function read(model: string): Promise<void> {
-  const bytes = await unpack(fromBase64(model), progressOf("unpacking"));
+async function read(model: ModelSource): Promise<void> {
+  const held = typeof model === "string" ? fromBase64(model) : new Uint8Array(await model.arrayBuffer());
+  const bytes = await unpack(held, progressOf("unpacking"));
   const progress = progressOf("reading");
   const file = new StepFile(bytes, (done) => progress(done / 2));
   const { columns, bars } = readColumns(file, (done) => progress(0.5 + done / 2));

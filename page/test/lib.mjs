@@ -47,6 +47,23 @@ export function modelText(unit, bars) {
   return lines.join("\r\n") + "\r\n";
 }
 
+/** A building of 20 by 20 bays: columns, beams across, beams along and a tube in every fourth line. */
+export function building(count) {
+  const list = [];
+  for (let z = 0; ; z += 3000) {
+    for (let i = 0; i <= 20; i++) {
+      for (let j = 0; j <= 20; j++) {
+        const [x, y] = [i * 6000, j * 6000];
+        const top = [x, y, z + 3000];
+        list.push({ start: [x, y, z], end: top, section: "W 250 146 9.1 6.1" });
+        if (i < 20) list.push({ start: top, end: [x + 6000, y, z + 3000], section: "W 310 165 9.7 5.8" });
+        if (j < 20) list.push({ start: top, end: [x, y + 6000, z + 3000], section: j % 4 === 0 ? "TUBO 168 168 6 6" : "UENR 200 75 20 2.65" });
+        if (list.length >= count) return list.slice(0, count);
+      }
+    }
+  }
+}
+
 /** Exports a batch model through the module; gives the IFC text. */
 export function exported(text, buildFolder) {
   const [host, module] = ["run_host", "libexportIFC.so"].map((file) => join(buildFolder, file));

@@ -3,6 +3,7 @@
 import assert from "node:assert/strict";
 import { gzipSync } from "node:zlib";
 import { barsOf, elementsOf, exported, measured, modelText, openPage, sample, startBrowser, withAssemblies, writePage } from "./lib.mjs";
+import { testExporting, testExportingWithoutGraphics } from "./exporting.test.mjs";
 import { testReader } from "./reader.test.mjs";
 
 const buildFolder = process.argv[2];
@@ -790,6 +791,7 @@ async function testWithoutGraphics() {
     assert.equal(await field(page, "length"), "3.000 mm");
     await close();
   });
+  await testExportingWithoutGraphics(check, blind);
   await blind.close();
 }
 
@@ -799,6 +801,7 @@ await testFamilies();
 await testSolids();
 await testPacking();
 await testFaults();
+await testExporting(check, browser, buildFolder);
 await browser.close();
 await testWithoutGraphics();
 
