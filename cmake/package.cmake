@@ -1,5 +1,5 @@
-# The zip for users: the module, the header for hosts, the program with the viewer's page, the
-# samples and the documents.
+# The zip for users: the page that exports, the module, the header for hosts, the program with the
+# viewer's page, the samples and the documents.
 #
 #   page/build.sh && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
 
@@ -43,6 +43,7 @@ if(EXPORTIFC_PROGRAM)
     message(FATAL_ERROR \"page/dist/viewer.html is missing: run page/build.sh\")
   endif()")
   install(FILES ${page} DESTINATION bin)
+  install(FILES ${CMAKE_SOURCE_DIR}/page/dist/exportifc.html DESTINATION .)
   install(FILES docs/exportifc.1 DESTINATION share/man/man1)
   install(FILES docs/exportifc.bash DESTINATION share/bash-completion/completions RENAME exportifc)
 endif()

@@ -20,7 +20,7 @@ modules = root / "page/node_modules"
 def upstream_version(package):
     """Of a Debian package, without Debian's own part."""
     version = subprocess.run(["dpkg-query", "-W", "-f=${Version}", package], check=True, capture_output=True, text=True)
-    return re.sub(r"(\+ds)?-[^-]*$", "", version.stdout)
+    return re.sub(r"([+~](ds|dfsg))?-[^-]*$", "", version.stdout)
 
 
 def copyright_file(package):
@@ -86,7 +86,8 @@ def runtime_exception():
 def document():
     cli, json_library = upstream_version("libcli11-dev"), upstream_version("nlohmann-json3-dev")
     mingw, gcc = upstream_version("mingw-w64-x86-64-dev"), upstream_version("gcc-12-base")
-    three, web_ifc = npm("three")["version"], npm("web-ifc")["version"]
+    three, web_ifc, fflate = npm("three")["version"], npm("web-ifc")["version"], npm("fflate")["version"]
+    emscripten = upstream_version("emscripten")
     joined = lambda package, *wanted: ["\n\n".join(filter(None, pair)) for pair in notices(package, *wanted)]
     parts = [
         "# What of others is in the packages\n\n"
@@ -95,9 +96,11 @@ def document():
         "itself is its owner's to choose; none is given here.\n\n"
         "| what | version | in | licence |\n|---|---|---|---|\n"
         f"| CLI11 | {cli} | `exportifc`, compiled in | BSD, three clauses |\n"
-        f"| JSON for Modern C++ | {json_library} | `exportifc`, compiled in | MIT |\n"
-        f"| three.js | {three} | `viewer.html` | MIT |\n"
-        f"| web-ifc | {web_ifc} | `viewer.html` | Mozilla Public License 2.0 |\n"
+        f"| JSON for Modern C++ | {json_library} | `exportifc` and `exportifc.html`, compiled in | MIT |\n"
+        f"| three.js | {three} | `viewer.html`, `exportifc.html` | MIT |\n"
+        f"| web-ifc | {web_ifc} | `viewer.html`, `exportifc.html` | Mozilla Public License 2.0 |\n"
+        f"| fflate | {fflate} | `exportifc.html` | MIT |\n"
+        f"| Emscripten's run-time library | {emscripten} | `exportifc.html`, linked statically | MIT, and those below |\n"
         f"| mingw-w64's run-time library and winpthreads | {mingw} | `exportIFC.dll`, `exportifc.exe`, linked statically |"
         " Zope Public License 2.1 and those below |\n"
         f"| libstdc++ and libgcc | {gcc} | the same two, linked statically; their headers everywhere |"
@@ -114,6 +117,12 @@ def document():
                 "engine is compiled with fast_float, tinynurbs, GLM, earcut.hpp, CDT, spdlog, stduuid, unordered_dense and\n"
                 "the run-time library of Emscripten; the npm package carries no notices of theirs.",
                 (modules / "web-ifc/LICENSE.md").read_text(encoding="utf-8")),
+        section(f"fflate {fflate}", "Reads and writes the zip files of the page that exports.",
+                (modules / "fflate/LICENSE").read_text(encoding="utf-8")),
+        section(f"Emscripten {emscripten}",
+                "The C and C++ libraries of the exporter in the page. Parts without a holder are in the public domain.",
+                *joined("emscripten", "*", "system/lib/libc/musl/", "system/lib/libcxx/", "system/lib/libcxxabi/",
+                        "system/lib/compiler-rt/")),
         section(f"mingw-w64 {mingw}",
                 "Start-up code, mathematics, formatting and threads of the Windows files. Parts without a holder are in\n"
                 "the public domain.",

@@ -48,11 +48,12 @@ if [[ -e bin/exportifc.exe ]]; then
 else
   binaries=(bin/exportifc lib/libexportIFC.so)
 fi
-for file in "${binaries[@]}" bin/viewer.html include/exportifc/plugin.h samples/galpao.json \
+for file in "${binaries[@]}" exportifc.html bin/viewer.html include/exportifc/plugin.h samples/galpao.json \
   README.md SECURITY.md THIRD-PARTY.md CHANGELOG.md docs/guia.md docs/host-guide.md; do
   holds "$file is in it" test -s "$file"
 done
 holds "the page is the one that was built" cmp bin/viewer.html "$root/$page"
+holds "so is the page that exports" cmp exportifc.html "$root/page/dist/exportifc.html"
 holds "the README is the package's own" bash -c '! cmp -s "$1" README.md' - "$root/README.md"
 holds "nothing is left to fill in" bash -c '! grep -E "@[A-Za-z_]+@" README.md'
 
