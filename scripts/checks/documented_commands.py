@@ -46,6 +46,7 @@ left_out = {
     "./test.sh ../build/linux": "stage viewer",
     "./pictures.mjs ../build/linux/exportifc": "draws tracked pictures anew, in which each browser differs by a pixel",
     "node bench.mjs ../build/linux": "minutes; measures",
+    "node bench-export.mjs": "minutes; measures",
 }
 
 # A name that no test has is no failure to the programs that look for it.
