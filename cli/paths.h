@@ -7,21 +7,14 @@
 
 namespace exportifc::cli {
 
+// By way of char8_t, which a system whose paths are bytes takes as they are, UTF-8 or not.
 inline std::filesystem::path pathOf(const std::string& utf8) {
-#ifdef _WIN32
   return {std::u8string(utf8.begin(), utf8.end())};
-#else
-  return {utf8};  // paths are bytes
-#endif
 }
 
 inline std::string textOf(const std::filesystem::path& path) {
-#ifdef _WIN32
   const std::u8string utf8 = path.u8string();
   return {utf8.begin(), utf8.end()};
-#else
-  return path.string();
-#endif
 }
 
 /// The extension of a file's name with its point, in lower case.

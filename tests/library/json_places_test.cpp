@@ -162,6 +162,7 @@ TEST(PlacesOf, StopsWhereTheTextIsNoJson) {
   EXPECT_EQ(place("{\"a\": 1, b: 2, \"c\": 3}", "/c"), (Place{1, 1}));
   EXPECT_EQ(place("{\"a\": \"open, \"b\": 2}", "/b"), (Place{1, 1}));
   EXPECT_EQ(place("{\"a\\", "/a"), (Place{1, 1}));
+  EXPECT_EQ(place("{\"a", "/a"), (Place{1, 1}));
   EXPECT_EQ(place("] [1]", "/0"), (Place{}));
   EXPECT_EQ(place("{\"\\u12\": 1}", ""), (Place{1, 1}));
 }

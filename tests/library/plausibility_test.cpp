@@ -310,6 +310,15 @@ TEST(CheckPlausibility, APointHasNoSize) {
             Briefs({"note short-bar", "note small-model"}));
 }
 
+TEST(CheckPlausibility, WithoutExportedBarsKnowsNoSize) {
+  Model model = soundModel();
+  for (ModelBar& bar : model.bars) {
+    bar.visible = false;
+  }
+  model.nodes[0][0] = 1e9F;  // far away, if it were exported
+  EXPECT_EQ(briefs(checkPlausibility(model, visibleOnly)), Briefs());
+}
+
 TEST(CheckPlausibility, WithoutAUnitKnowsNoSize) {
   EXPECT_EQ(notesOf(barBetween({0, 0, 0}, {500, 0, 0}, -1)), Briefs());
 }

@@ -53,6 +53,12 @@ TEST(ProblemText, SaysThePointerOfABarOnce) {
   EXPECT_EQ(problemText(json, all), "/bars: bar 4 (/bars/3): is wrong");
 }
 
+TEST(IsNote, IsOfNotesAlone) {
+  EXPECT_FALSE(isNote({.severity = Severity::error}));
+  EXPECT_FALSE(isNote({.severity = Severity::warning}));
+  EXPECT_TRUE(isNote({.severity = Severity::note}));
+}
+
 TEST(SeverityText, IsForPeopleAndTheCodeForPrograms) {
   EXPECT_EQ(severityText(Severity::error), "error");
   EXPECT_EQ(severityText(Severity::warning), "warning");

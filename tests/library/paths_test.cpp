@@ -1,0 +1,33 @@
+#include "cli/paths.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace exportifc::cli {
+namespace {
+
+TEST(Paths, AreTheTextThatTheUserTypes) {
+  for (const std::string name : {"", "a.json", "sub/ç€😀.json", "C:/x y/z"}) {
+    EXPECT_EQ(textOf(pathOf(name)), name);
+  }
+  EXPECT_EQ(pathOf("sub/ç.json").filename(), pathOf("ç.json"));
+}
+
+TEST(Paths, MayBeBytesThatAreNoUtf8) {
+  const std::string name = "\xE7\xFF.json";
+  if (sizeof(std::filesystem::path::value_type) == sizeof(char)) {
+    EXPECT_EQ(textOf(pathOf(name)), name);
+    EXPECT_EQ(pathOf(name).native().size(), name.size());
+  }
+}
+
+TEST(ExtensionOf, IsInLowerCase) {
+  EXPECT_EQ(extensionOf("a.JSON"), ".json");
+  EXPECT_EQ(extensionOf("a.b/c.Txt"), ".txt");
+  EXPECT_EQ(extensionOf("a.b/c"), "");
+  EXPECT_EQ(extensionOf("a.Ç"), ".Ç");
+}
+
+}  // namespace
+}  // namespace exportifc::cli
