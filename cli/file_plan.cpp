@@ -12,6 +12,7 @@
 #include "cli/paths.h"
 #include "cli/system.h"
 #include "cli/viewer_page.h"
+#include "library/frame/text_sink.h"
 #include "step/step_writer.h"
 
 namespace fs = std::filesystem;
@@ -20,7 +21,7 @@ namespace exportifc::cli {
 
 namespace {
 
-/// What tells one file from all others; empty for what nobody can lose, such as a device.
+/// What tells one file from all others; empty for what cannot be lost, such as a device.
 std::string identityOf(const fs::path& name) {
   std::error_code ignored;
   fs::path there = fs::absolute(behindLinks(name), ignored);
@@ -38,18 +39,6 @@ std::string identityOf(const fs::path& name) {
   }
   return folder.text + "/" + textOf(system::comparable(rest.lexically_normal()));
 }
-
-class TextSink final : public ByteSink {
- public:
-  explicit TextSink(std::string& text) : text_(text) {}
-  bool write(const char* bytes, std::size_t size) override {
-    text_.append(bytes, size);
-    return true;
-  }
-
- private:
-  std::string& text_;
-};
 
 /// How every exchange file of this program begins.
 std::string ownHeader() {

@@ -17,6 +17,7 @@
 #include "library/frame/model_check.h"
 #include "library/frame/model_source.h"
 #include "library/frame/problem_text.h"
+#include "library/frame/text_sink.h"
 #include "library/text/text_encoding.h"
 
 namespace {
@@ -47,22 +48,11 @@ void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
   }
 }
 
-class TextSink final : public ByteSink {
- public:
-  bool write(const char* bytes, std::size_t size) override {
-    text_.append(bytes, size);
-    return true;
-  }
-  const std::string& text() const { return text_; }
-
- private:
-  std::string text_;
-};
-
 std::string written(const exportifc::Model& model) {
-  TextSink sink;
+  std::string text;
+  TextSink sink(text);
   writeJsonModel(model, sink);
-  return sink.text();
+  return text;
 }
 
 fuzz::Model modelOf(const exportifc::Model& told) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -24,6 +25,7 @@
 #include "library/frame/model_export.h"
 #include "library/frame/plausibility.h"
 #include "library/frame/problem_text.h"
+#include "library/frame/text_sink.h"
 
 namespace exportifc::cli {
 
@@ -35,18 +37,6 @@ struct ViewOptions {
   std::string viewerTemplate;
   LoadOptions load;
   bool notes = true;  ///< of a model, the page also shows what is only unusual
-};
-
-class MemorySink final : public ByteSink {
- public:
-  bool write(const char* bytes, std::size_t size) override {
-    content_.append(bytes, size);
-    return true;
-  }
-  const std::string& content() const { return content_; }
-
- private:
-  std::string content_;
 };
 
 constexpr std::string_view exchangeStart = "ISO-10303-21;";
@@ -78,14 +68,15 @@ Shown shownOf(const ViewOptions& options, Console& console) {
   }
   const bool visibleOnly = options.load.visibleOnly;
   const Model model = loadForExport(options.input, options.load, console).model;
-  MemorySink memory;
+  std::string exchangeFile;
+  TextSink sink(exchangeFile);
   Progress progress(console.isWatched(), static_cast<std::int64_t>(model.bars.size()));
   const ExportResult result =
-      exportModel(model, visibleOnly, memory, [&](std::int32_t bar) { return progress.at(bar); });
+      exportModel(model, visibleOnly, sink, [&](std::int32_t bar) { return progress.at(bar); });
   if (!result.complete) {
     throw Failure(exitNotWritten, result.interrupted ? say(texts::stoppedByUser) : result.failure);
   }
-  return {.exchangeFile = memory.content(),
+  return {.exchangeFile = std::move(exchangeFile),
           .notes = options.notes ? notesOn(model, visibleOnly) : std::vector<std::string>{}};
 }
 
