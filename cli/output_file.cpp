@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <system_error>
+#include <utility>
 
 #include "cli/failure.h"
 #include "cli/messages.h"
@@ -91,7 +92,7 @@ std::string readErrorText(const std::string& name, int error) {
     return say(texts::errorMayNotRead);
   }
   if (name.find_first_of("*?") != std::string::npos && !fs::exists(pathOf(name), ignored)) {
-    return say(texts::errorNoMatch);  // or nobody has expanded it, as on Windows
+    return say(texts::errorNoMatch);  // or the shell has not expanded it, as on Windows
   }
   const std::string unlisted = name.substr(0, name.find_last_not_of(",;") + 1);
   if (error == ENOENT && unlisted != name && fs::exists(pathOf(unlisted), ignored)) {
@@ -129,13 +130,20 @@ void MadeFolder::removeEmpty() const {
   }
 }
 
-OutputFile::OutputFile(const std::string& target) : target_(target) {
+OutputFile::OutputFile(std::string target) : target_(std::move(target)) {
   buffer_.reserve(bufferSize);
-  if (isStandardStream(target)) {
-    file_ = system::standardOutput();
+  open();
+  if (failed()) {
+    throw Failure(exitNotWritten, failureText());
+  }
+}
+
+void OutputFile::open() {
+  if (isStandardStream(target_)) {
+    opened(system::standardOutput());
     return;
   }
-  finalPath_ = behindLinks(pathOf(target));
+  finalPath_ = behindLinks(pathOf(target_));
   std::error_code ignored;
   const fs::file_status status = fs::status(finalPath_, ignored);
   // Asked of the system: not every library knows NUL.
@@ -144,21 +152,30 @@ OutputFile::OutputFile(const std::string& target) : target_(target) {
   if (fs::is_directory(status)) {
     error_ = EISDIR;
   } else if (isDevice) {
-    file_ = system::openForWriting(finalPath_);
+    opened(system::openForWriting(finalPath_));
   } else if (fs::exists(status) && !system::isWritable(finalPath_)) {
     error_ = EACCES;
   } else {
-    temporaryPath_ = finalPath_.parent_path() / temporaryName(finalPath_.filename());
-    file_ = system::createFile(temporaryPath_);
-    if (file_ < 0) {
-      temporaryPath_.clear();
-    } else if (fs::exists(status)) {
-      fs::permissions(temporaryPath_, status.permissions(), ignored);
-    }
+    createBeside(status);
   }
-  if (file_ < 0) {
-    error_ = error_ != 0 ? error_ : errno;
-    throw Failure(exitNotWritten, failureText());
+}
+
+void OutputFile::opened(int file) {
+  file_ = file;
+  error_ = file < 0 ? errno : 0;
+}
+
+/// The temporary file, with the permissions of the one that it will replace.
+void OutputFile::createBeside(const fs::file_status& replaced) {
+  const fs::path path = finalPath_.parent_path() / temporaryName(finalPath_.filename());
+  opened(system::createFile(path));
+  if (failed()) {
+    return;
+  }
+  temporaryPath_ = path;
+  if (fs::exists(replaced)) {
+    std::error_code ignored;
+    fs::permissions(path, replaced.permissions(), ignored);
   }
 }
 
@@ -217,8 +234,7 @@ void OutputFile::commit() {
 }
 
 std::string OutputFile::failureText() const {
-  const std::string name =
-      isStandardStream(target_) ? say(texts::standardOutput) : std::string(target_);
+  const std::string name = isStandardStream(target_) ? say(texts::standardOutput) : target_;
   return say(texts::cannotWrite, {name, writeErrorText(target_, error_)});
 }
 

@@ -18,13 +18,13 @@ namespace exportifc::cli {
 class OutputFile final : public ByteSink {
  public:
   /// Opens the output; a Failure names the reason when it cannot be created.
-  explicit OutputFile(const std::string& target);
+  explicit OutputFile(std::string target);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
   /// Removes what was not put in place.
   ~OutputFile() override;
 
-  /// Buffered. False once the system has refused bytes; `error` then holds its reason.
+  /// Buffered: a refusal may come with a later write, or with `commit`. False from then on.
   bool write(const char* bytes, std::size_t size) override;
   bool write(std::string_view text) { return write(text.data(), text.size()); }
 
@@ -32,10 +32,13 @@ class OutputFile final : public ByteSink {
   void commit();
 
   bool failed() const { return error_ != 0; }
-  /// What went wrong, for the user.
+  /// Why, for the user.
   std::string failureText() const;
 
  private:
+  void open();
+  void opened(int file);
+  void createBeside(const std::filesystem::file_status& replaced);
   void flush();
 
   std::string target_;

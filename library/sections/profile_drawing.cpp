@@ -24,7 +24,7 @@ struct ExampleLength {
   float length;  // millimetres
 };
 
-// All different, so that a length tells its dimension.
+// All different, so that a length has one dimension.
 constexpr ExampleLength exampleLengths[] = {
     {depth, 200},
     {width, 90},
@@ -75,7 +75,6 @@ struct Box {
 };
 
 struct DrawnDimension {
-  DimensionUse use;
   std::optional<Segment> segment{};
   bool outside = false;  // drawn beside the section, along one of its extents
 };
@@ -104,15 +103,6 @@ std::vector<double> crossings(const std::vector<std::vector<Point2>>& rings, int
     }
   }
   std::sort(found.begin(), found.end());
-  // A line that runs there and back covers nothing: it joins an outline to its own inner ring.
-  for (std::size_t i = 0; i + 1 < found.size();) {
-    if (std::fabs(found[i + 1] - found[i]) < sameLength) {
-      found.erase(found.begin() + static_cast<std::ptrdiff_t>(i),
-                  found.begin() + static_cast<std::ptrdiff_t>(i) + 2);
-    } else {
-      ++i;
-    }
-  }
   return found;
 }
 
@@ -193,7 +183,7 @@ class Section {
 
   DrawnDimension measured(const DimensionUse& use) const {
     const double length = dims_[static_cast<std::size_t>(use.index)];
-    DrawnDimension dimension{.use = use};
+    DrawnDimension dimension;
     switch (use.meaning) {
       case betweenCentres:
         dimension.segment = Segment{shapes_[1].position, shapes_[0].position};
@@ -298,8 +288,93 @@ std::string dimensionLine(const Segment& s) {
   return text;
 }
 
-constexpr double lane = 24;     // distance of dimension lines
-constexpr double textRow = 15;  // height of a line of text
+constexpr double lane = 24;          // distance of dimension lines
+constexpr double textRow = 15;       // height of a line of text
+constexpr double axisOverhang = 14;  // of the axes beyond the section
+
+/// The material; holes are left out by the even-odd rule.
+std::string material(const Section& section) {
+  std::string path;
+  for (const auto& ring : section.rings()) {
+    const char* command = "M";
+    for (const Point2& point : ring) {
+      path += command + pointText(point);
+      command = " L";
+    }
+    path += " Z ";
+  }
+  return "<path class=\"section\" fill-rule=\"evenodd\" d=\"" + path + "\"/>\n";
+}
+
+/// The ends of the section's axes, which run through the bar's axis.
+Point2 axisEnds(const Box& box) {
+  return {std::max(box.right, 0.0) + axisOverhang, std::max(box.top, 0.0) + axisOverhang};
+}
+
+std::string axes(const Box& box) {
+  const Point2 end = axisEnds(box);
+  return line("axis", {std::min(box.left, 0.0) - axisOverhang, 0}, {end.x, 0}) +
+         line("axis", {0, std::min(box.bottom, 0.0) - axisOverhang}, {0, end.y}) +
+         label({end.x + 3, -4}, "start", "x") + label({0, end.y + 4}, "middle", "y");
+}
+
+/// Around a section, what the next line of each kind may take.
+struct FreePlaces {
+  explicit FreePlaces(const Box& box)
+      : left(box.left - lane - axisOverhang / 2),
+        above(axisEnds(box).y + lane),
+        right(axisEnds(box).x + lane),
+        rightRow(box.top),
+        legendRow(std::min(box.bottom, 0.0) - axisOverhang - 2 * textRow) {}
+
+  double left;       // x of an upright dimension line
+  double above;      // y of a level one
+  double right;      // x of names with a leader
+  double rightRow;   // y of such a name
+  double legendRow;  // y of a line below everything
+};
+
+/// Long ones beside the section, the others inside with a leader to the right.
+std::string drawnDimension(const DrawnDimension& dimension, const std::string& name,
+                           FreePlaces& free) {
+  const Segment& s = *dimension.segment;
+  const Point2 middle{0.5 * (s.from.x + s.to.x), 0.5 * (s.from.y + s.to.y)};
+  const auto beside = [&](const Segment& moved) {
+    return line("thin", s.from, moved.from) + line("thin", s.to, moved.to) + dimensionLine(moved);
+  };
+  if (dimension.outside && std::fabs(s.from.x - s.to.x) < sameLength) {
+    const double x = std::exchange(free.left, free.left - lane);
+    return beside({{x, s.from.y}, {x, s.to.y}}) + label({x - 5, middle.y - 4}, "end", name);
+  }
+  if (dimension.outside && std::fabs(s.from.y - s.to.y) < sameLength) {
+    const double y = std::exchange(free.above, free.above + lane);
+    return beside({{s.from.x, y}, {s.to.x, y}}) + label({middle.x, y + 5}, "middle", name);
+  }
+  const Point2 end{free.right, std::exchange(free.rightRow, free.rightRow - 1.5 * textRow)};
+  return dimensionLine(s) + line("thin", middle, end) +
+         label({end.x + 4, end.y - 4}, "start", name);
+}
+
+/// The sheet around all that is drawn.
+std::string sheet(const std::string& title, const Box& box, const FreePlaces& free,
+                  const std::string& drawn) {
+  constexpr double leastWidth = 330;  // room for the legend
+  const double left = std::min(free.left, box.left - lane) - textRow;
+  const double top = free.above + textRow;
+  const std::string width = coordinate(std::max(free.right + 2 * lane - left, leastWidth));
+  const std::string height = coordinate(top - free.legendRow);
+  return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" + coordinate(left) + " " +
+         coordinate(-top) + " " + width + " " + height + "\" width=\"" + width + "\" height=\"" +
+         height +
+         "\">\n<style>.section{fill:#b8c8d8;stroke:#203040;stroke-width:1}"
+         ".axis{stroke:#c03020;stroke-width:.8;stroke-dasharray:9 3 2 3}"
+         ".dim{stroke:#104080;stroke-width:1}.thin{stroke:#104080;stroke-width:.4}"
+         "text{font:12px sans-serif;fill:#102030}</style>\n"
+         "<rect x=\"" +
+         coordinate(left) + "\" y=\"" + coordinate(-top) + "\" width=\"" + width + "\" height=\"" +
+         height + "\" fill=\"white\"/>\n<title>" + escaped(title) + "</title>\n" + drawn +
+         "</svg>\n";
+}
 
 }  // namespace
 
@@ -316,89 +391,24 @@ std::string drawProfile(const Family& family) {
   const SectionDims dims = exampleDimensions(family);
   const Section section(family, dims);
   const Box& box = section.box();
-  std::string body;
-
-  // The material; holes are left out by the even-odd rule.
-  std::string path;
-  for (const auto& ring : section.rings()) {
-    const char* command = "M";
-    for (const Point2& point : ring) {
-      path += command + pointText(point);
-      command = " L";
-    }
-    path += " Z ";
-  }
-  body += "<path class=\"section\" fill-rule=\"evenodd\" d=\"" + path + "\"/>\n";
-
-  // The section's axes, through the bar's axis.
-  constexpr double axisOverhang = 14;
-  const double axisRight = std::max(box.right, 0.0) + axisOverhang;
-  const double axisTop = std::max(box.top, 0.0) + axisOverhang;
-  body += line("axis", {std::min(box.left, 0.0) - axisOverhang, 0}, {axisRight, 0});
-  body += line("axis", {0, std::min(box.bottom, 0.0) - axisOverhang}, {0, axisTop});
-  body += label({axisRight + 3, -4}, "start", "x");
-  body += label({0, axisTop + 4}, "middle", "y");
-
-  // Dimensions: long ones beside the section, the others inside with a leader to the right.
-  double leftLane = box.left - lane - axisOverhang / 2;
-  double topLane = axisTop + lane;
-  double leaderRow = box.top;
-  const double leaderColumn = axisRight + lane;
+  FreePlaces free(box);
+  std::string drawn = material(section) + axes(box);
   std::string legend;
-  double legendRow = std::min(box.bottom, 0.0) - axisOverhang - 2 * textRow;
+  const auto explain = [&](const std::string& text) {
+    legend += label({box.left - lane, free.legendRow}, "start", text);
+    free.legendRow -= textRow;
+  };
   for (const DimensionUse& use : family.dimensions) {
-    const DrawnDimension dimension = section.measured(use);
     const std::string name = "d" + std::to_string(use.index);
-    legend += label({box.left - lane, legendRow}, "start", name + "  " + meaningText(use.meaning));
-    legendRow -= textRow;
-    if (!dimension.segment) {
-      continue;
-    }
-    const Segment& s = *dimension.segment;
-    const bool upright = std::fabs(s.from.x - s.to.x) < sameLength;
-    const bool level = std::fabs(s.from.y - s.to.y) < sameLength;
-    if (dimension.outside && upright) {
-      const Segment moved{{leftLane, s.from.y}, {leftLane, s.to.y}};
-      body += line("thin", s.from, moved.from) + line("thin", s.to, moved.to) +
-              dimensionLine(moved) +
-              label({leftLane - 5, 0.5 * (s.from.y + s.to.y) - 4}, "end", name);
-      leftLane -= lane;
-    } else if (dimension.outside && level) {
-      const Segment moved{{s.from.x, topLane}, {s.to.x, topLane}};
-      body += line("thin", s.from, moved.from) + line("thin", s.to, moved.to) +
-              dimensionLine(moved) +
-              label({0.5 * (s.from.x + s.to.x), topLane + 5}, "middle", name);
-      topLane += lane;
-    } else {
-      const Point2 middle{0.5 * (s.from.x + s.to.x), 0.5 * (s.from.y + s.to.y)};
-      const Point2 end{leaderColumn, leaderRow};
-      body += dimensionLine(s) + line("thin", middle, end) +
-              label({end.x + 4, end.y - 4}, "start", name);
-      leaderRow -= 1.5 * textRow;
+    explain(name + "  " + meaningText(use.meaning));
+    if (const DrawnDimension dimension = section.measured(use); dimension.segment) {
+      drawn += drawnDimension(dimension, name, free);
     }
   }
-  body += legend;
   if (family.secondSideAnywhere) {
-    body += label({box.left - lane, legendRow}, "start", say(texts::secondSide));
-    legendRow -= textRow;
+    explain(say(texts::secondSide));
   }
-
-  constexpr double leastWidth = 330;  // room for the legend
-  const double left = std::min(leftLane, box.left - lane) - textRow;
-  const double top = topLane + textRow;
-  const double width = std::max(leaderColumn + 2 * lane - left, leastWidth);
-  const double height = top - legendRow;
-  return "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"" + coordinate(left) + " " +
-         coordinate(-top) + " " + coordinate(width) + " " + coordinate(height) + "\" width=\"" +
-         coordinate(width) + "\" height=\"" + coordinate(height) +
-         "\">\n<style>.section{fill:#b8c8d8;stroke:#203040;stroke-width:1}"
-         ".axis{stroke:#c03020;stroke-width:.8;stroke-dasharray:9 3 2 3}"
-         ".dim{stroke:#104080;stroke-width:1}.thin{stroke:#104080;stroke-width:.4}"
-         "text{font:12px sans-serif;fill:#102030}</style>\n"
-         "<rect x=\"" +
-         coordinate(left) + "\" y=\"" + coordinate(-top) + "\" width=\"" + coordinate(width) +
-         "\" height=\"" + coordinate(height) + "\" fill=\"white\"/>\n<title>" +
-         escaped(family.word) + "</title>\n" + body + "</svg>\n";
+  return sheet(family.word, box, free, drawn + legend);
 }
 
 }  // namespace exportifc

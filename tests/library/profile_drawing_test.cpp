@@ -7,6 +7,7 @@
 #include <regex>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -187,6 +188,25 @@ TEST(DrawProfile, WordsWithBracketsAreText) {
   EXPECT_NE(drawing.find("<title>&lt;&gt;</title>"), std::string::npos);
   EXPECT_EQ(drawing.find("<>"), std::string::npos);
   EXPECT_NE(drawProfile(*findFamilyWord("[]")).find("<title>[]</title>"), std::string::npos);
+}
+
+TEST(DrawProfile, AWordWithAnAmpersandIsText) {
+  Family family = *findFamilyWord("W");
+  family.word = "W&B";
+  EXPECT_NE(drawProfile(family).find("<title>W&amp;B</title>"), std::string::npos);
+}
+
+TEST(DrawProfile, ADimensionThatTheShapeDoesNotHaveIsNamedOnly) {
+  const std::pair<const char*, Meaning> foreign[] = {
+      {"W", Meaning::lip}, {"2L", Meaning::betweenCentres}, {"2L", Meaning::overCorners}};
+  for (const auto& [word, meaning] : foreign) {
+    Family family = *findFamilyWord(word);
+    const std::size_t lines = Drawing(drawProfile(family)).lines.size();
+    family.dimensions.push_back({.index = 9, .meaning = meaning});
+    const Drawing drawing(drawProfile(family));
+    EXPECT_EQ(drawing.lines.size(), lines) << word;
+    EXPECT_NE(drawing.text.find(">d9  "), std::string::npos) << word;
+  }
 }
 
 TEST(DrawProfile, IsTheOneOfTheDocuments) {
