@@ -1,10 +1,9 @@
 #include "cli/language.h"
 
 #include <algorithm>
-#include <array>
+#include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "cli/failure.h"
 #include "cli/messages.h"
@@ -15,24 +14,6 @@ namespace exportifc::cli {
 
 namespace {
 
-struct LanguageName {
-  std::string_view name;  ///< small letters without accents
-  Language language;
-};
-
-constexpr std::array names = {
-    LanguageName{"pt", Language::portuguese},
-    LanguageName{"por", Language::portuguese},
-    LanguageName{"portugues", Language::portuguese},
-    LanguageName{"portuguese", Language::portuguese},
-    LanguageName{"en", Language::english},
-    LanguageName{"eng", Language::english},
-    LanguageName{"english", Language::english},
-    LanguageName{"ingles", Language::english},
-    LanguageName{"c", Language::english},
-    LanguageName{"posix", Language::english},
-};
-
 /// The language that a name begins with: "pt", "PT", "pt_BR.UTF-8", "português".
 std::optional<Language> languageNamed(const std::string& name) {
   std::string word = transliterated(toUtf8(name));
@@ -40,9 +21,13 @@ std::optional<Language> languageNamed(const std::string& name) {
   std::transform(word.begin(), word.end(), word.begin(), [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
-  const auto* const row = std::find_if(
-      names.begin(), names.end(), [&](const LanguageName& known) { return known.name == word; });
-  return row != names.end() ? std::optional(row->language) : std::nullopt;
+  for (std::size_t i = 0; i < languageCount && !word.empty(); ++i) {
+    const std::string names = std::string(" ") + texts::languageNames.in[i] + " ";
+    if (names.find(" " + word + " ") != std::string::npos) {
+      return static_cast<Language>(i);
+    }
+  }
+  return std::nullopt;
 }
 
 /// That of the system: any that the program does not have is English.
@@ -53,7 +38,7 @@ Language systemLanguage() {
       return languageNamed(value).value_or(Language::english);
     }
   }
-  return system::userLanguage();
+  return languageNamed(system::userLanguage()).value_or(Language::english);
 }
 
 }  // namespace

@@ -70,8 +70,8 @@ std::string manualPage(const CLI::App& app) {
   const auto variable = [](const char* names, const Text& text) {
     return ".TP\n.B " + std::string(names) + "\n" + roff(say(text)) + "\n";
   };
-  return ".\\\" Made by exportifc \\-\\-man; do not edit.\n.TH EXPORTIFC 1 \"\" "
-         "\"exportifc " EXPORTIFC_VERSION "\"\n" +
+  return ".\\\" " + roff(say(texts::manualMade)) +
+         "\n.TH EXPORTIFC 1 \"\" \"exportifc " EXPORTIFC_VERSION "\"\n" +
          section(say(texts::manualName),
                  std::string("exportifc \\- ") + say(texts::manualTitle) + "\n") +
          section(say(texts::manualSynopsis), std::string(".B exportifc ") +
@@ -125,8 +125,8 @@ std::string bashCompletion(const CLI::App& app) {
     cases += "    " + command->get_name() + ") words=\"" + words(*command) +
              (takesFamily ? quotedFamilies() : "") + "\" ;;\n";
   }
-  return "# Completion of exportifc for bash; made by exportifc --completion, do not edit.\n"
-         "_exportifc() {\n"
+  return std::string("# ") + say(texts::completionMade) +
+         "\n_exportifc() {\n"
          "  local current=${COMP_WORDS[COMP_CWORD]} words\n"
          "  case ${COMP_WORDS[1]} in\n" +
          cases + "    *) words=\"" + commands + words(app) +

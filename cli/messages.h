@@ -203,7 +203,16 @@ inline constexpr Text helpExitCodes{
     "que não é modelo, 4 saída não gravada; de vários modelos, todos são feitos e vale o maior "
     "código"};
 
+// ---- languages
+/// The names that variables and systems give a language: small letters without accents.
+inline constexpr Text languageNames{"en eng english ingles c posix", "pt por portugues portuguese"};
+
 // ---- manual
+inline constexpr Text manualMade{"Made by exportifc --man; do not edit.",
+                                 "Feito por exportifc --man; não edite."};
+inline constexpr Text completionMade{
+    "Completion of exportifc for bash; made by exportifc --completion, do not edit.",
+    "Autocompletar de exportifc para bash; feito por exportifc --completion, não edite."};
 inline constexpr Text manualName{"NAME", "NOME"};
 inline constexpr Text manualTitle{"export structural models as IFC2X3 files",
                                   "exporta modelos de estruturas como arquivos IFC2X3"};

@@ -26,8 +26,9 @@ bool interrupted();
 /// A variable of the environment as UTF-8; empty when it is not set.
 std::string variable(const char* name);
 
-/// The language that the user has chosen for the system, apart from variables.
-Language userLanguage();
+/// The language that the user has chosen for the system, apart from variables: "pt-BR"; empty
+/// when it has none.
+std::string userLanguage();
 
 bool inputIsTerminal();
 bool outputIsTerminal();

@@ -88,9 +88,10 @@ std::string variable(const char* name) {
   return value != nullptr ? utf8(value) : "";
 }
 
-Language userLanguage() {
-  return PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_PORTUGUESE ? Language::portuguese
-                                                                      : Language::english;
+std::string userLanguage() {
+  wchar_t name[LOCALE_NAME_MAX_LENGTH] = L"";
+  LCIDToLocaleName(GetUserDefaultUILanguage(), name, LOCALE_NAME_MAX_LENGTH, 0);
+  return utf8(name);
 }
 
 bool inputIsTerminal() { return isConsole(STD_INPUT_HANDLE); }
@@ -154,7 +155,7 @@ int openForWriting(const std::filesystem::path& path) {
 int standardOutput() { return _fileno(stdout); }
 
 bool writeAll(int file, const char* bytes, std::size_t size) {
-  // Not by _write: of a disk that takes only a part it may tell another error.
+  // Not by _write, which may give another error for a disk that takes only a part.
   void* const handle = reinterpret_cast<void*>(_get_osfhandle(file));
   constexpr std::size_t largestPiece = 1U << 20;
   while (size > 0) {

@@ -75,19 +75,12 @@ bool looksLikeSection(const std::string& text) {
 }
 
 /// As much of a line as fits a message.
-std::string shown(std::string_view text) {
-  constexpr std::size_t longest = 60;
-  return toUtf8(text.substr(0, longest)) + (text.size() > longest ? "…" : "");
-}
+std::string shown(std::string_view text) { return excerpt(toUtf8(text)); }
 
 std::string shortest(float value) {
   std::array<char, 32> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-  std::string text(buffer.data(), end.ptr);
-  if (language() == Language::portuguese) {
-    std::replace(text.begin(), text.end(), '.', ',');
-  }
-  return text;
+  return withDecimalSign({buffer.data(), end.ptr});
 }
 
 }  // namespace
@@ -263,7 +256,7 @@ void BatchLines::finish() {
     pieces_.clear();
     line(last);
   }
-  // The last bar may lack the lines that nobody reads.
+  // The last bar may lack the lines that are not read.
   const std::int64_t rest = (lines_ - headerLines) % barLines;
   if (rest > std::int64_t{sectionLine}) {
     std::fill(bar_.begin() + rest, bar_.end(), std::string());

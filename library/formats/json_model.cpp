@@ -50,12 +50,7 @@ std::string shown(const Scalar& value) {
     case Scalar::Kind::real: return std::string(value.text);
     case Scalar::Kind::text: break;
   }
-  constexpr std::size_t longest = 60;
-  std::string text(value.text.substr(0, longest));
-  while (!isUtf8(text)) {
-    text.pop_back();  // not in the middle of a character
-  }
-  return '"' + text + (value.text.size() > longest ? "…\"" : "\"");
+  return '"' + excerpt(value.text) + '"';
 }
 
 // Keys of each kind of object; the first `required` of them must be there.
@@ -436,7 +431,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
     case In::section: sectionValue(value); break;
     case In::bar: barValue(value); break;
     case In::node:
-      // All are counted: whether it is four, five or six tells what was meant.
+      // All are counted: the message says whether it is four, five or six.
       (item_ < node_.size() ? node_[item_] : node_.back()) = number(value);
       ++item_;
       break;

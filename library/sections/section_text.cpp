@@ -242,11 +242,7 @@ std::string millimetreText(double value) {
   if (text.ends_with('.')) {
     text.pop_back();
   }
-  if (const auto point = text.find('.');
-      point != std::string::npos && language() == Language::portuguese) {
-    text[point] = ',';
-  }
-  return text;
+  return withDecimalSign(std::move(text));
 }
 
 bool looksGrouped(std::string_view number) {

@@ -5,6 +5,10 @@
 
 namespace exportifc::texts {
 
+// ---- numbers, one character each
+inline constexpr Text decimalSign{".", ","};
+inline constexpr Text thousandsSign{",", "."};
+
 // ---- kinds of message
 inline constexpr Text error{"error", "erro"};
 inline constexpr Text warning{"warning", "aviso"};

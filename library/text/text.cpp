@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <stdexcept>
+#include <utility>
 
 #include "library/text/messages.h"
 
@@ -15,16 +16,13 @@ thread_local std::optional<Language> ofThread;
 
 /// Digits as a program writes them ("-1234.5") as people of the language do ("-1,234.5").
 std::string inLanguage(std::string digits) {
-  const bool portuguese = language() == Language::portuguese;
-  const std::size_t point = digits.find('.');
-  if (point != std::string::npos && portuguese) {
-    digits[point] = ',';
-  }
+  const std::size_t whole = std::min(digits.find('.'), digits.size());
+  digits = withDecimalSign(std::move(digits));
   const std::size_t first = digits.starts_with('-') ? 1 : 0;
   constexpr std::size_t group = 3;
-  for (std::size_t at = std::min(point, digits.size()); at > first + group;) {
+  for (std::size_t at = whole; at > first + group;) {
     at -= group;
-    digits.insert(at, 1, portuguese ? '.' : ',');
+    digits.insert(at, say(texts::thousandsSign));
   }
   return digits;
 }
@@ -39,13 +37,11 @@ SpokenLanguage::SpokenLanguage(Language language) : before_(ofThread) { ofThread
 
 SpokenLanguage::~SpokenLanguage() { ofThread = before_; }
 
-const char* say(const Text& text) {
-  return language() == Language::portuguese ? text.portuguese : text.english;
-}
+const char* say(const Text& text) { return text.in[static_cast<std::size_t>(language())]; }
 
 std::string fill(const Text& text, std::span<const std::string_view> values) {
   if (values.size() != text.values) {
-    throw std::logic_error(std::string("wrong number of values for: ") + text.english);
+    throw std::logic_error(std::string("wrong number of values for: ") + say(text));
   }
   std::string filled;
   std::string_view rest = say(text);
@@ -60,6 +56,11 @@ std::string fill(const Text& text, std::span<const std::string_view> values) {
     }
   }
   return filled;
+}
+
+std::string withDecimalSign(std::string digits) {
+  std::replace(digits.begin(), digits.end(), '.', *say(texts::decimalSign));
+  return digits;
 }
 
 std::string numberText(std::int64_t value) { return inLanguage(std::to_string(value)); }

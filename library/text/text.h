@@ -13,6 +13,7 @@
 namespace exportifc {
 
 enum class Language : std::uint8_t { english, portuguese };
+inline constexpr std::size_t languageCount = 2;
 
 /// A place in a text for a value: "{0}" stands for the first one, "{0:bar|bars}" for the word
 /// that goes with it. No other brace is a place.
@@ -68,15 +69,16 @@ constexpr std::size_t valueCount(std::string_view text) {
 
 /// One text in each language; those that do not take the same values do not compile.
 struct Text {
-  consteval Text(const char* inEnglish, const char* inPortuguese)
-      : english(inEnglish), portuguese(inPortuguese), values(valueCount(inEnglish)) {
-    if (valueCount(inPortuguese) != values) {
-      throw "the languages of a text take different values";  // NOLINT: as above
+  consteval Text(const char* english, const char* portuguese)
+      : in{english, portuguese}, values(valueCount(english)) {
+    for (const char* const text : in) {
+      if (valueCount(text) != values) {
+        throw "the languages of a text take different values";  // NOLINT: as above
+      }
     }
   }
 
-  const char* english;
-  const char* portuguese;
+  const char* in[languageCount];  ///< in the order of `Language`
   std::size_t values;
 };
 
@@ -131,6 +133,9 @@ std::string say(std::type_identity_t<TextWith<Count>> text,
 /// A whole number with its thousands grouped, a number with decimals.
 std::string numberText(std::int64_t value);
 std::string decimalText(double value, int decimals);
+
+/// Digits as programs write them, "-1234.5", with the decimal sign of the language.
+std::string withDecimalSign(std::string digits);
 
 /// "1 bar", "2 bars".
 std::string barsText(std::int64_t count);

@@ -17,6 +17,9 @@ std::size_t sequenceLength(unsigned char lead) {
   return 0;
 }
 
+/// Whether the byte goes on with a sequence that another one began.
+bool isInside(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
 // Windows-1252 from 0x80 to 0x9F; 0 where it has no character.
 constexpr std::array<char32_t, 32> windows1252 = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
@@ -73,7 +76,7 @@ bool isUtf8(std::string_view bytes) {
     const std::size_t length = sequenceLength(lead);
     if (length == 0 || length > bytes.size()) return false;
     for (std::size_t i = 1; i < length; ++i) {
-      if ((static_cast<unsigned char>(bytes[i]) & 0xC0) != 0x80) return false;
+      if (!isInside(bytes[i])) return false;
     }
     // Overlong forms, surrogates and what lies above U+10FFFF.
     const auto second = length > 1 ? static_cast<unsigned char>(bytes[1]) : 0U;
@@ -195,6 +198,18 @@ std::string_view firstCharacters(std::string_view utf8, std::size_t count) {
     takeCharacter(rest);
   }
   return utf8.substr(0, utf8.size() - rest.size());
+}
+
+std::string excerpt(std::string_view utf8) {
+  constexpr std::size_t longest = 60;
+  if (utf8.size() <= longest) {
+    return std::string(utf8);
+  }
+  std::size_t end = longest;
+  while (isInside(utf8[end])) {
+    --end;
+  }
+  return std::string(utf8.substr(0, end)) + "…";
 }
 
 std::size_t characterCount(std::string_view utf8) {

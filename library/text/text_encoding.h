@@ -28,11 +28,16 @@ std::string withVisibleBlanks(std::string_view utf8);
 /// where a section name has one.
 std::string firstUnwritable(std::string_view utf8);
 
-/// ASCII that people read as the same: ç to c, Ø to O, × to x; what has no such form becomes "?".
+/// ASCII that people read as the same: ç to c, Ø to O, × to x. Accents that are characters of
+/// their own fall away; what has no such form becomes "?".
 std::string transliterated(std::string_view utf8);
 
 /// So many characters of the front of valid UTF-8 text; all of it when it has no more.
 std::string_view firstCharacters(std::string_view utf8, std::size_t count);
+
+/// As much of valid UTF-8 text as fits a message, 60 bytes of whole characters; "…" stands for the
+/// rest.
+std::string excerpt(std::string_view utf8);
 
 /// Number of characters; a host's record counts them in bytes of Windows-1252.
 std::size_t characterCount(std::string_view utf8);

@@ -216,6 +216,7 @@ TEST(BatchLines, ShowLongValuesShortened) {
   EXPECT_EQ(valueOf(sixty), sixty);
   EXPECT_EQ(valueOf(sixty + "y"), sixty + "…");
   EXPECT_EQ(valueOf("caf\xE9"), "café");
+  EXPECT_EQ(valueOf(sixty.substr(1) + "çy"), sixty.substr(1) + "…");
 }
 
 TEST(BatchLines, NameTwentyValuesOneByOne) {

@@ -123,6 +123,32 @@ TEST(CharacterCount, CountsCharacters) {
   EXPECT_EQ(characterCount("aç€😀z"), 5U);
 }
 
+TEST(FirstCharacters, CutsBetweenCharacters) {
+  const std::string text = "aç€😀z";
+  EXPECT_EQ(firstCharacters(text, 0), "");
+  EXPECT_EQ(firstCharacters(text, 1), "a");
+  EXPECT_EQ(firstCharacters(text, 3), "aç€");
+  EXPECT_EQ(firstCharacters(text, 5), text);
+  EXPECT_EQ(firstCharacters(text, 6), text);
+}
+
+TEST(Excerpt, IsTheTextAsFarAsItFits) {
+  const std::string sixty(60, 'x');
+  EXPECT_EQ(excerpt(""), "");
+  EXPECT_EQ(excerpt(sixty), sixty);
+  EXPECT_EQ(excerpt(sixty + "y"), sixty + "…");
+}
+
+TEST(Excerpt, CutsBetweenCharacters) {
+  for (const std::string character : {"ç", "€", "😀"}) {
+    for (std::size_t outside = 0; outside <= character.size(); ++outside) {
+      const std::string before(60 - character.size() + outside, 'x');
+      const std::string fitting = outside == 0 ? before + character : before;
+      EXPECT_EQ(excerpt(before + character + "y"), fitting + "…");
+    }
+  }
+}
+
 // ---- wide text
 
 TEST(Utf8OfWideText, IsTheSameText) {
