@@ -58,6 +58,7 @@ reproducible   | full  | windows       | scripts/checks/reproducible.sh
 ctest          | quick | linux         | scripts/checks/ctest.sh build/linux
 figures        | quick |               | scripts/figures.py --check
 headers        | quick |               | scripts/checks/headers.sh
+rooms          | quick |               | scripts/checks/rooms.py
 fixed-shapes   | quick |               | scripts/checks/fixed_shapes.sh
 format         | quick |               | scripts/checks/format.sh
 shellcheck     | quick |               | scripts/checks/shellcheck.sh

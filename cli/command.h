@@ -22,6 +22,9 @@ struct Command {
   std::function<ExitCode(Console& console)> run;  ///< with the options that were parsed
 };
 
+/// Makes one, with its options, on the program's parser.
+using MakeCommand = Command(CLI::App& program);
+
 /// A command without options yet.
 CLI::App& addCommand(CLI::App& program, const char* name, const Text& help);
 

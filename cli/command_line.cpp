@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -8,7 +9,6 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/arguments.h"
-#include "cli/commands/commands.h"
 #include "cli/failure.h"
 #include "cli/manual.h"
 #include "cli/messages.h"
@@ -16,11 +16,6 @@
 namespace exportifc::cli {
 
 namespace {
-
-/// In the order of the help.
-constexpr Command (*commands[])(CLI::App& program) = {
-    addExport, addCheck, addProfiles, addConvert, addView,
-};
 
 constexpr const char* hidden = "";
 
@@ -41,7 +36,7 @@ std::shared_ptr<CLI::Formatter> helpFormatter() {
 /// The program's options and commands.
 class CommandLine {
  public:
-  explicit CommandLine(Console& console) : console_(console) {
+  CommandLine(std::span<MakeCommand* const> commands, Console& console) : console_(console) {
     app_.formatter(helpFormatter());
     app_.option_defaults()->group(say(texts::helpOptions))->disable_flag_override();
     app_.set_help_flag("-h,--help", say(texts::helpHelp))->group(say(texts::helpOptions));
@@ -51,7 +46,7 @@ class CommandLine {
     app_.footer(say(texts::helpExitCodes));
     app_.require_subcommand(0, 1);
     app_.allow_windows_style_options(false);  // "/tmp/x" is a path
-    for (const auto add : commands) {
+    for (MakeCommand* const add : commands) {
       commands_.push_back(add(app_));
     }
   }
@@ -111,8 +106,9 @@ class CommandLine {
 
 }  // namespace
 
-ExitCode runCommandLine(const Arguments& arguments, Console& console) {
-  return CommandLine(console).run(arguments);
+ExitCode runCommandLine(std::span<MakeCommand* const> commands, const Arguments& arguments,
+                        Console& console) {
+  return CommandLine(commands, console).run(arguments);
 }
 
 }  // namespace exportifc::cli

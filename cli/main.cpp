@@ -1,5 +1,6 @@
 // exportifc: the export for people who work without the host.
 #include "cli/command_line.h"
+#include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/language.h"
 #include "cli/system.h"
@@ -12,6 +13,6 @@ int main(int argc, char** argv) {
     chooseLanguage();
     Arguments arguments = system::arguments(argc, argv);
     arguments.erase(arguments.begin());
-    return runCommandLine(arguments, console);
+    return runCommandLine(allCommands, arguments, console);
   });
 }

@@ -1,14 +1,19 @@
-// The commands of the program: each adds itself, with its options.
+// The commands of the program: a file beside this one for each.
 #pragma once
 
 #include "cli/command.h"
 
 namespace exportifc::cli {
 
-Command addExport(CLI::App& program);
-Command addCheck(CLI::App& program);
-Command addProfiles(CLI::App& program);
-Command addConvert(CLI::App& program);
-Command addView(CLI::App& program);
+MakeCommand addExport;
+MakeCommand addCheck;
+MakeCommand addProfiles;
+MakeCommand addConvert;
+MakeCommand addView;
+
+/// In the order of the help.
+inline constexpr MakeCommand* allCommands[] = {
+    addExport, addCheck, addProfiles, addConvert, addView,
+};
 
 }  // namespace exportifc::cli
