@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Tests of the command-line program.
 
-    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [--whole-names] [NAME...]
+    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [--data] [--whole-names] [NAME...]
     tests/cli/run.py PROGRAM [--wine] --list
 
 PROGRAM lies in its build folder, beside the module, run_host and tests/cli/callback_host.
 --wine runs it (and them) under Wine; with --native, what the native program writes is compared too.
+--data: only the cases that are data, which need the program alone.
 NAME: only the tests whose name contains it, or with --whole-names those of that name. --list prints
 the names. The cases that are data stand in cases/, one file a subject.
 Ends with "N passed, N failed".
@@ -423,6 +424,12 @@ def a_full_device():
     result = run("export", MODELS / "one.json", "-o", "/dev/full")
     equal((result.returncode, text(result.stderr)),
           (4, "exportifc: error: cannot write /dev/full: no space left on the disk\n"), "/dev/full")
+    said = "exportifc: error: cannot write standard output: no space left on the disk\n"
+    for arguments, lines in ((["profiles"], 1), (["export", "one.json", "kinds.json", "--jobs", "2"], 2)):
+        with folder() as path, open("/dev/full", "wb") as full:
+            result = subprocess.run(command(options.program, *arguments), cwd=path, stdout=full, stderr=subprocess.PIPE,
+                                    env=environment(), timeout=60)
+        equal((result.returncode, text(result.stderr)), (4, said * lines), f"{arguments} on standard output")
 
 
 @native_only
@@ -791,6 +798,17 @@ def the_model_of_the_documentation_is_exported():
 
 
 @native_only
+def variables_of_the_system_choose_the_language():
+    for variables, said in (({}, "command"), ({"LANG": "pt_BR.UTF-8"}, "comando"), ({"LANG": "de_DE.UTF-8"}, "command"),
+                            ({"LC_ALL": "en_US", "LANG": "pt_BR"}, "command"),
+                            ({"LC_MESSAGES": "pt", "LANG": "en_US"}, "comando"),
+                            ({"LC_ALL": "", "LANG": "pt"}, "comando")):
+        env = {name: value for name, value in environment().items() if name != "EXPORTIFC_LANG"} | variables
+        result = subprocess.run(command(options.program, "x"), capture_output=True, env=env, timeout=60)
+        check(f' {said}' in text(result.stderr), f"{variables}: {text(result.stderr)}")
+
+
+@native_only
 def help_and_manual_speak_one_language():
     commands = ["export", "check", "profiles", "convert", "view"]
     calls = [["--help"], ["--man"], *([name, "--help"] for name in commands)]
@@ -825,6 +843,7 @@ def main():
     parser.add_argument("names", nargs="*")
     parser.add_argument("--wine", action="store_true")
     parser.add_argument("--native", type=Path)
+    parser.add_argument("--data", action="store_true")
     parser.add_argument("--whole-names", action="store_true")
     parser.add_argument("--list", action="store_true")
     options = parser.parse_intermixed_args()
@@ -841,7 +860,8 @@ def main():
               for case in cases if "err_pt" in case]
     faults = [fault for file in files for fault in tomllib.loads(file.read_text()).get("fault", [])]
     everything = [(case["name"], lambda case=case: run_case(case)) for case in cases] + \
-        [("codes: " + fault["name"], lambda fault=fault: run_fault(fault)) for fault in faults] + tests
+        [("codes: " + fault["name"], lambda fault=fault: run_fault(fault)) for fault in faults] + \
+        ([] if options.data else tests)
     if options.wine:
         everything = [(name, function) for name, function in everything if not getattr(function, "native_only", False)]
     twice = [name for name, count in collections.Counter(name for name, _ in everything).items() if count > 1]
