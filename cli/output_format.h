@@ -21,7 +21,7 @@ extern const OutputKind exchangeFileKind;
 extern const OutputKind pageKind;
 
 /// Refuses an output whose extension names another of these kinds than the one to be written: a
-/// model under the name of an IFC file helps nobody, and an IFC file under that of a model may have
+/// model under the name of an IFC file helps no one, and an IFC file under that of a model may have
 /// replaced one. Letter case does not matter; a name without extension, or with one that is none of
 /// the program's, takes any kind. Throws a Failure (exitBadUse).
 void requireExtension(const std::string& output, const OutputKind& written);

@@ -34,7 +34,7 @@ struct JsonSurroundings {
 /// and how it is written right; nothing for a fault without a name of its own.
 std::optional<Problem> nameFault(const JsonSurroundings& around);
 
-/// The text of a model as the parser reads it, which can tell where the parser is and what stands
+/// The text of a model as the parser reads it, which knows where the parser is and what stands
 /// around it. Holds one piece of the text and the end of the one before.
 class JsonText final : public std::streambuf {
  public:

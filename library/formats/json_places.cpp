@@ -36,7 +36,7 @@ class WantedTree {
     return node;
   }
 
-  /// The node of `piece` inside of `node`; none when nobody wants it.
+  /// The node of `piece` inside of `node`; none when it is not wanted.
   std::size_t inner(std::size_t node, const std::string& piece) const {
     if (node == none) {
       return none;

@@ -1,4 +1,4 @@
-// A whole model in memory, as the model files tell it.
+// A whole model in memory, as a model file has it.
 #pragma once
 
 #include <algorithm>

@@ -137,12 +137,12 @@ std::string otherThanText(const ModelSection& section, const Family& family,
     return {};
   }
   const auto pieces = sectionPieces(section.text);
-  const bool isTold = std::any_of(pieces.begin(), pieces.end(), [&](const SectionPiece& piece) {
+  const bool textHasIt = std::any_of(pieces.begin(), pieces.end(), [&](const SectionPiece& piece) {
     return piece.index == use.index && piece.kind == SectionPiece::Kind::number;
   });
-  const float told = parseSectionDims(section.text)[static_cast<std::size_t>(use.index)];
-  return isTold && told != section.dims[static_cast<std::size_t>(use.index)]
-             ? say(texts::noteTextDims, {section.text, millimetreText(double{told}),
+  const float inText = parseSectionDims(section.text)[static_cast<std::size_t>(use.index)];
+  return textHasIt && inText != section.dims[static_cast<std::size_t>(use.index)]
+             ? say(texts::noteTextDims, {section.text, millimetreText(double{inText}),
                                          dimensionText(family, use.index), valueText(section, use)})
              : std::string();
 }

@@ -232,7 +232,7 @@ class SectionCheck {
   int given_ = 0;  // pieces of the text
   bool saidOrder_ = false;
   bool isGlued_ = false;
-  std::array<bool, SectionDims{}.size()> unread_{};  // told already: not what is written
+  std::array<bool, SectionDims{}.size()> unread_{};  // said already: not what is written
 };
 
 }  // namespace

@@ -32,8 +32,8 @@ struct Family {
 /// All families, in the order of the module's table.
 std::span<const Family> families();
 
-/// Of a family, or of one of its halves, which a section text may begin with, too. Null when nobody
-/// knows the word.
+/// Of a family, or of one of its halves, which a section text may begin with, too. Null for an
+/// unknown word.
 const Family* findFamilyWord(std::string_view word);
 
 /// The known word that is probably meant; empty when none comes close.

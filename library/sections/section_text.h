@@ -37,14 +37,14 @@ std::string millimetreText(double value);
 bool looksGrouped(std::string_view number);
 
 /// The text as it was probably meant: a known family word, single blanks, plain numbers. Empty when
-/// that cannot be told. Dimensions that the family reads may still be missing.
+/// that cannot be said. Dimensions that the family reads may still be missing.
 std::string correctedText(const std::string& text);
 
 /// What a corrected text still lacks: ", and also d3 (thickness)"; empty when nothing.
 std::string stillMissing(const std::string& text);
 
-/// What to do about a text whose family word nobody knows, as the end of a sentence: why it is not
-/// known, what to write instead, or the nearest word. Empty when there is nothing to say.
+/// What to do about a text whose family word is not known, as the end of a sentence: why it is
+/// not, what to write instead, or the nearest word. Empty when there is nothing to say.
 std::string familyAdvice(const std::string& text);
 
 /// The name of a dimension of the family with what it measures: "d2 (flange thickness)".
