@@ -28,7 +28,7 @@ export class Page {
   constructor(
     readonly model: Model,
     readonly renderer: WebGLRenderer | null,
-    readonly told: string[],
+    private readonly told: string[],
   ) {
     inspection.model = model;
     // One group only, as in a file without assemblies: sections tell more than groups.

@@ -65,11 +65,11 @@ export class Viewer {
   }
 
   /** Says everything anew, in the language that is now spoken. */
-  relabel(): void {
+  relabel(notes: string[]): void {
     const old = this.page;
     if (!old) return;
     old.close();
-    this.page = new Page(old.model, old.renderer, old.told);
+    this.page = new Page(old.model, old.renderer, notes);
     if (old.geometry) this.page.addGeometry(old.geometry);
   }
 

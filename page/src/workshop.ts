@@ -46,7 +46,9 @@ export class Workshop {
   );
   private readonly chooser = make("input", { type: "file", id: "chooser", class: "unseen", tabindex: -1 });
   private opened: Opened | null = null;
-  private running: Running | null = null;
+  private opening: Running | null = null;
+  private checking: Running | null = null;
+  private readonly saving = new Set<Running>();
   private refusal: Refusal | null = null;
   private status: Refusal = () => "";
 
@@ -105,7 +107,7 @@ export class Workshop {
     this.progress.at("exporting", 0);
     this.render();
     byId("stop").focus();
-    this.run(this.modelJob("open"), (report) => this.take(report));
+    this.opening = this.jobs.start(this.modelJob("open"), (report) => this.take(report));
   }
 
   private modelJob(kind: "open" | "check"): Job {
@@ -114,13 +116,9 @@ export class Workshop {
     return { kind, file: source, name, choices, exporter: this.exporter };
   }
 
-  private run(job: Job, take: (report: JobReport) => void): void {
-    this.running?.stop();
-    this.running = this.jobs.start(job, take);
-  }
-
   private take(report: JobReport): void {
     const opened = this.opened!;
+    if (report.kind === "done" || report.kind === "failed") this.opening = null;
     if (report.kind === "progress") this.progress.at("exporting", report.done);
     else if (report.kind === "failed") this.refuseFor(report.reason, report.detail);
     else if (report.kind === "findings") {
@@ -139,7 +137,7 @@ export class Workshop {
 
   /** What stands above the lists of the picture; what is wrong with a model has a list of its own. */
   private notes(): string[] {
-    return this.opened!.origin === "foreign" ? [text("isForeign")] : [];
+    return this.opened?.origin === "foreign" ? [text("isForeign")] : [];
   }
 
   private arrived(): void {
@@ -155,9 +153,7 @@ export class Workshop {
   }
 
   private refuse(refusal: Refusal): void {
-    this.running?.stop();
-    this.viewer.clear();
-    this.progress.hide();
+    this.endWork();
     this.refusal = refusal;
     this.render();
     (document.getElementById("transliterate") ?? byId("choose")).focus();
@@ -174,11 +170,17 @@ export class Workshop {
   }
 
   private clear(): void {
-    this.running?.stop();
-    this.viewer.clear();
-    this.progress.hide();
+    this.endWork();
     this.opened = null;
     this.refusal = null;
+  }
+
+  private endWork(): void {
+    for (const work of [this.opening, this.checking, ...this.saving]) work?.stop();
+    this.opening = this.checking = null;
+    this.saving.clear();
+    this.viewer.clear();
+    this.progress.hide();
   }
 
   // --- files go --------------------------------------------------------------------------------
@@ -199,10 +201,13 @@ export class Workshop {
       return bars === "" ? problem.message : `${bars}: ${problem.message}`;
     });
     const isPage = extension === ".html";
-    this.run(isPage ? { kind: "pack", file: exchange! } : { kind: "zip", file: exchange!, name: inside }, (report) => {
+    const job: Job = isPage ? { kind: "pack", file: exchange! } : { kind: "zip", file: exchange!, name: inside };
+    const work = this.jobs.start(job, (report) => {
+      if (report.kind === "done" || report.kind === "failed") this.saving.delete(work);
       if (report.kind === "content") save(isPage ? modelPage(inside, notes, report.content) : report.content);
       if (report.kind === "failed") this.say(() => text("notSaved", target));
     });
+    this.saving.add(work);
   }
 
   // --- what is seen ----------------------------------------------------------------------------
@@ -215,12 +220,15 @@ export class Workshop {
 
   private speak(chosen: Language): void {
     speak(chosen);
-    this.viewer.relabel();
+    // What is wrong is said by the exporter itself, in one language at a time.
+    const { opened } = this;
+    if (opened && this.opening) this.open(opened.source, opened.name, opened.transliterate);
+    this.viewer.relabel(this.notes());
     this.render();
     byId(`speak-${chosen}`).focus();
-    if (!this.opened?.findings) return;
-    // What is wrong is said by the exporter itself, in one language at a time.
-    this.run(this.modelJob("check"), (report) => {
+    if (!opened?.findings || this.opening) return;
+    this.checking?.stop();
+    this.checking = this.jobs.start(this.modelJob("check"), (report) => {
       if (report.kind !== "findings") return;
       this.opened!.findings = report.findings;
       this.renderProblems();

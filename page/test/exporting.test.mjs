@@ -298,6 +298,30 @@ async function testFaults(check, browser, buildFolder) {
     assert.equal(await page.locator("#choose").isVisible(), true);
     await stillWorks();
   });
+  await check("another language while work is under way changes what is said, not what is made", async () => {
+    const bars = Array.from({ length: 5000 }, (_, i) => ({ start: [i * 500, 0, 0], end: [i * 500, 0, 3000], section: "NADA 1" }));
+    await page.evaluate((content) => {
+      const dataTransfer = new DataTransfer();
+      dataTransfer.items.add(new File([content], "long.txt"));
+      document.body.dispatchEvent(new DragEvent("drop", { bubbles: true, cancelable: true, dataTransfer }));
+      document.getElementById("speak-pt-BR").click(); // before anything is said of the model
+    }, modelText("mm", bars));
+    await settle(page);
+    assert.equal(await failedNow(page), "");
+    assert.equal(await page.evaluate(() => exportifcViewer.model.elements.length), 5000);
+    await page.locator("#problems li", { hasText: "a palavra de família" }).waitFor();
+    await page.click("#speak-en");
+    await page.locator("#problems li", { hasText: "family word" }).waitFor();
+    await stillWorks();
+  });
+  await check("both packings may be under way at once", async () => {
+    const names = [];
+    page.on("download", (download) => names.push(download.suggestedFilename()));
+    await page.click("#save-ifczip");
+    await page.click("#save-html");
+    for (let i = 0; i < 100 && names.length < 2; i++) await page.waitForTimeout(50);
+    assert.deepEqual(names.sort(), ["good.html", "good.ifczip"]);
+  });
   await check("nothing is cut off in a narrow window", async () => {
     assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth));
     const box = await page.locator("#save-html").boundingBox();
