@@ -20,12 +20,16 @@ namespace {
 
 using Point = std::array<float, 3>;
 
+/// The coordinates' bits: -0 is written with its sign, so it is another point than 0.
+using PointBits = std::array<std::uint32_t, 3>;
+
+PointBits bitsOf(const Point& point) { return std::bit_cast<PointBits>(point); }
+
 struct PointHash {
-  std::size_t operator()(const Point& point) const {
+  std::size_t operator()(const PointBits& point) const {
     std::uint64_t hash = 0;
-    for (const float coordinate : point) {
-      // Equal numbers have equal bits once -0 is 0.
-      hash = hash * 0x9E3779B97F4A7C15U + std::bit_cast<std::uint32_t>(coordinate + 0.0F);
+    for (const std::uint32_t coordinate : point) {
+      hash = hash * 0x9E3779B97F4A7C15U + coordinate;
     }
     return static_cast<std::size_t>(hash ^ (hash >> 32));
   }
@@ -68,11 +72,11 @@ Model readBatchModel(std::streambuf& text) {
   model.unitCode = reader.unitCode();
   model.announcedBars = reader.barCount();
 
-  Numbering<Point, PointHash> nodes;
+  Numbering<PointBits, PointHash> nodes;
   Numbering<std::string> sections;
   std::unordered_set<std::string> names;
   const auto nodeAt = [&](const Point& point) {
-    const auto [index, isNew] = nodes(point);
+    const auto [index, isNew] = nodes(bitsOf(point));
     if (isNew) {
       model.nodes.push_back(point);
     }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,9 @@ namespace {
 
 /// The shortest digits that read back as the same number.
 std::string shortest(float value) {
+  if (value == 0.0F && std::signbit(value)) {
+    return "-0.0";  // readers take -0 for an integer, which has no sign at zero
+  }
   std::array<char, 32> buffer{};
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
   return {buffer.data(), end.ptr};

@@ -84,10 +84,17 @@ TEST(ReadBatchModel, TakesWhatTheModuleTakes) {
   EXPECT_EQ(model.soundBars, static_cast<std::size_t>(-1));
 }
 
-TEST(ReadBatchModel, ZeroHasOneSign) {
+TEST(ReadBatchModel, KeepsTheSignOfZeroAsTheModuleDoes) {
   const Model model =
-      read(test::batchModel({{.start = {"0", "-0", "0"}, .end = {"-0", "0", "-0"}}}));
-  EXPECT_EQ(model.nodes.size(), 1U);
+      read(test::textOf(test::headerLines("mm", "2") + test::barLines({.start = {"-0", "0", "0"}}) +
+                            test::barLines({.start = {"0", "0", "0"}, .end = {"-0", "0", "0"}}),
+                        "\r\n"));
+  const auto signOfX = [&](std::int32_t node) {
+    return std::signbit(model.nodes[static_cast<std::size_t>(node)][0]);
+  };
+  EXPECT_TRUE(signOfX(model.bars[0].start));
+  EXPECT_FALSE(signOfX(model.bars[1].start));
+  EXPECT_EQ(model.bars[1].end, model.bars[0].start);
 }
 
 TEST(ReadBatchModel, ReadsTextsOfHosts) {

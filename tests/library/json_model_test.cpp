@@ -444,6 +444,14 @@ TEST(WriteJsonModel, WritesOneEntryALine) {
 )");
 }
 
+TEST(WriteJsonModel, KeepsTheSignOfZero) {
+  Model model = test::soundModel();
+  model.nodes[0] = {-0.0F, 0.0F, 1.0F};
+  const Model again = read(written(model));
+  EXPECT_TRUE(std::signbit(again.nodes[0][0]));
+  EXPECT_FALSE(std::signbit(again.nodes[0][1]));
+}
+
 TEST(WriteJsonModel, OfAnEmptyModelWritesEmptyLists) {
   EXPECT_EQ(
       written(Model{}),
