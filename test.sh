@@ -28,6 +28,7 @@ module-linux   | quick | linux         | scripts/run_gtest.sh build/linux/tests/
 module-asan    | quick | asan          | scripts/run_gtest.sh build/asan/tests/module/module_tests
 module-windows | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/module/module_tests.exe
 same-bytes     | quick | linux windows wine | tests/module/same_bytes.sh build/linux build/windows
+same-as-page   | full  | page linux windows wine | tests/module/same_as_page.py build/page/exporter.wasm build/linux build/windows
 careless-asan  | quick | asan          | scripts/run_gtest.sh build/asan/tests/reliability/reliability_tests
 careless-linux | quick | linux         | scripts/run_gtest.sh build/linux/tests/reliability/reliability_tests
 careless-windows | quick | windows wine | scripts/run_gtest.sh build/windows/tests/reliability/reliability_tests.exe
