@@ -48,6 +48,7 @@ files-linux    | quick | linux         | tests/cli/random_files.py build/linux/e
 files-windows  | full  | windows wine  | tests/cli/random_files.py build/windows/exportifc.exe --wine --calls 200
 readers        | full  | linux         | tests/readers/run.sh
 viewer         | full  | page linux    | page/test.sh build/linux
+firefox        | full  | page linux    | page/test/firefox.sh build/linux
 writes         | quick | linux         | bench/write_count.sh build/linux
 coverage       | full  |               | scripts/coverage.sh
 samples        | quick |               | scripts/checks/samples.sh

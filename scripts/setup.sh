@@ -42,7 +42,9 @@ test  | nlohmann-json3-dev           | package         | the JSON model
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
 test  | emscripten                   | emcc            | compiles the exporter of the page
-test  | chromium                     | chromium        | shows the viewer in its tests
+test  | chromium                     | chromium        | shows the pages in their tests
+test  | firefox-esr                  | firefox-esr     | shows them, too
+test  | libgl1-mesa-dri              | package         | draws its pictures without a graphics card
 bench | libbenchmark-dev             | package         | Google Benchmark
 bench | valgrind                     | valgrind        | counts instructions
 bench | libifcplusplus-dev           | package         | another writer, to compare with
