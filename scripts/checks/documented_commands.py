@@ -44,6 +44,7 @@ left_out = {
     "ctest --test-dir build/linux -L cli -j2": "stage cli-linux; minutes",
     "cmake --preset windows && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake": "stage package",
     "./test.sh ../build/linux": "stage viewer",
+    "test/firefox.sh ../build/linux": "stage firefox",
     "./pictures.mjs ../build/linux/exportifc": "draws tracked pictures anew, in which each browser differs by a pixel",
     "node bench.mjs ../build/linux": "minutes; measures",
     "node bench-export.mjs": "minutes; measures",
