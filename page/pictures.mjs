@@ -1,10 +1,10 @@
 #!/usr/bin/env node
-// pictures.mjs PROGRAM: draws the sample models into docs/pictures, as the page shows them.
+// pictures.mjs PROGRAM: draws the sample models into docs/pictures, as the page shows them, and the page that exports.
 
 import { execFileSync } from "node:child_process";
 import { mkdirSync, readFileSync } from "node:fs";
 import { join } from "node:path";
-import { fileURLToPath } from "node:url";
+import { fileURLToPath, pathToFileURL } from "node:url";
 import { needs, openPage, scratch, startBrowser, writePage } from "./test/lib.mjs";
 
 const root = fileURLToPath(new URL("../", import.meta.url));
@@ -40,4 +40,19 @@ for (const [name, prepare] of Object.entries(samples)) {
   for (const problem of problems) console.error(problem);
   await close();
 }
+
+// The page that exports, with a model that has something wrong: a thickness is missing, a family word is not known.
+const model = JSON.parse(readFileSync(join(root, "samples/galpao.json"), "utf8"));
+const faults = { "HP 254 254 14.2 14.2": "HP 254 254 14.2", "CART 100 50 20 2": "CARTOLA 100 50 20 2" };
+for (const section of Object.values(model.sections)) section.text = faults[section.text] ?? section.text;
+const exporting = join(root, "page/dist/exportifc.html");
+const { page } = await openPage(browser, pathToFileURL(exporting).href, { locale: "en", width: 1280, height: 800 });
+await page.setInputFiles("#chooser", { name: "galpao.json", mimeType: "application/json", buffer: Buffer.from(JSON.stringify(model, null, 1)) });
+await page.waitForSelector("#save-ifc");
+await page.waitForFunction(() => exportifcViewer.ready);
+await page.evaluate(() => document.querySelector("#problems li button").click());
+await page.evaluate(() => exportifcViewer.view.look("iso"));
+await page.keyboard.press("f");
+await page.waitForFunction(() => exportifcViewer.view.settled);
+await page.screenshot({ path: join(pictures, "page.png") });
 await browser.close();
