@@ -30,7 +30,6 @@ std::string variable(const char* name);
 /// when it has none.
 std::string userLanguage();
 
-bool inputIsTerminal();
 bool outputIsTerminal();
 bool errorIsTerminal();
 

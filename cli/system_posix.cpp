@@ -52,7 +52,6 @@ std::string variable(const char* name) {
 
 std::string userLanguage() { return ""; }  // variables are all there is
 
-bool inputIsTerminal() { return isatty(STDIN_FILENO) != 0; }
 bool outputIsTerminal() { return isatty(STDOUT_FILENO) != 0; }
 bool errorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 

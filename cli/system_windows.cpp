@@ -94,7 +94,6 @@ std::string userLanguage() {
   return utf8(name);
 }
 
-bool inputIsTerminal() { return isConsole(STD_INPUT_HANDLE); }
 bool outputIsTerminal() { return isConsole(STD_OUTPUT_HANDLE); }
 bool errorIsTerminal() { return isConsole(STD_ERROR_HANDLE); }
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Prints the coverage in an lcov file, and each line that no test reaches.
+"""Prints the coverage in lcov files, one a group of rooms, and each line that no test reaches.
 
-  scripts/coverage_report.py LCOV ALLOWED [--record]
+  scripts/coverage_report.py ALLOWED GROUP.lcov... [--record]
 
 ALLOWED holds "file || the line's text || reason" for lines that cannot be reached.
 """
@@ -9,30 +9,36 @@ import pathlib
 import subprocess
 import sys
 
-LEAST = 0.98
+LEAST = {"core": 0.98, "library": 0.95, "program": 0.95}  # of the lines of a group
 root = pathlib.Path(__file__).resolve().parents[1]
-lcov, allowed_list, *options = sys.argv[1:]
+allowed_list, *others = sys.argv[1:]
+record = "--record" in others
+groups = [pathlib.Path(other) for other in others if other != "--record"]
 
 allowed = {}
 for line in pathlib.Path(allowed_list).read_text(encoding="utf-8").splitlines():
     if line and not line.startswith("#"):
-        file, text, reason = (part.strip() for part in line.split(" || "))
-        allowed[file, text] = reason
+        # The line's text may hold the mark, too.
+        file, rest = line.split(" || ", 1)
+        text, reason = rest.rsplit(" || ", 1)
+        allowed[file.strip(), text.strip()] = reason.strip()
 
-lines, branches, name = {}, {}, ""
-for entry in pathlib.Path(lcov).read_text(encoding="utf-8").splitlines():
-    kind, _, value = entry.partition(":")
-    if kind == "SF":
-        name = str(pathlib.Path(value).resolve().relative_to(root))
-        lines.setdefault(name, {})
-        branches.setdefault(name, {})
-    elif kind == "DA":
-        number, count = map(int, value.split(",")[:2])
-        lines[name][number] = lines[name].get(number, 0) + count
-    elif kind == "BRDA":
-        line, block, branch, count = value.split(",")
-        key = line, block, branch
-        branches[name][key] = branches[name].get(key, 0) + (0 if count == "-" else int(count))
+
+def counts_of(lcov):
+    """How often each line and each branch was reached: by file and line, by file and branch."""
+    lines, branches, name = {}, {}, ""
+    for entry in lcov.read_text(encoding="utf-8").splitlines():
+        kind, _, value = entry.partition(":")
+        if kind == "SF":
+            name = str(pathlib.Path(value).resolve().relative_to(root))
+        elif kind == "DA":
+            number, count = map(int, value.split(",")[:2])
+            lines[name, number] = lines.get((name, number), 0) + count
+        elif kind == "BRDA":
+            line, block, branch, count = value.split(",")
+            key = name, line, block, branch
+            branches[key] = branches.get(key, 0) + (0 if count == "-" else int(count))
+    return lines, branches
 
 
 def share(counts):
@@ -40,30 +46,42 @@ def share(counts):
     return reached, len(counts), 100.0 * reached / len(counts) if counts else 100.0
 
 
-print(f"{'file':38} {'lines':>18} {'branches':>18}")
-for name in sorted(lines):
-    print("{:38} {:4}/{:<4} {:6.2f} % {:4}/{:<4} {:6.2f} %".format(name, *share(lines[name]), *share(branches[name])))
-all_lines = {(name, number): count for name in lines for number, count in lines[name].items()}
-all_branches = {(name, *key): count for name in branches for key, count in branches[name].items()}
-print("{:38} {:4}/{:<4} {:6.2f} % {:4}/{:<4} {:6.2f} %".format("all", *share(all_lines), *share(all_branches)))
+def show(what, lines, branches):
+    print("{:38} {:4}/{:<4} {:6.2f} % {:4}/{:<4} {:6.2f} %".format(what, *share(lines), *share(branches)))
 
-unexplained = 0
-for (name, number), count in sorted(all_lines.items()):
-    if count == 0:
-        text = (root / name).read_text(encoding="utf-8").splitlines()[number - 1].strip()
-        reason = allowed.get((name, text))
-        unexplained += reason is None
-        print(f"not reached: {name}:{number}: {text}" + (f"   ({reason})" if reason else "   NO REASON GIVEN"))
-enough = share(all_lines)[0] >= LEAST * len(all_lines)
-if not enough:
-    print(f"fewer than {LEAST:.0%} of the lines are reached")
-if "--record" in options:
-    figures = []
-    for what, counts in (("lines", all_lines), ("branches", all_branches)):
+
+def of_file(counts, name):
+    return {key: count for key, count in counts.items() if key[0] == name}
+
+
+failed, figures, used = 0, [], set()
+print(f"{'file':38} {'lines':>18} {'branches':>18}")
+for group in groups:
+    lines, branches = counts_of(group)
+    for name in sorted({name for name, _ in lines}):
+        show(name, of_file(lines, name), of_file(branches, name))
+    show(f"all of {group.stem}", lines, branches)
+    unexplained = 0
+    for (name, number), count in sorted(lines.items()):
+        if count == 0:
+            text = (root / name).read_text(encoding="utf-8").splitlines()[number - 1].strip()
+            reason = allowed.get((name, text))
+            unexplained += reason is None
+            used.add((name, text))
+            print(f"not reached: {name}:{number}: {text}" + (f"   ({reason})" if reason else "   NO REASON GIVEN"))
+    enough = share(lines)[0] >= LEAST[group.stem] * len(lines)
+    if not enough:
+        print(f"fewer than {LEAST[group.stem]:.0%} of the lines of {group.stem} are reached")
+    failed += (not enough) + (unexplained > 0)
+    for what, counts in (("lines", lines), ("branches", branches)):
         reached, everything, percent = share(counts)
-        figures += [f"{what}_percent {percent:.2f}", f"{what}_reached {reached}", f"{what} {everything}"]
+        figures += [f"{group.stem}.{what}_percent {percent:.2f}", f"{group.stem}.{what}_reached {reached}",
+                    f"{group.stem}.{what} {everything}"]
+# Not a fault: some depend on who runs the tests, and on the moment.
+for name, text in sorted(allowed.keys() - used):
+    print(f"reached after all, or gone: {name}: {text}")
+if record:
     subprocess.run([root / "scripts/figures.py", "--record", "coverage", "scripts/coverage.sh --record"],
                    input="\n".join(figures), text=True, check=True)
-failed = (not enough) + (unexplained > 0)
-print(f"{2 - failed} passed, {failed} failed")
+print(f"{2 * len(groups) - failed} passed, {failed} failed")
 sys.exit(failed != 0)

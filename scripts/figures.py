@@ -10,7 +10,7 @@ docs/figures/NAME.json holds what one command measured, with date, machine and c
 write it when called with --record, from lines "key value" on standard input. With --append earlier
 runs stay; otherwise there is one. A document marks the places, in any Markdown file:
 
-    <!-- figure: coverage.lines_percent -->98.94<!-- /figure -->
+    <!-- figure: coverage.core.lines_percent -->98.94<!-- /figure -->
     <!-- figure: benchmarks.goals -->
     a whole table (see TABLES below)
     <!-- /figure -->
@@ -133,10 +133,12 @@ def fuzzing(results):
 
 
 def coverage(results):
-    rows = [["date", "what", "reached", "of", "share"], None]
-    for what in ("lines", "branches"):
-        rows.append([results.text("date"), what, results.text(f"{what}_reached"), results.text(what),
-                     results.text(f"{what}_percent") + " %"])
+    groups = {"core": "the core", "library": "`library/`", "program": "`cli/`"}
+    rows = [["date", "what", "lines", "branches"], None]
+    for key, name in groups.items():
+        cells = [f"{results.text(f'{key}.{what}_reached')} of {results.text(f'{key}.{what}')}: "
+                 f"{results.text(f'{key}.{what}_percent')} %" for what in ("lines", "branches")]
+        rows.append([results.text("date"), name, *cells])
     return markdown(rows)
 
 

@@ -3,14 +3,15 @@
 
   scripts/mutate.py [--sample N] [--seed N] [--jobs N] [--minutes N] [--build DIR] [--list] [--record] [FILE...]
 
-Constants, signs, comparisons and conditions of the profile, axes, reader, number and bar loop code are
-changed one by one; the unit tests are linked with each and run. The tree itself is left alone. A mutant that no
-test notices is either listed with its reason in scripts/mutants_allowed.txt or a gap in the tests.
+Constants, signs, comparisons and conditions of the profile, axes, reader, number and bar loop code, and of what
+the library and the program decide, are changed one by one; the unit tests or those of the library are linked with
+each and run. The tree itself is left alone. A mutant that no test notices is either listed with its reason in
+scripts/mutants_allowed.txt or a gap in the tests.
 
   --sample N   only N mutants of each file, chosen by --seed (default: all)
   --jobs N     mutants side by side (default 2)
   --minutes N  starts no more mutants after that (default: no limit)
-  --build DIR  a build with up-to-date unit tests, by Clang (default build/clang)
+  --build DIR  a build with up-to-date tests, by Clang (default build/clang)
   --list       prints the mutants and stops
   --record     keeps the counts in docs/figures and puts them into the documents: of all mutants only
 
@@ -28,13 +29,22 @@ import tempfile
 import time
 
 root = pathlib.Path(__file__).resolve().parents[1]
-FILES = [
+UNIT, LIBRARY = "tests/unit/unit_tests", "tests/library/library_tests"
+# The tests that must notice, and the files that are changed.
+FILES = {UNIT: [
     "profiles/section_name.cpp", "profiles/profile_dispatch.cpp", "profiles/parametric.cpp",
     "profiles/outlines.cpp", "elements/bar_axes.cpp", "elements/bar_element.cpp", "elements/polyline.cpp",
     "model/bar.cpp", "model/batch_source.cpp", "model/host_number.cpp", "model/host_source.cpp",
     "model/line_reader.cpp", "step/number_format.cpp", "step/line_pieces.cpp", "step/entity_registry.cpp",
     "step/global_id.cpp", "plugin/known_sections.cpp", "plugin/bar_export.cpp",
-]
+], LIBRARY: [
+    "library/formats/batch_lines.cpp", "library/formats/batch_model.cpp", "library/formats/format.cpp",
+    "library/formats/json_places.cpp", "library/frame/model_check.cpp", "library/frame/plausibility.cpp",
+    "library/frame/pointer.cpp", "library/frame/problem_text.cpp", "library/frame/section_check.cpp",
+    "library/sections/section_catalogue.cpp", "library/sections/section_shape.cpp",
+    "library/sections/section_text.cpp", "library/text/nearest.cpp", "library/text/text.cpp",
+    "library/text/text_encoding.cpp", "cli/file_plan.cpp", "cli/output_format.cpp", "cli/progress.cpp",
+]}
 # The tests most likely to notice, tried before all of them.
 NEAR = {
     "section_name": "*SectionName*:*Profile*", "profile_dispatch": "*Dispatch*:*Profile*", "parametric": "*Parametric*",
@@ -42,6 +52,9 @@ NEAR = {
     "bar": "*Bar*", "batch_source": "*Batch*", "host_number": "*Number*:*Integer*", "host_source": "*HostSource*",
     "line_reader": "*Line*", "number_format": "Put*:Reals*:ReadyInteger*", "entity_registry": "*Registry*",
     "global_id": "*GlobalId*", "bar_export": "*BarExport*:*ExportBars*",
+    "batch_lines": "BatchLines*", "batch_model": "*Batch*", "json_places": "PlacesOf*", "plausibility": "*Notes*:*Plausib*",
+    "section_check": "*SectionCheck*:*CheckSection*", "section_text": "*Text*", "text_encoding": "*Utf8*:*Transl*",
+    "nearest": "*Nearest*", "file_plan": "*FilePlan*", "format": "*Format*",
 }
 ALLOWED = root / "scripts/mutants_allowed.txt"
 
@@ -132,18 +145,20 @@ def allowed():
 
 
 class Builder:
-    """Links the unit tests of a build with one source file exchanged, without touching the tree.
+    """Links some tests of a build with one source file exchanged, without touching the tree.
 
-    The object of the mutant stands before the core library on the command line, so that the
-    library's own object of that file is not taken.
+    The object of the mutant stands before the libraries on the command line, so that their own
+    object of that file is not taken.
     """
 
-    def __init__(self, build, scratch):
+    def __init__(self, build, tests, scratch):
         self.build = build
+        self.tests = tests
         self.scratch = scratch
-        commands = subprocess.run(["ninja", "-C", str(build), "-t", "commands", "unit_tests"], check=True,
+        scratch.mkdir()
+        commands = subprocess.run(["ninja", "-C", str(build), "-t", "commands", pathlib.Path(tests).name], check=True,
                                   capture_output=True, text=True).stdout.splitlines()
-        self.link = next(c for c in reversed(commands) if " -o tests/unit/unit_tests" in c)
+        self.link = next(c for c in reversed(commands) if f" -o {tests}" in c)
         self.compile = {}
         for command in commands:
             match = re.search(r" -c (\S+)$", command)
@@ -158,11 +173,11 @@ class Builder:
 
     def precompile(self):
         """Compiles the headers of the standard library once: most of the time of a small file."""
-        headers = {line for name in FILES for file in (root / name, (root / name).with_suffix(".h"))
+        headers = {line for name in FILES[self.tests] for file in (root / name, (root / name).with_suffix(".h"))
                    for line in file.read_text(encoding="utf-8").splitlines() if line.startswith("#include <")}
         source, self.headers = self.scratch / "standard.h", self.scratch / "standard.pch"
         source.write_text("\n".join(sorted(headers)) + "\n", encoding="utf-8")
-        if not self.run(f"{self.compile[FILES[0]]} -x c++-header -o {self.headers} -c {source}", 300):
+        if not self.run(f"{self.compile[FILES[self.tests][0]]} -x c++-header -o {self.headers} -c {source}", 300):
             sys.exit("the headers do not compile")
 
     def run(self, command, timeout):
@@ -182,7 +197,7 @@ class Builder:
         lines[number] = new
         source.write_text("\n".join(lines) + "\n", encoding="utf-8")
         compile_it = f"{self.compile[name]} -include-pch {self.headers} -o {thing} -c {source}"
-        link_it = self.link.replace(" -o tests/unit/unit_tests", f" -o {tests} {thing}", 1)
+        link_it = self.link.replace(f" -o {self.tests}", f" -o {tests} {thing}", 1)
         try:
             if not self.run(compile_it, 300) or not self.run(link_it, 300):
                 return "does not build"
@@ -210,7 +225,8 @@ def main():
         parser.error("--record: only the whole list gives figures to quote")
 
     mutants = []
-    for name in options.files or FILES:
+    tests_of = {name: tests for tests, names in FILES.items() for name in names}
+    for name in options.files or tests_of:
         of_file = mutants_of(name)
         if options.sample and len(of_file) > options.sample:
             of_file = sorted(random.Random(options.seed).sample(of_file, options.sample), key=lambda m: m[1])
@@ -227,14 +243,17 @@ def main():
     counts = {"killed": 0, "does not build": 0, "survived": 0, "allowed": 0, "not tried": 0}
     by_file = {}
     with tempfile.TemporaryDirectory(prefix="mutants-") as scratch:
-        builder = Builder(options.build.resolve(), pathlib.Path(scratch))
-        if not builder.passes(builder.build / "tests/unit/unit_tests"):
-            sys.exit("the tests fail without any mutant")
+        builders = {}
+        for tests in dict.fromkeys(tests_of[name] for name, *_ in mutants):
+            builder = Builder(options.build.resolve(), tests, pathlib.Path(scratch) / pathlib.Path(tests).name)
+            if not builder.passes(builder.build / tests):
+                sys.exit("the tests fail without any mutant")
+            builders[tests] = builder
         deadline = time.monotonic() + options.minutes * 60
 
         def try_out(numbered):
             index, mutant = numbered
-            return mutant, builder.fate(mutant, index) if time.monotonic() < deadline else "not tried"
+            return mutant, builders[tests_of[mutant[0]]].fate(mutant, index) if time.monotonic() < deadline else "not tried"
 
         with concurrent.futures.ThreadPoolExecutor(options.jobs) as workers:
             for mutant, fate in workers.map(try_out, enumerate(mutants)):
