@@ -107,6 +107,10 @@ inline constexpr Text namedByVariable{"{0} (named by the variable {1})",
                                       "{0} (indicado pela variável {1})"};
 inline constexpr Text badTemplate{"{0} is not the viewer's page",
                                   "{0} não é a página do visualizador"};
+inline constexpr Text tooLargeForPage{
+    "{0} has more than 1 GiB, the most that a page can show; export it and open it in another "
+    "program",
+    "{0} tem mais de 1 GiB, o máximo que uma página mostra; exporte-o e abra-o em outro programa"};
 
 // ---- profiles
 inline constexpr Text explainNotRead{"not read by this family", "esta família não a lê"};

@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <iterator>
 #include <system_error>
 #include <vector>
@@ -13,6 +12,8 @@
 #include "cli/failure.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
+#include "cli/packing/base64_sink.h"
+#include "cli/packing/deflate_sink.h"
 #include "cli/paths.h"
 #include "cli/system.h"
 
@@ -22,29 +23,51 @@ namespace exportifc::cli {
 
 namespace {
 
-// In the page, each once: the exchange file, its name, and the notes, one a line, all in base 64.
+// In the page, each once: the exchange file, packed by gzip, its name, and the notes, one a line,
+// all in base 64.
 constexpr std::string_view modelMark = "@EXPORTIFC_MODEL@";
 constexpr std::string_view nameMark = "@EXPORTIFC_NAME@";
 constexpr std::string_view notesMark = "@EXPORTIFC_NOTES@";
 
 constexpr const char* viewerVariable = "EXPORTIFC_VIEWER";
 
-std::string base64(std::string_view bytes) {
-  constexpr std::string_view alphabet =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  text.reserve((bytes.size() + 2) / 3 * 4);
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
-    std::uint32_t group = 0;
-    for (std::size_t i = 0; i < 3; ++i) {
-      group = (group << 8) | (i < count ? static_cast<unsigned char>(bytes[at + i]) : 0U);
-    }
-    for (std::size_t i = 0; i < 4; ++i) {
-      text.push_back(i <= count ? alphabet[(group >> (18 - 6 * i)) & 0x3F] : '=');
-    }
+/// The page unpacks no more.
+constexpr std::uint64_t mostBytes = 1ULL << 30;
+
+std::ifstream openToRead(const std::string& path) {
+  std::error_code ignored;
+  errno = fs::is_directory(pathOf(path), ignored) ? EISDIR : 0;
+  std::ifstream file;
+  if (errno == 0) {
+    file.open(pathOf(path), std::ios::binary);
   }
-  return text;
+  if (!file.is_open()) {
+    throw Failure(exitUnreadable,
+                  say(texts::cannotRead, {path, readErrorText(path, errno != 0 ? errno : ENOENT)}));
+  }
+  return file;
+}
+
+std::string readWholeFile(const std::string& path) {
+  std::ifstream file = openToRead(path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void writePacked(const PageContent& content, ByteSink& sink) {
+  DeflateSink packed(sink, DeflateFrame::gzip);
+  content.writeExchangeFile(packed);
+  packed.finish();
+  if (packed.taken() > mostBytes) {
+    throw Failure(exitNotWritten, say(texts::tooLargeForPage, {content.name}));
+  }
+}
+
+std::string lines(const std::vector<std::string>& texts) {
+  std::string all;
+  for (const std::string& text : texts) {
+    all += (all.empty() ? "" : "\n") + text;
+  }
+  return all;
 }
 
 }  // namespace
@@ -75,23 +98,6 @@ bool isOwnPage(std::string_view start) {
          start.find(nameMark) == std::string_view::npos;
 }
 
-std::string readWholeFile(const std::string& path) {
-  if (isStandardStream(path)) {
-    return {std::istreambuf_iterator<char>(std::cin), {}};
-  }
-  std::error_code ignored;
-  errno = fs::is_directory(pathOf(path), ignored) ? EISDIR : 0;
-  std::ifstream file;
-  if (errno == 0) {
-    file.open(pathOf(path), std::ios::binary);
-  }
-  if (!file.is_open()) {
-    throw Failure(exitUnreadable,
-                  say(texts::cannotRead, {path, readErrorText(path, errno != 0 ? errno : ENOENT)}));
-  }
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
 std::string readViewerTemplate(const std::string& path) {
   if (path.empty()) {
     throw Failure(exitUnreadable, say(texts::noTemplate, {textOf(viewerPagePlaces().front())}));
@@ -113,18 +119,29 @@ std::string readViewerTemplate(const std::string& path) {
   return page;
 }
 
-void writeViewerPage(const std::string& page, std::string_view exchangeFile,
-                     const std::string& name, const std::string& output,
-                     const std::vector<std::string>& notes) {
-  std::string noteLines;
-  for (const std::string& note : notes) {
-    noteLines += (noteLines.empty() ? "" : "\n") + note;
+void copyFile(const std::string& path, ByteSink& sink) {
+  std::ifstream file = openToRead(path);
+  std::vector<char> piece(1U << 16);
+  while (file.read(piece.data(), static_cast<std::streamsize>(piece.size())), file.gcount() > 0) {
+    if (!sink.write(piece.data(), static_cast<std::size_t>(file.gcount()))) {
+      return;
+    }
   }
+  if (file.bad()) {
+    throw Failure(exitUnreadable, say(texts::cannotRead, {path, readErrorText(path, errno)}));
+  }
+}
+
+void writeViewerPage(const std::string& page, const PageContent& content,
+                     const std::string& output) {
   struct Filling {
     std::string_view mark;
-    std::string_view content;
+    std::function<void(Base64Sink&)> write;
   };
-  const Filling fillings[] = {{modelMark, exchangeFile}, {nameMark, name}, {notesMark, noteLines}};
+  const Filling fillings[] = {
+      {modelMark, [&](Base64Sink& sink) { writePacked(content, sink); }},
+      {nameMark, [&](Base64Sink& sink) { sink.write(content.name); }},
+      {notesMark, [&](Base64Sink& sink) { sink.write(lines(content.notes)); }}};
   OutputFile file(output);
   std::string_view rest = page;
   while (!rest.empty()) {
@@ -136,7 +153,9 @@ void writeViewerPage(const std::string& page, std::string_view exchangeFile,
     if (at == std::string_view::npos) {
       break;
     }
-    file.write(base64(next->content));
+    Base64Sink letters(file);
+    next->write(letters);
+    letters.finish();
     rest.remove_prefix(at + next->mark.size());
   }
   file.commit();

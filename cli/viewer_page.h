@@ -2,9 +2,12 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/byte_sink.h"
 
 namespace exportifc::cli {
 
@@ -21,13 +24,19 @@ std::string readViewerTemplate(const std::string& path);
 /// Whether a file that begins so is such a page with a model in it.
 bool isOwnPage(std::string_view start);
 
-/// Writes `page` with the exchange file in it, under the given name, to `output`. The page shows
-/// the notes, one below the other; a page made before there were notes shows none.
-void writeViewerPage(const std::string& page, std::string_view exchangeFile,
-                     const std::string& name, const std::string& output,
-                     const std::vector<std::string>& notes = {});
+/// What the page shows.
+struct PageContent {
+  std::string name;  ///< of the exchange file
+  std::function<void(ByteSink& sink)> writeExchangeFile;
+  std::vector<std::string>
+      notes{};  ///< one below the other; a page made before there were notes shows none
+};
 
-/// A whole file. Throws a Failure.
-std::string readWholeFile(const std::string& path);
+/// Writes `page` with its content to `output`. The exchange file is packed on its way.
+void writeViewerPage(const std::string& page, const PageContent& content,
+                     const std::string& output);
+
+/// Hands a whole file on, piece by piece. Throws a Failure when it cannot be read.
+void copyFile(const std::string& path, ByteSink& sink);
 
 }  // namespace exportifc::cli

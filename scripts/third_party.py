@@ -87,7 +87,7 @@ def document():
     cli, json_library = upstream_version("libcli11-dev"), upstream_version("nlohmann-json3-dev")
     mingw, gcc = upstream_version("mingw-w64-x86-64-dev"), upstream_version("gcc-12-base")
     three, web_ifc, fflate = npm("three")["version"], npm("web-ifc")["version"], npm("fflate")["version"]
-    emscripten = upstream_version("emscripten")
+    emscripten, zlib = upstream_version("emscripten"), upstream_version("libz-mingw-w64-dev")
     joined = lambda package, *wanted: ["\n\n".join(filter(None, pair)) for pair in notices(package, *wanted)]
     parts = [
         "# What of others is in the packages\n\n"
@@ -97,6 +97,7 @@ def document():
         "| what | version | in | licence |\n|---|---|---|---|\n"
         f"| CLI11 | {cli} | `exportifc`, compiled in | BSD, three clauses |\n"
         f"| JSON for Modern C++ | {json_library} | `exportifc` and `exportifc.html`, compiled in | MIT |\n"
+        f"| zlib | {zlib} | `exportifc.exe`, linked statically; elsewhere the system's | zlib |\n"
         f"| three.js | {three} | `viewer.html`, `exportifc.html` | MIT |\n"
         f"| web-ifc | {web_ifc} | `viewer.html`, `exportifc.html` | Mozilla Public License 2.0 |\n"
         f"| fflate | {fflate} | `exportifc.html` | MIT |\n"
@@ -109,6 +110,8 @@ def document():
                 *joined("libcli11-dev", "*")),
         section(f"JSON for Modern C++ {json_library}", "Reads and writes JSON models.",
                 *joined("nlohmann-json3-dev", "*", "include/nlohmann/")),
+        section(f"zlib {zlib}", "Packs the exchange files that pages carry.",
+                *joined("libz-mingw-w64-dev", "*")),
         section(f"three.js {three}", "Draws the page's picture.",
                 (modules / "three/LICENSE").read_text(encoding="utf-8")),
         section(f"web-ifc {web_ifc}",

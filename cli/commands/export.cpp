@@ -199,7 +199,9 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   }
   file.commit();
   if (options.html) {
-    writeViewerPage(page, readWholeFile(output), textOf(pathOf(output).filename()),
+    writeViewerPage(page,
+                    {.name = textOf(pathOf(output).filename()),
+                     .writeExchangeFile = [&](ByteSink& sink) { copyFile(output, sink); }},
                     pageFor(output));
   }
   if (!options.load.quiet) {

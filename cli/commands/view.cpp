@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -25,7 +24,6 @@
 #include "library/frame/model_export.h"
 #include "library/frame/plausibility.h"
 #include "library/frame/problem_text.h"
-#include "library/frame/text_sink.h"
 
 namespace exportifc::cli {
 
@@ -48,12 +46,6 @@ bool isExchangeFile(const std::string& name) {
   return start == exchangeStart;
 }
 
-/// What the page shows.
-struct Shown {
-  std::string exchangeFile;
-  std::vector<std::string> notes{};
-};
-
 std::vector<std::string> notesOn(const Model& model, bool visibleOnly) {
   std::vector<std::string> notes;
   for (const Problem& problem : checkPlausibility(model, visibleOnly)) {
@@ -62,22 +54,15 @@ std::vector<std::string> notesOn(const Model& model, bool visibleOnly) {
   return notes;
 }
 
-Shown shownOf(const ViewOptions& options, Console& console) {
-  if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
-    return {.exchangeFile = readWholeFile(options.input)};
-  }
-  const bool visibleOnly = options.load.visibleOnly;
-  const Model model = loadForExport(options.input, options.load, console).model;
-  std::string exchangeFile;
-  TextSink sink(exchangeFile);
+/// The exchange file of a model; when the output refuses it, whoever owns that says so.
+void writeExchangeFile(const Model& model, bool visibleOnly, ByteSink& sink,
+                       const Console& console) {
   Progress progress(console.isWatched(), static_cast<std::int64_t>(model.bars.size()));
   const ExportResult result =
       exportModel(model, visibleOnly, sink, [&](std::int32_t bar) { return progress.at(bar); });
-  if (!result.complete) {
+  if (result.interrupted || !result.failure.empty()) {
     throw Failure(exitNotWritten, result.interrupted ? say(texts::stoppedByUser) : result.failure);
   }
-  return {.exchangeFile = std::move(exchangeFile),
-          .notes = options.notes ? notesOn(model, visibleOnly) : std::vector<std::string>{}};
 }
 
 ExitCode run(const ViewOptions& options, Console& console) {
@@ -103,8 +88,22 @@ ExitCode run(const ViewOptions& options, Console& console) {
   const std::string name = isStandardStream(options.input)
                                ? displayName(options.input)
                                : textOf(shown.filename().replace_extension(".ifc"));
-  const Shown content = shownOf(options, console);
-  writeViewerPage(page, content.exchangeFile, name, output, content.notes);
+  if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
+    writeViewerPage(
+        page,
+        {.name = name, .writeExchangeFile = [&](ByteSink& sink) { copyFile(options.input, sink); }},
+        output);
+  } else {
+    const bool visibleOnly = options.load.visibleOnly;
+    const Model model = loadForExport(options.input, options.load, console).model;
+    writeViewerPage(
+        page,
+        {.name = name,
+         .writeExchangeFile =
+             [&](ByteSink& sink) { writeExchangeFile(model, visibleOnly, sink, console); },
+         .notes = options.notes ? notesOn(model, visibleOnly) : std::vector<std::string>{}},
+        output);
+  }
   if (!isStandardStream(output)) {
     console.printLine(displayName(options.input) + " -> " + output);
   }

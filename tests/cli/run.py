@@ -14,6 +14,7 @@ Ends with "N passed, N failed".
 
 import argparse
 import base64
+import gzip
 import collections
 import contextlib
 import difflib
@@ -549,7 +550,9 @@ def a_page_from_a_model_and_from_a_file():
         def content(name):
             match = re.fullmatch(r"<title>exportIFC</title><a>(.*)</a><b>(.*)</b>", (path / name).read_text())
             check(match, f"{name} is not the page")
-            return base64.b64decode(match[1]).decode(), base64.b64decode(match[2])
+            packed = base64.b64decode(match[2], validate=True)
+            equal(packed[:10], b"\x1f\x8b\x08" + bytes(6) + b"\xff", "the head of the packed file: no name, time or system")
+            return base64.b64decode(match[1], validate=True).decode(), gzip.decompress(packed)
 
         def no_ids(data):
             (path / "x.ifc").write_bytes(data)
@@ -571,6 +574,21 @@ def a_page_from_a_model_and_from_a_file():
         (path / "not.html").write_text("<html>")
         equal(run("view", "kinds.json", "--template", "not.html", cwd=path).returncode, 3, "another page")
         equal(run("view", "accents.json", "--template", "page.html", cwd=path).returncode, 1, "accents")
+
+
+@native_only
+def a_page_holds_no_file_that_it_could_not_show():
+    with folder() as path:
+        (path / "page.html").write_text("@EXPORTIFC_NAME@@EXPORTIFC_MODEL@")
+        for size, code in ((2**30, 0), (2**30 + 1, 4)):
+            with open(path / "large.ifc", "wb") as file:
+                file.write(b"ISO-10303-21;")
+                file.truncate(size)
+            result = run("view", "large.ifc", "--template", "page.html", cwd=path)
+            equal(result.returncode, code, text(result.stderr))
+            equal((path / "large.html").is_file(), code == 0, "the page")
+            (path / "large.html").unlink(missing_ok=True)
+        check("large.ifc has more than 1 GiB, the most that a page can show" in text(result.stderr), result.stderr)
 
 
 # ---- the files of a call
