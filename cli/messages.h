@@ -58,6 +58,20 @@ inline constexpr Text fileDrawing{"drawing", "desenho"};
 // ---- reading
 inline constexpr Text cannotRead{"cannot read {0}: {1}", "não foi possível ler {0}: {1}"};
 
+// ---- zips
+inline constexpr Text zipNotOneIfc{"the zip holds {0} files named .ifc instead of one",
+                                   "o zip contém {0} arquivos .ifc em vez de um"};
+inline constexpr Text zipDamaged{"the zip is damaged", "o zip está danificado"};
+inline constexpr Text zipEncrypted{"the zip is encrypted; unpack it and give the IFC file",
+                                   "o zip está cifrado; extraia e indique o arquivo IFC"};
+inline constexpr Text zipOther{
+    "the zip is made in a way that this program does not read; unpack it and give the IFC file",
+    "este programa não lê um zip feito assim; extraia e indique o arquivo IFC"};
+inline constexpr Text tooLargeForZip{
+    "the IFC file has 4 GiB or more, which a zip does not hold; choose a name that ends in .ifc",
+    "o arquivo IFC tem 4 GiB ou mais, que não cabem em um zip; escolha um nome que termine em "
+    ".ifc"};
+
 // ---- export
 inline constexpr Text nothingWritten{"{0}: nothing was written", "{0}: nada foi gravado"};
 inline constexpr Text stoppedAtBar{"stopped at {0} of {1}: {2}", "parou na {0} de {1}: {2}"};
@@ -108,9 +122,8 @@ inline constexpr Text namedByVariable{"{0} (named by the variable {1})",
 inline constexpr Text badTemplate{"{0} is not the viewer's page",
                                   "{0} não é a página do visualizador"};
 inline constexpr Text tooLargeForPage{
-    "{0} has more than 1 GiB, the most that a page can show; export it and open it in another "
-    "program",
-    "{0} tem mais de 1 GiB, o máximo que uma página mostra; exporte-o e abra-o em outro programa"};
+    "{0} has more than 1 GiB, the most that a page can show: look at it in another program",
+    "{0} tem mais de 1 GiB, o máximo que uma página mostra: veja-o em outro programa"};
 
 // ---- profiles
 inline constexpr Text explainNotRead{"not read by this family", "esta família não a lê"};
@@ -163,8 +176,10 @@ inline constexpr Text helpModels{"JSON models or batch text files; - is standard
 inline constexpr Text helpModel{"a JSON model or a batch text file; - is standard input",
                                 "um modelo JSON ou arquivo de texto batch; - é a entrada padrão"};
 inline constexpr Text helpOutput{
-    "the IFC file; - is standard output (default: beside the model, .ifc)",
-    "o arquivo IFC; - é a saída padrão (sem ela: junto ao modelo, .ifc)"};
+    "the IFC file, zipped if its name ends in .ifczip; - is standard output (default: beside the "
+    "model, .ifc)",
+    "o arquivo IFC, zipado se o nome termina em .ifczip; - é a saída padrão (sem ela: junto ao "
+    "modelo, .ifc)"};
 inline constexpr Text helpOutDir{"folder for the IFC files", "pasta dos arquivos IFC"};
 inline constexpr Text helpVisibleOnly{"leave invisible bars out",
                                       "deixa fora as barras invisíveis"};
@@ -195,7 +210,8 @@ inline constexpr Text helpConvertOutput{"the other file; - is standard output",
                                         "o outro arquivo; - é a saída padrão"};
 inline constexpr Text helpConvertStrict{"write nothing when something would be lost",
                                         "não grava nada se algo se perderia"};
-inline constexpr Text helpViewInput{"a model or an IFC file", "um modelo ou um arquivo IFC"};
+inline constexpr Text helpViewInput{"a model, an IFC file or an .ifczip",
+                                    "um modelo, um arquivo IFC ou um .ifczip"};
 inline constexpr Text helpViewOutput{"the page (default: beside the input, .html)",
                                      "a página (sem ela: junto à entrada, .html)"};
 inline constexpr Text helpHelp{"this help", "esta ajuda"};

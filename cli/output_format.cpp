@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "cli/exchange_file.h"
 #include "cli/failure.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
@@ -18,7 +19,10 @@ namespace {
 OutputKind kindOf(const Format& format) { return {format.extension, format.name, "convert"}; }
 
 std::vector<OutputKind> allKinds() {
-  std::vector<OutputKind> kinds{exchangeFileKind, pageKind, {".htm", pageKind.name, "view"}};
+  std::vector<OutputKind> kinds{exchangeFileKind,
+                                {zippedExtension, exchangeFileKind.name, exchangeFileKind.command},
+                                pageKind,
+                                {".htm", pageKind.name, pageKind.command}};
   for (const Format& format : formats()) {
     kinds.push_back(kindOf(format));
   }

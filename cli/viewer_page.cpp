@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 #include <system_error>
 #include <vector>
@@ -34,7 +35,26 @@ constexpr const char* viewerVariable = "EXPORTIFC_VIEWER";
 /// The page unpacks no more.
 constexpr std::uint64_t mostBytes = 1ULL << 30;
 
-std::ifstream openToRead(const std::string& path) {
+/// Takes what the page unpacks; so a zip that seems to have no end has one.
+class LimitedSink final : public ByteSink {
+ public:
+  explicit LimitedSink(ByteSink& next) : next_(next) {}
+
+  bool write(const char* bytes, std::size_t size) override {
+    taken_ += size;
+    return !isExceeded() && next_.write(bytes, size);
+  }
+  bool isExceeded() const { return taken_ > mostBytes; }
+
+ private:
+  ByteSink& next_;
+  std::uint64_t taken_ = 0;
+};
+
+std::string readWholeFile(const std::string& path) {
+  if (isStandardStream(path)) {
+    return {std::istreambuf_iterator<char>(std::cin), {}};
+  }
   std::error_code ignored;
   errno = fs::is_directory(pathOf(path), ignored) ? EISDIR : 0;
   std::ifstream file;
@@ -45,21 +65,17 @@ std::ifstream openToRead(const std::string& path) {
     throw Failure(exitUnreadable,
                   say(texts::cannotRead, {path, readErrorText(path, errno != 0 ? errno : ENOENT)}));
   }
-  return file;
-}
-
-std::string readWholeFile(const std::string& path) {
-  std::ifstream file = openToRead(path);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void writePacked(const PageContent& content, ByteSink& sink) {
   DeflateSink packed(sink, DeflateFrame::gzip);
-  content.writeExchangeFile(packed);
-  packed.finish();
-  if (packed.taken() > mostBytes) {
+  LimitedSink limited(packed);
+  content.writeExchangeFile(limited);
+  if (limited.isExceeded()) {
     throw Failure(exitNotWritten, say(texts::tooLargeForPage, {content.name}));
   }
+  packed.finish();
 }
 
 std::string lines(const std::vector<std::string>& texts) {
@@ -117,19 +133,6 @@ std::string readViewerTemplate(const std::string& path) {
     refuse(say(texts::badTemplate, {path}));
   }
   return page;
-}
-
-void copyFile(const std::string& path, ByteSink& sink) {
-  std::ifstream file = openToRead(path);
-  std::vector<char> piece(1U << 16);
-  while (file.read(piece.data(), static_cast<std::streamsize>(piece.size())), file.gcount() > 0) {
-    if (!sink.write(piece.data(), static_cast<std::size_t>(file.gcount()))) {
-      return;
-    }
-  }
-  if (file.bad()) {
-    throw Failure(exitUnreadable, say(texts::cannotRead, {path, readErrorText(path, errno)}));
-  }
 }
 
 void writeViewerPage(const std::string& page, const PageContent& content,

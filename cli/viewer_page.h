@@ -36,7 +36,4 @@ struct PageContent {
 void writeViewerPage(const std::string& page, const PageContent& content,
                      const std::string& output);
 
-/// Hands a whole file on, piece by piece. Throws a Failure when it cannot be read.
-void copyFile(const std::string& path, ByteSink& sink);
-
 }  // namespace exportifc::cli

@@ -11,3 +11,4 @@ if(NOT ZLIB_FOUND)
 endif()
 add_library(exportifc_zlib INTERFACE)
 target_link_libraries(exportifc_zlib INTERFACE ZLIB::ZLIB)
+target_compile_definitions(exportifc_zlib INTERFACE ZLIB_CONST)  # its input is const

@@ -22,7 +22,7 @@ program | ninja-build                | ninja           | runs the build
 program | g++                        | g++             | the native compiler
 program | libcli11-dev               | package         | arguments of the command-line program
 program | nlohmann-json3-dev         | package         | the JSON model
-program | zlib1g-dev                 | package         | packs what pages carry
+program | zlib1g-dev                 | package         | packs exchange files
 program | nodejs                     | node            | builds the page
 program | npm                        | npm             | its packages
 program | emscripten                 | emcc            | compiles the exporter of the page
@@ -40,7 +40,7 @@ test  | python3-jsonschema           | package         | checks the samples agai
 test  | strace                       | strace          | counts the write calls of an export
 test  | libcli11-dev                 | package         | arguments of the command-line program
 test  | nlohmann-json3-dev           | package         | the JSON model
-test  | zlib1g-dev                   | package         | packs what pages carry
+test  | zlib1g-dev                   | package         | packs exchange files
 test  | libz-mingw-w64-dev           | package         | the same, for Windows
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
@@ -54,7 +54,7 @@ bench | libifcplusplus-dev           | package         | another writer, to comp
 bench | libboost-dev                 | package         | headers that it needs
 bench | libcli11-dev                 | package         | arguments of the command-line program
 bench | nlohmann-json3-dev           | package         | the JSON model
-bench | zlib1g-dev                   | package         | packs what pages carry
+bench | zlib1g-dev                   | package         | packs exchange files
 bench | nodejs                       | node            | runs the other writer, web-ifc
 bench | npm                          | npm             | fetches it
 bench | python3                      | python3         | prints the table

@@ -110,7 +110,7 @@ def document():
                 *joined("libcli11-dev", "*")),
         section(f"JSON for Modern C++ {json_library}", "Reads and writes JSON models.",
                 *joined("nlohmann-json3-dev", "*", "include/nlohmann/")),
-        section(f"zlib {zlib}", "Packs the exchange files that pages carry.",
+        section(f"zlib {zlib}", "Packs what pages carry, and exchange files in a zip.",
                 *joined("libz-mingw-w64-dev", "*")),
         section(f"three.js {three}", "Draws the page's picture.",
                 (modules / "three/LICENSE").read_text(encoding="utf-8")),

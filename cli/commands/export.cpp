@@ -17,12 +17,12 @@
 #include "cli/commands/commands.h"
 #include "cli/commands/jobs.h"
 #include "cli/console.h"
+#include "cli/exchange_file.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
 #include "cli/loaded_model.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
-#include "cli/output_file.h"
 #include "cli/output_format.h"
 #include "cli/paths.h"
 #include "cli/problem_report.h"
@@ -51,8 +51,6 @@ struct ExportOptions {
   bool html = false;
   std::string viewerTemplate;
 };
-
-constexpr const char* exchangeExtension = ".ifc";
 
 std::string outputFor(const std::string& model, const ExportOptions& options) {
   if (!options.output.empty()) {
@@ -168,7 +166,7 @@ void printSummary(Console& console, const Model& model, const std::string& name,
 }
 
 /// Why the export of a model stopped.
-std::string stopText(const ExportResult& result, const OutputFile& file, std::size_t bars) {
+std::string stopText(const ExportResult& result, const ExchangeOutput& file, std::size_t bars) {
   const std::string reason = file.failed()             ? file.failureText()
                              : !result.failure.empty() ? result.failure
                                                        : std::string(say(texts::fileIncomplete));
@@ -183,7 +181,7 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   const std::string page =
       options.html ? readViewerTemplate(viewerTemplatePath(options.viewerTemplate)) : "";
   const auto [model, problems] = loadForExport(name, options.load, console);
-  OutputFile file(output);
+  ExchangeOutput file(output);
   ExportResult result;
   {
     Progress progress(!options.load.quiet && console.isWatched(),
@@ -200,8 +198,8 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
   file.commit();
   if (options.html) {
     writeViewerPage(page,
-                    {.name = textOf(pathOf(output).filename()),
-                     .writeExchangeFile = [&](ByteSink& sink) { copyFile(output, sink); }},
+                    {.name = exchangeName(output),
+                     .writeExchangeFile = [&](ByteSink& sink) { copyExchangeFile(output, sink); }},
                     pageFor(output));
   }
   if (!options.load.quiet) {

@@ -1,15 +1,14 @@
 // exportifc view: one page that shows the structure, from a model or from an exchange file.
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/console.h"
+#include "cli/exchange_file.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
 #include "cli/loaded_model.h"
@@ -36,15 +35,6 @@ struct ViewOptions {
   LoadOptions load;
   bool notes = true;  ///< of a model, the page also shows what is only unusual
 };
-
-constexpr std::string_view exchangeStart = "ISO-10303-21;";
-
-bool isExchangeFile(const std::string& name) {
-  std::ifstream file(pathOf(name), std::ios::binary);
-  std::string start(exchangeStart.size(), '\0');
-  file.read(start.data(), static_cast<std::streamsize>(start.size()));
-  return start == exchangeStart;
-}
 
 std::vector<std::string> notesOn(const Model& model, bool visibleOnly) {
   std::vector<std::string> notes;
@@ -91,7 +81,8 @@ ExitCode run(const ViewOptions& options, Console& console) {
   if (!isStandardStream(options.input) && isExchangeFile(options.input)) {
     writeViewerPage(
         page,
-        {.name = name, .writeExchangeFile = [&](ByteSink& sink) { copyFile(options.input, sink); }},
+        {.name = name,
+         .writeExchangeFile = [&](ByteSink& sink) { copyExchangeFile(options.input, sink); }},
         output);
   } else {
     const bool visibleOnly = options.load.visibleOnly;

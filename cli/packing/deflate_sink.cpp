@@ -35,33 +35,33 @@ DeflateSink::~DeflateSink() { deflateEnd(stream_.get()); }
 
 bool DeflateSink::write(const char* bytes, std::size_t size) {
   taken_ += size;
-  bool goesOn = true;
-  while (goesOn && size > 0) {
+  while (goesOn_ && size > 0) {
     const std::size_t part = std::min(size, mostAtOnce);
-    // zlib does not change its input; its type is older than const.
-    stream_->next_in = const_cast<unsigned char*>(reinterpret_cast<const unsigned char*>(bytes));
+    stream_->next_in = reinterpret_cast<const unsigned char*>(bytes);
     stream_->avail_in = static_cast<unsigned>(part);
-    goesOn = run(Z_NO_FLUSH);
+    run(Z_NO_FLUSH);
     bytes += part;
     size -= part;
   }
-  return goesOn && next_.write("", 0);
+  return goesOn_;
 }
 
-bool DeflateSink::finish() { return run(Z_FINISH); }
+bool DeflateSink::finish() {
+  if (goesOn_) {
+    run(Z_FINISH);
+  }
+  return goesOn_;
+}
 
-bool DeflateSink::run(int flush) {
+void DeflateSink::run(int flush) {
   do {
     stream_->next_out = packed_.data();
     stream_->avail_out = static_cast<unsigned>(packed_.size());
     deflate(stream_.get(), flush);  // cannot fail with room for its output
     const std::size_t size = packed_.size() - stream_->avail_out;
     given_ += size;
-    if (size > 0 && !next_.write(reinterpret_cast<const char*>(packed_.data()), size)) {
-      return false;
-    }
-  } while (stream_->avail_out == 0);
-  return true;
+    goesOn_ = size == 0 || next_.write(reinterpret_cast<const char*>(packed_.data()), size);
+  } while (goesOn_ && stream_->avail_out == 0);
 }
 
 }  // namespace exportifc::cli

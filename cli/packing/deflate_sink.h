@@ -34,13 +34,14 @@ class DeflateSink final : public ByteSink {
   std::uint64_t given() const { return given_; }
 
  private:
-  bool run(int flush);
+  void run(int flush);
 
   ByteSink& next_;
   std::unique_ptr<z_stream_s> stream_;
   std::vector<unsigned char> packed_;
   std::uint64_t taken_ = 0;
   std::uint64_t given_ = 0;
+  bool goesOn_ = true;  // until the other sink refuses something
 };
 
 }  // namespace exportifc::cli

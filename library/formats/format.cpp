@@ -62,6 +62,9 @@ void checkStart(std::string_view start) {
   if (start.starts_with("ISO-10303-21;")) {
     refuse("exchange-file", texts::exchangeFile);
   }
+  if (start.starts_with("PK\x03\x04")) {
+    refuse("exchange-file", texts::zippedFile);
+  }
 }
 
 }  // namespace

@@ -25,6 +25,8 @@ inline constexpr Text utf16File{"the text is in UTF-16; save it as UTF-8",
                                 "o texto está em UTF-16; salve-o como UTF-8"};
 inline constexpr Text exchangeFile{"an IFC file, not a model; exportifc view shows it",
                                    "um arquivo IFC, não um modelo; exportifc view o mostra"};
+inline constexpr Text zippedFile{"a zip, not a model; exportifc view shows an .ifczip",
+                                 "um zip, não um modelo; exportifc view mostra um .ifczip"};
 inline constexpr Text jsonUnexpected{"not valid JSON: unexpected {0}",
                                      "JSON inválido: {0} inesperado"};
 inline constexpr Text jsonEndsEarly{"not valid JSON: the text ends too early",

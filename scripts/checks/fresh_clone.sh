@@ -32,6 +32,8 @@ lacks x86_64-w64-mingw32-g++-posix build windows
 
 expect "no CLI11" 1 'CLI/CLI.hpp is not installed: run scripts/setup.sh program' \
   cmake --preset linux -B "$work/build-cli11" -DEXPORTIFC_HEADER_PLACES="$work/bin"
+expect "no zlib" 1 'zlib is not installed: run scripts/setup.sh program' \
+  cmake --preset linux -B "$work/build-zlib" -DCMAKE_DISABLE_FIND_PACKAGE_ZLIB=ON
 expect "no GoogleTest" 1 'run scripts/setup.sh test' \
   cmake --preset linux -B "$work/build-gtest" -DEXPORTIFC_GOOGLETEST_DIR="$work/bin"
 expect "no Node.js" 1 'node is not installed: run scripts/setup.sh program' \

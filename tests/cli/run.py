@@ -14,10 +14,11 @@ Ends with "N passed, N failed".
 
 import argparse
 import base64
-import gzip
 import collections
 import contextlib
 import difflib
+import gzip
+import io
 import json
 import os
 import pty
@@ -32,6 +33,7 @@ import tempfile
 import time
 import tomllib
 import traceback
+import zipfile
 from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
@@ -146,8 +148,29 @@ def expected(value):
 
 
 def content_bytes(content):
-    """What a case puts into a file: a text, or {hex = "..."} where it is none."""
-    return bytes.fromhex(content["hex"]) if isinstance(content, dict) else content.encode()
+    """What a case puts into a file: a text, {hex = "..."} where it is none, or {zip = {name = text}}, in whose
+    directory bytes may then be others."""
+    if isinstance(content, str):
+        return content.encode()
+    if "hex" in content:
+        return bytes.fromhex(content["hex"])
+    packed = io.BytesIO()
+    with zipfile.ZipFile(packed, "w", zipfile.ZIP_DEFLATED) as archive:
+        for name, member in content["zip"].items():
+            archive.writestr(zipfile.ZipInfo(name), member, zipfile.ZIP_DEFLATED)
+    data = bytearray(packed.getvalue())
+    for place, digits in content.get("directory", {}).items():
+        start, other = data.index(b"PK\1\2") + int(place), bytes.fromhex(digits)
+        data[start:start + len(other)] = other
+    return bytes(data)
+
+
+def unzipped(path):
+    """The exchange file in a zip of the program's, by another reader."""
+    with zipfile.ZipFile(path) as archive:
+        equal([(m.filename, m.date_time) for m in archive.infolist()], [(path.stem + ".ifc", (1980, 1, 1, 0, 0, 0))],
+              f"what is in {path.name}")
+        return archive.read(path.stem + ".ifc")
 
 
 def run_case(case):
@@ -186,6 +209,8 @@ def run_case(case):
             data = found[name].read_bytes()
             if wanted.startswith("exchange "):
                 check(is_exchange(data, int(wanted.split()[1])), f"{name} is not an {wanted} elements")
+            elif wanted.startswith("zipped "):
+                check(is_exchange(unzipped(found[name]), int(wanted.split()[1])), f"{name} is not {wanted} elements")
             elif wanted != "any":
                 equal(data.decode(), expected(wanted), name)
         for name, parts in case.get("contains", {}).items():
@@ -576,19 +601,47 @@ def a_page_from_a_model_and_from_a_file():
         equal(run("view", "accents.json", "--template", "page.html", cwd=path).returncode, 1, "accents")
 
 
+@test
+def a_zip_holds_the_file_that_is_written_without_it():
+    with folder() as path:
+        (path / "page.html").write_text("@EXPORTIFC_NAME@ @EXPORTIFC_MODEL@")
+        for model in (ROOT / "samples/galpao.json", path / "kinds.json"):
+            equal(run("export", model, "-o", "g.ifc", "-q", cwd=path).returncode, 0, "export")
+            equal(run("export", model, "-o", "g.ifczip", "-q", cwd=path).returncode, 0, "export into a zip")
+            data = unzipped(path / "g.ifczip")
+            (path / "unzipped.ifc").write_bytes(data)
+            equal(masked(path / "unzipped.ifc"), masked(path / "g.ifc"), "the file in the zip")
+            equal(run("view", "g.ifczip", "-o", "g.html", "--template", "page.html", cwd=path).returncode, 0, "view")
+            name, shown = (base64.b64decode(part) for part in (path / "g.html").read_text().split())
+            equal((name, gzip.decompress(shown)), (b"g.ifc", data), "the file in the page")
+
+
 @native_only
 def a_page_holds_no_file_that_it_could_not_show():
+    def sparse(size):
+        with open(path / "large.ifc", "wb") as file:
+            file.write(b"ISO-10303-21;")
+            file.truncate(size)
+
+    def view(name, code):
+        result = run("view", name, "--template", "page.html", cwd=path)
+        equal(result.returncode, code, text(result.stderr))
+        equal((path / "large.html").is_file(), code == 0, "the page")
+        (path / "large.html").unlink(missing_ok=True)
+        return text(result.stderr)
+
+    most = 2**30
     with folder() as path:
         (path / "page.html").write_text("@EXPORTIFC_NAME@@EXPORTIFC_MODEL@")
-        for size, code in ((2**30, 0), (2**30 + 1, 4)):
-            with open(path / "large.ifc", "wb") as file:
-                file.write(b"ISO-10303-21;")
-                file.truncate(size)
-            result = run("view", "large.ifc", "--template", "page.html", cwd=path)
-            equal(result.returncode, code, text(result.stderr))
-            equal((path / "large.html").is_file(), code == 0, "the page")
-            (path / "large.html").unlink(missing_ok=True)
-        check("large.ifc has more than 1 GiB, the most that a page can show" in text(result.stderr), result.stderr)
+        sparse(most)
+        view("large.ifc", 0)
+        sparse(most + 1)
+        said = "exportifc: error: large.ifc has more than 1 GiB, the most that a page can show: look at it in another program\n"
+        equal(view("large.ifc", 4), said, "of a file")
+        with zipfile.ZipFile(path / "large.ifczip", "w", zipfile.ZIP_DEFLATED, compresslevel=1) as archive:
+            archive.write(path / "large.ifc", "a.ifc")
+        check((path / "large.ifczip").stat().st_size < most // 100, "the zip is large itself")
+        equal(view("large.ifczip", 4), said, "of a small zip with a large file in it")
 
 
 # ---- the files of a call

@@ -118,6 +118,9 @@ TEST(RecognisedFormat, RefusesWhatIsNoTextOfAModel) {
   EXPECT_EQ(refusal("ISO-10303-21;\r\n"),
             "exchange-file: an IFC file, not a model; exportifc view shows it");
   EXPECT_EQ(refusal("ISO-10303-21"), "");
+  EXPECT_EQ(refusal("PK\3\4"),
+            "exchange-file: a zip, not a model; exportifc view shows an .ifczip");
+  EXPECT_EQ(refusal("PK\3"), "");
 }
 
 // ---- a text whose beginning is looked at

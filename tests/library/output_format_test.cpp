@@ -25,7 +25,8 @@ std::string refusal(const std::string& output, const OutputKind& written) {
 }
 
 TEST(RequireExtension, TakesItsOwnAndStrangeOnes) {
-  for (const std::string name : {"a.ifc", "A.IFC", "a", "a.xyz", "a.ifc.zip", "-", ".json"}) {
+  for (const std::string name :
+       {"a.ifc", "A.IFC", "A.ifcZip", "a", "a.xyz", "a.ifc.zip", "-", ".json"}) {
     EXPECT_EQ(refusal(name, exchangeFileKind), "") << name;
   }
   for (const std::string name : {"a.html", "a.htm", "a.HTM", "a", "a.xhtml"}) {
