@@ -22,6 +22,8 @@ enum class DeflateFrame : std::uint8_t {
 class DeflateSink final : public ByteSink {
  public:
   DeflateSink(ByteSink& next, DeflateFrame frame);
+  DeflateSink(const DeflateSink&) = delete;
+  DeflateSink& operator=(const DeflateSink&) = delete;
   ~DeflateSink() override;
 
   bool write(const char* bytes, std::size_t size) override;

@@ -40,8 +40,7 @@ ZipSink::ZipSink(ByteSink& next, std::string member)
           static_cast<std::uint16_t>(zip::sizesFollow | (isUtf8(member_) ? zip::nameIsUtf8 : 0))),
       next_(next),
       packed_(next, DeflateFrame::none),
-      checksum_(zip::checksumOfNothing),
-      goesOn_(true) {
+      checksum_(zip::checksumOfNothing) {
   Record head;
   head.add32(zip::memberMark)
       .add16(version)

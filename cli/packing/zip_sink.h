@@ -33,7 +33,7 @@ class ZipSink final : public ByteSink {
   ByteSink& next_;
   DeflateSink packed_;
   std::uint32_t checksum_;
-  bool goesOn_;  // until the other sink refuses something
+  bool goesOn_ = true;  // until the other sink refuses something
 };
 
 }  // namespace exportifc::cli
