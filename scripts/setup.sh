@@ -48,6 +48,7 @@ test  | emscripten                   | emcc            | compiles the exporter o
 test  | chromium                     | chromium        | shows the pages in their tests
 test  | firefox-esr                  | firefox-esr     | shows them, too
 test  | libgl1-mesa-dri              | package         | draws its pictures without a graphics card
+test  | libgl1                       | package         | as above
 bench | libbenchmark-dev             | package         | Google Benchmark
 bench | valgrind                     | valgrind        | counts instructions
 bench | libifcplusplus-dev           | package         | another writer, to compare with
