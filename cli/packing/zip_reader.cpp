@@ -148,10 +148,13 @@ void ZipReader::unpack(const ZipMember& member, ByteSink& sink) {
                         number16(head, 28);  // behind its name and its extra field
   CheckedSink checked(sink, member);
   InflateSink inflated(checked);
-  ByteSink& way = member.method == zip::stored ? static_cast<ByteSink&>(checked) : inflated;
+  ByteSink* way = &inflated;
+  if (member.method == zip::stored) {
+    way = &checked;
+  }
   for (std::uint64_t left = member.packedSize; left > 0;) {
     const std::string_view piece = read(place, std::min<std::uint64_t>(left, pieceSize));
-    if (!way.write(piece.data(), piece.size())) {
+    if (!way->write(piece.data(), piece.size())) {
       return;
     }
     place += piece.size();
