@@ -45,6 +45,9 @@ same() {
   fi
 }
 
+# held_in PAGE: the exchange file that a page carries.
+held_in() { sed -n 's/.*<script id="model"[^>]*>\([^<]*\)<.*/\1/p' "$1" | base64 -d | gzip -d; }
+
 end() {
   echo "$passed passed, $failed failed"
   ((failed == 0))
