@@ -1,7 +1,6 @@
 // Linux: paths are bytes, messages go to standard error, questions to the terminal.
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -14,6 +13,7 @@
 #include <unistd.h>
 
 #include "platform/platform.h"
+#include "platform/random_guid.h"
 
 namespace exportifc::platform {
 
@@ -125,7 +125,7 @@ class RandomBytes {
   void drop() { unused_ = 0; }
 
  private:
-  static constexpr std::size_t piece = 16;
+  static constexpr std::size_t piece = guidSize;
 
   bool refill();
 
@@ -152,21 +152,7 @@ bool RandomBytes::refill() {
 
 }  // namespace
 
-Guid newGuid() {
-  const std::uint8_t* const bytes = randomBytes.take();
-  if (bytes == nullptr) {
-    return {};
-  }
-  Guid guid;
-  std::memcpy(&guid.data1, bytes, 4);
-  std::memcpy(&guid.data2, bytes + 4, 2);
-  std::memcpy(&guid.data3, bytes + 6, 2);
-  std::memcpy(guid.data4.data(), bytes + 8, 8);
-  // RFC 4122, section 4.4: version 4 in the top bits of data3, variant 10 in those of data4[0].
-  guid.data3 = static_cast<std::uint16_t>((guid.data3 & 0x0FFF) | 0x4000);
-  guid.data4[0] = static_cast<std::uint8_t>((guid.data4[0] & 0x3F) | 0x80);
-  return guid;
-}
+Guid newGuid() { return guidOf(randomBytes.take()); }
 
 void preferLargePages(void* memory, std::size_t size) {
   if (size >= largePage) {
