@@ -16,13 +16,20 @@
 
 namespace exportifc {
 
+/// What sections are made of.
+struct ModelMaterial {
+  std::string name;
+  double density = 0.0;  ///< kg/m³; 0: the model does not say
+};
+
 /// A cross-section. Texts are UTF-8.
 struct ModelSection {
   std::string name;  ///< by which bars refer to it
   std::string text;  ///< family word and dimensions: what the file will hold
   SectionDims dims{};
-  int givenDims = -1;   ///< how many the model lists; below 0: they are read from the text
-  bool defined = true;  ///< false: bars refer to a name that the model does not define
+  int givenDims = -1;          ///< how many the model lists; below 0: they are read from the text
+  bool defined = true;         ///< false: bars refer to a name that the model does not define
+  std::int32_t material = -1;  ///< index into `Model::materials`; below 0: the model does not say
 };
 
 /// One bar; kept small, since a model may have millions.
@@ -43,8 +50,14 @@ struct Model {
   std::string title;
   std::int32_t unitCode = unknownLengthUnit;  ///< of `lengthUnits`
   std::vector<std::array<float, 3>> nodes;    ///< in the model's unit
+  std::vector<ModelMaterial> materials;
   std::vector<ModelSection> sections;
   std::vector<ModelBar> bars;
+  /// Names of the bars, and by index into `layers` what they are grouped by (below 0: nothing).
+  /// One a bar, or none at all when the model has none: most have millions of bars and no names.
+  std::vector<std::string> barNames;
+  std::vector<std::int32_t> barLayers;
+  std::vector<std::string> layers;
   /// Bars whose values stand where they should; those behind have a problem in `found`.
   std::size_t soundBars = static_cast<std::size_t>(-1);
   std::vector<Problem> found;  ///< by the reader: values that it takes otherwise than they stand
