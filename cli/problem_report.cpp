@@ -9,7 +9,9 @@ namespace exportifc::cli {
 
 std::string problemLine(const std::string& name, const Problem& problem, const std::string& text) {
   std::string line = displayName(name) + ":";
-  if (problem.place.line > 0) {
+  if (!problem.cell.empty()) {
+    line += problem.cell + ":";
+  } else if (problem.place.line > 0) {
     line += std::to_string(problem.place.line) + ":";
     if (problem.place.column > 0) {
       line += std::to_string(problem.place.column) + ":";

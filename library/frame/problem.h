@@ -27,6 +27,7 @@ struct Problem {
   /// counted from the pointer that the value would have in a JSON model.
   std::string pointer{};
   TextPlace place{};            ///< `locate` fills it in
+  std::string cell{};           ///< in a workbook, instead of line and column: "bars!C12"
   std::string value{};          ///< what stands there, where it is one value
   std::string allowed{};        ///< what may stand there
   std::string suggestion{};     ///< what was probably meant

@@ -24,6 +24,7 @@ Json problemJson(const std::string& name, const Problem& problem) {
   if (problem.place.column > 0) {
     json["column"] = problem.place.column;
   }
+  add("cell", problem.cell);
   add("pointer", problem.pointer);
   add("value", problem.value);
   add("allowed", problem.allowed);

@@ -24,6 +24,7 @@ export interface Problem {
   message: string;
   line?: number;
   column?: number;
+  cell?: string;
   pointer?: string;
   bars?: number;
   firstBar?: number;

@@ -55,8 +55,8 @@ export function barsText({ bars, firstBar }: Problem): string {
 }
 
 function row(problem: Problem, { select }: Actions): HTMLLIElement {
-  const { severity, firstBar, line, message } = problem;
-  const places = [line ? text("line", line) : "", barsText(problem)].filter((part) => part !== "").join(" · ");
+  const { severity, firstBar, cell, line, message } = problem;
+  const places = [cell ?? (line ? text("line", line) : ""), barsText(problem)].filter((part) => part !== "").join(" · ");
   const words = [
     make("b", { class: `severity ${severity}` }, text(severity)),
     make("span", {}, message),
