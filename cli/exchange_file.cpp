@@ -8,8 +8,8 @@
 
 #include "cli/failure.h"
 #include "cli/messages.h"
-#include "cli/packing/zip_reader.h"
 #include "cli/paths.h"
+#include "library/packing/zip_reader.h"
 
 namespace exportifc::cli {
 

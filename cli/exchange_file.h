@@ -6,7 +6,7 @@
 #include <string>
 
 #include "cli/output_file.h"
-#include "cli/packing/zip_sink.h"
+#include "library/packing/zip_sink.h"
 #include "platform/byte_sink.h"
 
 namespace exportifc::cli {

@@ -13,10 +13,10 @@
 #include "cli/failure.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
-#include "cli/packing/base64_sink.h"
-#include "cli/packing/deflate_sink.h"
 #include "cli/paths.h"
 #include "cli/system.h"
+#include "library/packing/base64_sink.h"
+#include "library/packing/deflate_sink.h"
 
 namespace fs = std::filesystem;
 

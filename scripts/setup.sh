@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that are missing, and nothing else.
+# Installs the Debian packages that are missing, fetches the sources of libraries that there are no
+# packages of, and nothing else.
 #
 #   scripts/setup.sh [GROUP...]      groups: build, program, test, bench (default: build)
 #
@@ -23,6 +24,9 @@ program | g++                        | g++             | the native compiler
 program | libcli11-dev               | package         | arguments of the command-line program
 program | nlohmann-json3-dev         | package         | the JSON model
 program | zlib1g-dev                 | package         | packs exchange files
+program | libexpat1-dev              | package         | reads workbooks
+program | dpkg-dev                   | dpkg-source     | unpacks sources of libraries, for the page
+program | patch                      | patch           | as above
 program | nodejs                     | node            | builds the page
 program | npm                        | npm             | its packages
 program | emscripten                 | emcc            | compiles the exporter of the page
@@ -41,7 +45,10 @@ test  | strace                       | strace          | counts the write calls 
 test  | libcli11-dev                 | package         | arguments of the command-line program
 test  | nlohmann-json3-dev           | package         | the JSON model
 test  | zlib1g-dev                   | package         | packs exchange files
+test  | libexpat1-dev                | package         | reads workbooks
 test  | libz-mingw-w64-dev           | package         | the same, for Windows
+test  | dpkg-dev                     | dpkg-source     | unpacks sources of libraries, for Windows and the page
+test  | patch                        | patch           | as above
 test  | nodejs                       | node            | independent IFC readers, viewer
 test  | npm                          | npm             | their packages
 test  | emscripten                   | emcc            | compiles the exporter of the page
@@ -56,6 +63,7 @@ bench | libboost-dev                 | package         | headers that it needs
 bench | libcli11-dev                 | package         | arguments of the command-line program
 bench | nlohmann-json3-dev           | package         | the JSON model
 bench | zlib1g-dev                   | package         | packs exchange files
+bench | libexpat1-dev                | package         | reads workbooks
 bench | nodejs                       | node            | runs the other writer, web-ifc
 bench | npm                          | npm             | fetches it
 bench | python3                      | python3         | prints the table
@@ -85,7 +93,15 @@ while IFS='|' read -r group packages how why; do
   done
 done < <(sed '/^$/d' <<<"$needed")
 
-((${#missing[@]})) || exit 0
+# Libraries that Debian does not have for Windows and for the page.
+library_sources() {
+  [[ $groups != *" program "* && $groups != *" test "* ]] || "$(dirname "${BASH_SOURCE[0]}")/library_sources.sh"
+}
+
+if ((${#missing[@]} == 0)); then
+  library_sources
+  exit 0
+fi
 
 command -v apt-get >/dev/null || die "apt-get not found; install by hand: ${missing[*]}"
 as_root=()
@@ -113,3 +129,4 @@ if ! { "${apt[@]}" update && "${apt[@]}" install -y --no-install-recommends "${m
   tail -n 20 "$log" >&2
   die "apt-get failed (above)"
 fi
+library_sources

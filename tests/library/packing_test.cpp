@@ -11,10 +11,10 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
-#include "cli/packing/base64_sink.h"
-#include "cli/packing/deflate_sink.h"
-#include "cli/packing/zip_reader.h"
-#include "cli/packing/zip_sink.h"
+#include "library/packing/base64_sink.h"
+#include "library/packing/deflate_sink.h"
+#include "library/packing/zip_reader.h"
+#include "library/packing/zip_sink.h"
 #include "tests/support/random.h"
 #include "tests/support/sinks.h"
 

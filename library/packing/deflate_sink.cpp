@@ -1,11 +1,11 @@
-#include "cli/packing/deflate_sink.h"
+#include "library/packing/deflate_sink.h"
 
 #include <algorithm>
 #include <new>
 
 #include <zlib.h>
 
-namespace exportifc::cli {
+namespace exportifc {
 
 namespace {
 
@@ -64,4 +64,4 @@ void DeflateSink::run(int flush) {
   } while (goesOn_ && stream_->avail_out == 0);
 }
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

@@ -10,7 +10,7 @@
 
 struct z_stream_s;
 
-namespace exportifc::cli {
+namespace exportifc {
 
 /// What stands around the deflated data.
 enum class DeflateFrame : std::uint8_t {
@@ -46,4 +46,4 @@ class DeflateSink final : public ByteSink {
   bool goesOn_ = true;  // until the other sink refuses something
 };
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

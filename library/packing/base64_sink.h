@@ -8,7 +8,7 @@
 
 #include "platform/byte_sink.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 
 /// Hands base 64 on to another sink, in one line. The last letters come with `finish`.
 class Base64Sink final : public ByteSink {
@@ -30,4 +30,4 @@ class Base64Sink final : public ByteSink {
   std::size_t held_ = 0;  // bytes in the group
 };
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <string>
 
-#include "cli/packing/deflate_sink.h"
+#include "library/packing/deflate_sink.h"
 #include "platform/byte_sink.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 
 /// Zips what is written into another sink, from start to end: the sizes stand behind the data.
 /// The same data under the same name are the same bytes.
@@ -36,4 +36,4 @@ class ZipSink final : public ByteSink {
   bool goesOn_ = true;  // until the other sink refuses something
 };
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

@@ -1,12 +1,12 @@
-#include "cli/packing/zip_reader.h"
+#include "library/packing/zip_reader.h"
 
 #include <algorithm>
 #include <new>
 #include <utility>
 
-#include "cli/packing/zip_records.h"
+#include "library/packing/zip_records.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 
 namespace {
 
@@ -94,7 +94,8 @@ class InflateSink final : public ByteSink {
 ZipReader::ZipReader(std::istream& zip) : zip_(zip) {
   zip_.seekg(0, std::ios::end);
   size_ = static_cast<std::uint64_t>(std::max<std::streamoff>(zip_.tellg(), 0));
-  const std::size_t tailSize = std::min<std::uint64_t>(size_, zip::endSize + longestComment);
+  const auto tailSize =
+      static_cast<std::size_t>(std::min<std::uint64_t>(size_, zip::endSize + longestComment));
   const std::string tail(read(size_ - tailSize, tailSize));
   for (std::size_t end = tail.size() + 1; end-- > zip::endSize;) {
     const std::size_t start = end - zip::endSize;
@@ -153,7 +154,8 @@ void ZipReader::unpack(const ZipMember& member, ByteSink& sink) {
     way = &checked;
   }
   for (std::uint64_t left = member.packedSize; left > 0;) {
-    const std::string_view piece = read(place, std::min<std::uint64_t>(left, pieceSize));
+    const std::string_view piece =
+        read(place, static_cast<std::size_t>(std::min<std::uint64_t>(left, pieceSize)));
     if (!way->write(piece.data(), piece.size())) {
       return;
     }
@@ -181,4 +183,4 @@ bool isZip(std::string_view start) {
   return start.size() >= 4 && number32(start, 0) == zip::memberMark;
 }
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

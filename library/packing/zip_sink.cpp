@@ -1,12 +1,12 @@
-#include "cli/packing/zip_sink.h"
+#include "library/packing/zip_sink.h"
 
 #include <string_view>
 #include <utility>
 
-#include "cli/packing/zip_records.h"
+#include "library/packing/zip_records.h"
 #include "library/text/text_encoding.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 
 namespace {
 
@@ -97,4 +97,4 @@ bool ZipSink::finish() {
   return goesOn_ && !isTooLarge();
 }
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

@@ -1,6 +1,6 @@
-#include "cli/packing/base64_sink.h"
+#include "library/packing/base64_sink.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 
 namespace {
 
@@ -38,4 +38,4 @@ bool Base64Sink::finish() {
   return next_.write(letters_.data(), letters_.size());
 }
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

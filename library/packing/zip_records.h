@@ -7,7 +7,7 @@
 
 #include <zlib.h>
 
-namespace exportifc::cli::zip {
+namespace exportifc::zip {
 
 inline constexpr std::uint32_t memberMark = 0x04034b50;     // before a member
 inline constexpr std::uint32_t sizesMark = 0x08074b50;      // behind it
@@ -37,4 +37,4 @@ inline std::uint32_t checksum(std::uint32_t before, const char* bytes, std::size
       crc32_z(before, reinterpret_cast<const unsigned char*>(bytes), size));
 }
 
-}  // namespace exportifc::cli::zip
+}  // namespace exportifc::zip

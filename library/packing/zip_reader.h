@@ -11,7 +11,7 @@
 
 #include "platform/byte_sink.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 
 /// Why a zip cannot be read.
 enum class ZipTrouble : std::uint8_t {
@@ -66,4 +66,4 @@ class ZipReader {
 /// Whether a file that begins so is a zip, with at least one member.
 bool isZip(std::string_view start);
 
-}  // namespace exportifc::cli
+}  // namespace exportifc

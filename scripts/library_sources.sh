@@ -1,0 +1,49 @@
+#!/usr/bin/env bash
+# Fetches the sources of the libraries that Debian has for its own systems alone, to be built for
+# Windows and for the page: the release's own, with Debian's patches, checked by apt.
+#
+#   scripts/library_sources.sh       silent when they are there; scripts/setup.sh calls it
+#
+# They lie in ~/.cache/exportifc/sources (or under XDG_CACHE_HOME), for every clone and build folder.
+# Root is not needed, and the system's own lists of packages are left as they are.
+set -euo pipefail
+
+packages=(expat zlib)
+target=${XDG_CACHE_HOME:-${HOME:?}/.cache}/exportifc/sources
+
+die() { echo "library sources: $*" >&2; exit 1; }
+
+missing=()
+for package in "${packages[@]}"; do
+  [[ -f $target/$package/debian/copyright ]] || missing+=("$package")
+done
+((${#missing[@]})) || exit 0
+
+command -v apt-get >/dev/null || die "apt-get not found; put the sources of ${missing[*]} into $target by hand"
+mkdir -p "$target"
+work=$(mktemp -d "$target/fetching-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+log=$work/log
+
+# Where the release itself comes from, whatever the style of the system's own list; updates have their
+# sources elsewhere.
+mkdir -p "$work/parts" "$work/lists/partial" "$work/cache/archives/partial" "$work/sources"
+# shellcheck disable=SC2016  # apt fills these in
+apt-get indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Component: main' \
+  | awk '$2 !~ /-/ && !seen[$0]++ { print "deb-src", $1, $2, $3 }' >"$work/parts/sources.list"
+[[ -s $work/parts/sources.list ]] || die "apt knows no release: run apt-get update"
+
+apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/parts"
+  -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
+echo "library sources: fetching ${missing[*]}"
+if ! { "${apt[@]}" update && cd "$work/sources" && "${apt[@]}" --download-only source "${missing[@]}"; } \
+    </dev/null >"$log" 2>&1; then
+  tail -n 20 "$log" >&2
+  die "apt-get failed (above)"
+fi
+for package in "${missing[@]}"; do
+  dpkg-source --extract "$package"_*.dsc "$work/$package" >"$log" 2>&1 \
+    || { tail -n 20 "$log" >&2; die "the sources of $package do not unpack"; }
+  rm -rf "${target:?}/$package"
+  mv -T "$work/$package" "$target/$package"
+done
