@@ -62,7 +62,7 @@ def notices(package, *wanted):
             holders.setdefault(name, {})
     for name, lines in holders.items():
         parts = [part for part in re.split(r" and | or ", name) if part in texts] or [name]
-        yield "\n".join(f"Copyright {line}" for line in lines), "\n\n".join(texts.get(part, name) for part in parts)
+        yield "\n".join(line if line.startswith("Copyright") else f"Copyright {line}" for line in lines), "\n\n".join(texts.get(part, name) for part in parts)
 
 
 def quoted(text):
@@ -87,6 +87,7 @@ def document():
     cli, json_library = upstream_version("libcli11-dev"), upstream_version("nlohmann-json3-dev")
     mingw, gcc = upstream_version("mingw-w64-x86-64-dev"), upstream_version("gcc-12-base")
     three, web_ifc, fflate = npm("three")["version"], npm("web-ifc")["version"], npm("fflate")["version"]
+    expat = upstream_version("libexpat1-dev")
     emscripten, zlib = upstream_version("emscripten"), upstream_version("libz-mingw-w64-dev")
     joined = lambda package, *wanted: ["\n\n".join(filter(None, pair)) for pair in notices(package, *wanted)]
     parts = [
@@ -97,7 +98,8 @@ def document():
         "| what | version | in | licence |\n|---|---|---|---|\n"
         f"| CLI11 | {cli} | `exportifc`, compiled in | BSD, three clauses |\n"
         f"| JSON for Modern C++ | {json_library} | `exportifc` and `exportifc.html`, compiled in | MIT |\n"
-        f"| zlib | {zlib} | `exportifc.exe`, linked statically; elsewhere the system's | zlib |\n"
+        f"| zlib | {zlib} | `exportifc.exe` and `exportifc.html`, linked statically; elsewhere the system's | zlib |\n"
+        f"| expat | {expat} | `exportifc.exe` and `exportifc.html`, linked statically; elsewhere the system's | MIT |\n"
         f"| three.js | {three} | `viewer.html`, `exportifc.html` | MIT |\n"
         f"| web-ifc | {web_ifc} | `viewer.html`, `exportifc.html` | Mozilla Public License 2.0 |\n"
         f"| fflate | {fflate} | `exportifc.html` | MIT |\n"
@@ -110,8 +112,10 @@ def document():
                 *joined("libcli11-dev", "*")),
         section(f"JSON for Modern C++ {json_library}", "Reads and writes JSON models.",
                 *joined("nlohmann-json3-dev", "*", "include/nlohmann/")),
-        section(f"zlib {zlib}", "Packs what pages carry, and exchange files in a zip.",
+        section(f"zlib {zlib}", "Packs what pages carry, and exchange files in a zip; unpacks workbooks.",
                 *joined("libz-mingw-w64-dev", "*")),
+        section(f"expat {expat}", "Reads the XML of workbooks.",
+                *joined("libexpat1-dev", "*", "expat/lib/")),
         section(f"three.js {three}", "Draws the page's picture.",
                 (modules / "three/LICENSE").read_text(encoding="utf-8")),
         section(f"web-ifc {web_ifc}",

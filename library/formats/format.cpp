@@ -62,6 +62,9 @@ void checkStart(std::string_view start) {
   if (start.starts_with("ISO-10303-21;")) {
     refuse("exchange-file", texts::exchangeFile);
   }
+  if (start.starts_with("\xD0\xCF\x11\xE0")) {
+    refuse("old-workbook", texts::oldWorkbook);
+  }
   if (start.starts_with("PK\x03\x04")) {
     refuse("exchange-file", texts::zippedFile);
   }

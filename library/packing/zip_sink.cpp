@@ -1,5 +1,6 @@
 #include "library/packing/zip_sink.h"
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -25,8 +26,7 @@ class Record {
     bytes_ += text;
     return *this;
   }
-  std::size_t size() const { return bytes_.size(); }
-  bool writeTo(ByteSink& sink) const { return sink.write(bytes_.data(), bytes_.size()); }
+  const std::string& bytes() const { return bytes_; }
 
  private:
   std::string bytes_;
@@ -34,67 +34,96 @@ class Record {
 
 }  // namespace
 
-ZipSink::ZipSink(ByteSink& next, std::string member)
-    : member_(std::move(member)),
-      flags_(
-          static_cast<std::uint16_t>(zip::sizesFollow | (isUtf8(member_) ? zip::nameIsUtf8 : 0))),
-      next_(next),
-      packed_(next, DeflateFrame::none),
-      checksum_(zip::checksumOfNothing) {
+void ZipWriter::put(const std::string& record) {
+  goesOn_ = goesOn_ && next_.write(record.data(), record.size());
+  written_ += record.size();
+}
+
+void ZipWriter::begin(std::string name) {
+  members_.push_back({.name = std::move(name), .start = written_});
+  Member& member = members_.back();
+  member.flags =
+      static_cast<std::uint16_t>(zip::sizesFollow | (isUtf8(member.name) ? zip::nameIsUtf8 : 0));
+  member.checksum = zip::checksumOfNothing;
   Record head;
   head.add32(zip::memberMark)
       .add16(version)
-      .add16(flags_)
+      .add16(member.flags)
       .add16(zip::deflated)
       .add32(noTime)
       .add32(0)  // checksum and both sizes follow
       .add32(0)
       .add32(0)
-      .add16(member_.size())
+      .add16(member.name.size())
       .add16(0)  // extra field
-      .add(member_);
-  goesOn_ = head.writeTo(next_);
+      .add(member.name);
+  put(head.bytes());
+  packed_.emplace(next_, DeflateFrame::none);
 }
 
-bool ZipSink::write(const char* bytes, std::size_t size) {
-  checksum_ = zip::checksum(checksum_, bytes, size);
-  goesOn_ = goesOn_ && packed_.write(bytes, size);
+bool ZipWriter::write(const char* bytes, std::size_t size) {
+  Member& member = members_.back();
+  member.checksum = zip::checksum(member.checksum, bytes, size);
+  goesOn_ = goesOn_ && packed_->write(bytes, size);
+  isTooLarge_ = isTooLarge_ || packed_->taken() > mostBytes || packed_->given() > mostBytes;
   return goesOn_;
 }
 
-bool ZipSink::finish() {
-  goesOn_ = goesOn_ && packed_.finish();
+void ZipWriter::end() {
+  Member& member = members_.back();
+  goesOn_ = goesOn_ && packed_->finish();
+  member.packedSize = packed_->given();
+  member.size = packed_->taken();
+  packed_.reset();
+  written_ += member.packedSize;
   Record sizes;
-  sizes.add32(zip::sizesMark).add32(checksum_).add32(packed_.given()).add32(packed_.taken());
-  Record directory;
-  directory.add32(zip::directoryMark)
-      .add16(version)
-      .add16(version)
-      .add16(flags_)
-      .add16(zip::deflated)
-      .add32(noTime)
-      .add32(checksum_)
-      .add32(packed_.given())
-      .add32(packed_.taken())
-      .add16(member_.size())
-      .add16(0)  // extra field
-      .add16(0)  // comment
-      .add16(0)  // disk
-      .add16(0)  // attributes
-      .add32(0)
-      .add32(0)  // where the member begins
-      .add(member_);
+  sizes.add32(zip::sizesMark).add32(member.checksum).add32(member.packedSize).add32(member.size);
+  put(sizes.bytes());
+  isTooLarge_ = isTooLarge_ || member.packedSize > mostBytes || member.size > mostBytes ||
+                written_ > mostBytes;
+}
+
+bool ZipWriter::finish() {
+  const std::uint64_t directoryStart = written_;
+  for (const Member& member : members_) {
+    Record entry;
+    entry.add32(zip::directoryMark)
+        .add16(version)
+        .add16(version)
+        .add16(member.flags)
+        .add16(zip::deflated)
+        .add32(noTime)
+        .add32(member.checksum)
+        .add32(member.packedSize)
+        .add32(member.size)
+        .add16(member.name.size())
+        .add16(0)  // extra field
+        .add16(0)  // comment
+        .add16(0)  // disk
+        .add16(0)  // attributes
+        .add32(0)
+        .add32(member.start)
+        .add(member.name);
+    put(entry.bytes());
+  }
   Record end;
   end.add32(zip::endMark)
       .add16(0)  // disks
       .add16(0)
-      .add16(1)  // members
-      .add16(1)
-      .add32(directory.size())
-      .add32(zip::memberSize + member_.size() + packed_.given() + sizes.size())
+      .add16(members_.size())
+      .add16(members_.size())
+      .add32(written_ - directoryStart)
+      .add32(directoryStart)
       .add16(0);  // comment
-  goesOn_ = goesOn_ && sizes.writeTo(next_) && directory.writeTo(next_) && end.writeTo(next_);
-  return goesOn_ && !isTooLarge();
+  put(end.bytes());
+  return goesOn_ && !isTooLarge_;
+}
+
+ZipSink::ZipSink(ByteSink& next, std::string member) : zip_(next) { zip_.begin(std::move(member)); }
+
+bool ZipSink::finish() {
+  zip_.end();
+  return zip_.finish();
 }
 
 }  // namespace exportifc

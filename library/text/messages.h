@@ -27,6 +27,9 @@ inline constexpr Text exchangeFile{"an IFC file, not a model; exportifc view sho
                                    "um arquivo IFC, não um modelo; exportifc view o mostra"};
 inline constexpr Text zippedFile{"a zip, not a model; exportifc view shows an .ifczip",
                                  "um zip, não um modelo; exportifc view mostra um .ifczip"};
+inline constexpr Text oldWorkbook{
+    "an old workbook (.xls), or one with a password; save it as .xlsx, without a password",
+    "uma planilha antiga (.xls) ou com senha; salve-a como .xlsx, sem senha"};
 inline constexpr Text jsonUnexpected{"not valid JSON: unexpected {0}",
                                      "JSON inválido: {0} inesperado"};
 inline constexpr Text jsonEndsEarly{"not valid JSON: the text ends too early",
@@ -180,6 +183,48 @@ inline constexpr Text batchBarCut{
 inline constexpr Text batchMoreBars{
     "the file announces {0} {0:bar|bars}, but holds {1}; the others are left out",
     "o arquivo anuncia {0} {0:barra|barras}, mas contém {1}; as outras ficam fora"};
+
+// ---- workbooks
+inline constexpr Text workbookLocked{"the workbook is encrypted; save it without a password",
+                                     "a planilha está cifrada; salve-a sem senha"};
+inline constexpr Text workbookOtherZip{
+    "the workbook is packed in a way that this program does not read; save it as .xlsx again",
+    "este programa não lê uma planilha compactada assim; salve-a de novo como .xlsx"};
+inline constexpr Text workbookDamaged{"the workbook is damaged: its zip does not unpack",
+                                      "a planilha está danificada: seu zip não se extrai"};
+inline constexpr Text workbookNone{"the zip holds no workbook; save the model as .xlsx",
+                                   "o zip não contém uma planilha; salve o modelo como .xlsx"};
+inline constexpr Text workbookBinary{"a binary workbook (.xlsb); save it as .xlsx",
+                                     "uma planilha binária (.xlsb); salve-a como .xlsx"};
+inline constexpr Text workbookPartMissing{"the workbook is damaged: it has no \"{0}\"",
+                                          "a planilha está danificada: falta \"{0}\""};
+inline constexpr Text workbookBadXml{"the workbook is damaged: \"{0}\" is not sound XML",
+                                     "a planilha está danificada: \"{0}\" não é XML correto"};
+inline constexpr Text workbookDeclarations{
+    "the workbook is refused: \"{0}\" declares a document type, as no spreadsheet program does",
+    "a planilha é recusada: \"{0}\" declara um tipo de documento, o que nenhum programa de "
+    "planilhas faz"};
+inline constexpr Text workbookOutsized{
+    "the workbook is refused: \"{0}\" has a tag of more than 1 MB, or nests its elements too deep",
+    "a planilha é recusada: \"{0}\" tem uma marca de mais de 1 MB, ou elementos aninhados demais"};
+inline constexpr Text workbookTooLarge{"the workbook is refused: it unpacks to more than {0} MB",
+                                       "a planilha é recusada: descompactada, ela passa de {0} MB"};
+inline constexpr Text workbookManyCells{"the workbook has more than {0} cells",
+                                        "a planilha tem mais de {0} células"};
+inline constexpr Text workbookManyTexts{"the workbook has more than {0} different texts",
+                                        "a planilha tem mais de {0} textos diferentes"};
+inline constexpr Text workbookMuchText{"the texts of the workbook's cells have more than {0} MB",
+                                       "os textos das células da planilha passam de {0} MB"};
+inline constexpr Text workbookBadRow{
+    "the workbook is damaged: \"{0}\" is no number for a row here",
+    "a planilha está danificada: \"{0}\" não serve aqui como número de linha"};
+inline constexpr Text workbookBadCell{
+    "the workbook is damaged: \"{0}\" is no name for a cell here",
+    "a planilha está danificada: \"{0}\" não serve aqui como nome de célula"};
+inline constexpr Text workbookNoText{"the workbook is damaged: it has no text number {0}",
+                                     "a planilha está danificada: não há um texto de número {0}"};
+inline constexpr Text workbookNoNumber{"the workbook is damaged: \"{0}\" is no number",
+                                       "a planilha está danificada: \"{0}\" não é um número"};
 
 // ---- problems of a model
 inline constexpr Text bar{"bar {0}", "barra {0}"};

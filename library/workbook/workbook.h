@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <streambuf>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,6 +36,8 @@ struct Sheet {
 /// cell as their place.
 class Workbook {
  public:
+  /// A whole xlsx file.
+  explicit Workbook(std::streambuf& file);
   explicit Workbook(std::vector<Sheet> sheets);
   ~Workbook();
   Workbook(Workbook&& other) noexcept;
@@ -50,6 +53,9 @@ class Workbook {
   struct Content;
   std::unique_ptr<Content> content_;
 };
+
+/// Whether a file that begins so, or has a name with this extension, is meant as a workbook.
+bool looksLikeWorkbook(std::string_view start, std::string_view extension);
 
 /// The cell in that column, null when it holds nothing.
 const Cell* cellAt(const Row& row, std::int32_t column);
