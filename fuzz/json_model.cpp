@@ -8,6 +8,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "fuzz/exchange_check.h"
 #include "fuzz/expectation.h"
@@ -28,6 +29,22 @@ using namespace exportifc::fuzz;
 /// A negative zero may lose its sign; nothing in JSON is not a number.
 bool same(const float* a, const float* b, std::size_t count) { return std::equal(a, a + count, b); }
 
+using Named = std::pair<std::string, double>;
+Named materialOf(const exportifc::Model& model, const ModelSection& section) {
+  if (section.material < 0) {
+    return {};
+  }
+  const ModelMaterial& material = model.materials[static_cast<std::size_t>(section.material)];
+  return {material.name, material.density};
+}
+
+/// Of a bar its own name and that of its layer.
+std::pair<std::string, std::string> namesOf(const exportifc::Model& model, std::size_t bar) {
+  const bool hasLayer = !model.barLayers.empty() && model.barLayers[bar] >= 0;
+  return {model.barNames.empty() ? std::string() : model.barNames[bar],
+          hasLayer ? model.layers[static_cast<std::size_t>(model.barLayers[bar])] : std::string()};
+}
+
 void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
   require(a.title == b.title && a.unitCode == b.unitCode, "title or unit changed");
   require(a.nodes.size() == b.nodes.size(), "nodes were lost");
@@ -35,6 +52,8 @@ void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
     require(same(a.nodes[i].data(), b.nodes[i].data(), 3), "a coordinate changed");
   }
   require(a.bars.size() == b.bars.size(), "bars were lost");
+  require(a.barNames.empty() || a.barNames.size() == a.bars.size(), "bars without a name's place");
+  require(a.barLayers.empty() || a.barLayers.size() == a.bars.size(), "bars without a layer's");
   for (std::size_t i = 0; i < a.bars.size(); ++i) {
     const exportifc::ModelBar& x = a.bars[i];
     const exportifc::ModelBar& y = b.bars[i];
@@ -44,6 +63,8 @@ void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
     const ModelSection& s = a.sections[static_cast<std::size_t>(x.section)];
     const ModelSection& t = b.sections[static_cast<std::size_t>(y.section)];
     require(s.name == t.name && s.text == t.text && s.defined == t.defined, "a section changed");
+    require(materialOf(a, s) == materialOf(b, t), "a material changed");
+    require(namesOf(a, i) == namesOf(b, i), "a bar's name or layer changed");
     require(same(s.dims.data(), t.dims.data(), s.dims.size()), "a dimension changed");
   }
 }

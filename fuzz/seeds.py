@@ -131,6 +131,9 @@ for name, text in {
     "plain": json_model(plain, unit="m"),
     "all-keys": json_model('{"nodes":[1,2],"section":"A","type":"column","visible":false,"angle":-0.5,'
                            '"quarterTurns":-1},{"type":9,"section":"A","nodes":[0,0]}', unit="cm"),
+    "names": json_model('{"nodes":[0,1],"section":"A","name":"P1"},{"nodes":[1,2],"section":"A","layer":"L"}',
+                        '{"A":{"text":"RED 20","material":"S"}},"materials":{"S":{"density":7.85e3},"T":{}}'),
+    "material-unknown": json_model(plain, '{"A":{"text":"RED 20","material":"S"}},"materials":{"T":{}}'),
     "first-bars": '{"bars":[' + plain + '],"sections":{"A":{"dims":[1,2,3],"text":"PSA"}},'
                   '"nodes":[[0,0,0],[0,0,1]],"unit":"mm","title":"t"}',
     "dims": json_model(plain, '{"A":{"text":"2L 5","dims":[50,50,5,5,8,1,2,3,4,5]}}'),
@@ -168,6 +171,7 @@ dictionary("host_model", words + ["'", "*/", "\xe7", "\n", "\xff\x00\x00\xc0\x7f
                                   "\xff\xca\xf2\x49\x71", "\xff\x01\x00\x00\x00", "\xff\x00\x00\x00\xcf"])
 dictionary("json_model", [f'"{key}"' for key in ("unit", "nodes", "sections", "bars", "title", "$schema", "text",
                                                  "dims", "section", "type", "visible", "angle", "quarterTurns",
+                                                 "name", "layer", "materials", "material", "density",
                                                  "column", "frame-beam", "truss-web", "not-exported", "A")] +
            ["{", "}", "[", "]", ":", ",", "true", "false", "null", "1e400", "-0.0", "3.4028235e38",
             "2147483648", "\\u00e7", "\xc3\xa7", "\xef\xbb\xbf", "W 200", "2L 50", "PSA 1 2"])

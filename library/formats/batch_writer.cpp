@@ -52,9 +52,17 @@ class BatchLosses {
     for (const Count& count : counts_) {
       lines_.push_back(fill(*count.text, {numberText(count.bars), numberText(count.first + 1)}));
     }
-    if (renamed_ > 0) {
-      lines_.push_back(say(texts::lossNames, {numberText(renamed_)}));
-    }
+    const auto add = [&](TextWith<1> text, std::int64_t count) {
+      if (count > 0) {
+        lines_.push_back(say<1>(text, {numberText(count)}));
+      }
+    };
+    add(texts::lossNames, renamed_);
+    add(texts::lossBarNames, std::count_if(model.barNames.begin(), model.barNames.end(),
+                                           [](const std::string& name) { return !name.empty(); }));
+    add(texts::lossLayers, std::count_if(model.barLayers.begin(), model.barLayers.end(),
+                                         [](std::int32_t layer) { return layer >= 0; }));
+    add(texts::lossMaterials, static_cast<std::int64_t>(model.materials.size()));
   }
 
   std::vector<std::string> take() { return std::move(lines_); }

@@ -244,13 +244,13 @@ class FaultFinder {
   }
 
   /// Whether what opens here, behind a colon, belongs to an object further out: the object of all
-  /// sections holds no list, sections and bars hold no object.
+  /// sections, or materials, holds no list, each of them and each bar holds no object.
   bool belongsFurtherOut(char c) const {
     constexpr std::size_t listOfObjects = 2;
     const std::string_view key = lastText();
     return (open_.size() == listOfObjects && c == '[' && isOneOf(key, modelKeyNames)) ||
            (open_.size() > listOfObjects && c == '{' && !isOneOf(key, sectionKeyNames) &&
-            !isOneOf(key, barKeyNames));
+            !isOneOf(key, barKeyNames) && !isOneOf(key, materialKeyNames));
   }
 
   void opening(char c) {

@@ -59,8 +59,13 @@ struct Keys {
   std::size_t required;
 };
 constexpr Keys modelKeys{modelKeyNames, 4};
+constexpr Keys materialKeys{materialKeyNames, 0};
 constexpr Keys sectionKeys{sectionKeyNames, 1};
 constexpr Keys barKeys{barKeyNames, 2};
+
+bool isModelKey(std::string_view name) {
+  return std::find(modelKeys.names.begin(), modelKeys.names.end(), name) != modelKeys.names.end();
+}
 
 /// "; did you mean column?", or nothing.
 std::string guess(const std::string& near) {
@@ -74,6 +79,8 @@ struct TextHash {
     return std::hash<std::string_view>{}(text);
   }
 };
+
+using Indexes = std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>>;
 
 /// Builds the model from the parser's events.
 class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
@@ -120,6 +127,8 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
     model,
     nodes,
     node,
+    materials,
+    material,
     sections,
     section,
     dims,
@@ -136,6 +145,7 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
 
   bool scalar(const Scalar& value);
   void modelValue(const Scalar& value);
+  void materialValue(const Scalar& value);
   void sectionValue(const Scalar& value);
   void barValue(const Scalar& value);
 
@@ -171,7 +181,14 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   float number(const Scalar& value) const;
   std::int32_t integer(const Scalar& value) const;
   std::uint8_t barType(const Scalar& value) const;
+  std::string_view textOf(const Scalar& value) const;
   std::int32_t sectionIndex(std::string_view name);
+  std::int32_t materialIndex(std::string_view name);
+  std::int32_t layerIndex(std::string_view name);
+  ModelSection& sectionHere() { return model_.sections[static_cast<std::size_t>(section_)]; }
+  ModelMaterial& materialHere() { return model_.materials[static_cast<std::size_t>(material_)]; }
+  bool isDefined(std::string_view name) const;
+  void keepBar();
 
   JsonText& text_;
   Model model_;
@@ -183,9 +200,14 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   std::size_t item_ = 0;      // index in the inner array: coordinates, dimensions, ends
   std::array<float, 3> node_{};
   ModelBar bar_;
+  std::string barName_;
+  std::int32_t barLayer_ = -1;
   std::int32_t section_ = 0;
+  std::int32_t material_ = 0;
   bool dimsGiven_ = false;
-  std::unordered_map<std::string, std::int32_t, TextHash, std::equal_to<>> sectionIndexes_;
+  Indexes sectionIndexes_;
+  Indexes materialIndexes_;
+  Indexes layerIndexes_;
 };
 
 std::string ModelBuilder::pointer() const {
@@ -200,6 +222,10 @@ std::string ModelBuilder::pointer() const {
     case In::model: return keyText();
     case In::nodes: return nodeText();
     case In::node: return nodeText() + "/" + std::to_string(item_);
+    case In::materials: return "/materials" + keyText();
+    case In::material:
+      return "/materials/" +
+             pointerPiece(model_.materials[static_cast<std::size_t>(material_)].name) + keyText();
     case In::sections: return "/sections" + keyText();
     case In::section: return sectionText() + keyText();
     case In::dims: return sectionText() + "/dims/" + std::to_string(item_);
@@ -229,11 +255,15 @@ std::string ModelBuilder::allowedHere() const {
       {In::model, "nodes", texts::allowedArray},
       {In::model, "bars", texts::allowedArray},
       {In::model, "sections", texts::allowedSections},
+      {In::model, "materials", texts::allowedMaterials},
       {In::model, "", texts::allowedText},
       {In::nodes, "", texts::allowedNode},
       {In::node, "", texts::allowedNumber},
+      {In::materials, "", texts::allowedMaterial},
+      {In::material, "", texts::allowedDensity},
       {In::sections, "", texts::allowedSection},
       {In::section, "dims", texts::allowedDims},
+      {In::section, "material", texts::allowedMaterialName},
       {In::section, "", texts::allowedText},
       {In::dims, "", texts::allowedNumber},
       {In::bars, "", texts::allowedBar},
@@ -242,6 +272,7 @@ std::string ModelBuilder::allowedHere() const {
       {In::bar, "visible", texts::allowedTruth},
       {In::bar, "angle", texts::allowedNumber},
       {In::bar, "quarterTurns", texts::allowedQuarterTurns},
+      {In::bar, "", texts::allowedText},
       {In::barNodes, "", texts::allowedNodeIndex},
   };
   if (in_ == In::model && key_ == "unit") {
@@ -263,17 +294,24 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
       enterObject(&modelKeys);
       break;
     case In::model:
-      if (key_ != "sections") {
+      if (key_ != "sections" && key_ != "materials") {
         failStructure(texts::objectNotAllowed);
       }
       seenOfModel_ = seen_;
+      in_ = key_ == "sections" ? In::sections : In::materials;
       key_.clear();
-      in_ = In::sections;
+      break;
+    case In::materials:
+      in_ = In::material;
+      material_ = materialIndex(key_);
+      materialHere().defined = true;
+      key_.clear();
+      enterObject(&materialKeys);
       break;
     case In::sections:
       in_ = In::section;
       section_ = sectionIndex(key_);
-      model_.sections[static_cast<std::size_t>(section_)].defined = true;
+      sectionHere().defined = true;
       dimsGiven_ = false;
       key_.clear();
       enterObject(&sectionKeys);
@@ -281,6 +319,8 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
     case In::bars:
       in_ = In::bar;
       bar_ = {};
+      barName_.clear();
+      barLayer_ = -1;
       key_.clear();
       enterObject(&barKeys);
       break;
@@ -291,11 +331,9 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
 }
 
 bool ModelBuilder::key(string_t& name) {
-  if (in_ == In::sections) {
+  if (in_ == In::sections || in_ == In::materials) {
     key_ = name;
-    const auto known = sectionIndexes_.find(name);
-    if (known != sectionIndexes_.end() &&
-        model_.sections[static_cast<std::size_t>(known->second)].defined) {
+    if (isDefined(name)) {
       fail(say(texts::keyTwice, {name}));
     }
     return true;
@@ -309,6 +347,10 @@ bool ModelBuilder::key(string_t& name) {
     if (in_ == In::section && near.empty() && (seen_ & textSeen) != 0) {
       fail(say(texts::sectionNotClosed,
                {name, model_.sections[static_cast<std::size_t>(section_)].name}),
+           {.value = name, .allowed = joined(keys_->names)});
+    }
+    if (in_ == In::material && isModelKey(materialHere().name)) {
+      fail(say(texts::materialsNotClosed, {name, materialHere().name}),
            {.value = name, .allowed = joined(keys_->names)});
     }
     fail(say(texts::unknownKey, {name, joined(keys_->names)}) + guess(near),
@@ -325,7 +367,7 @@ bool ModelBuilder::key(string_t& name) {
 bool ModelBuilder::end_object() {
   text_.closed();
   key_.clear();
-  if (in_ != In::sections) {
+  if (in_ != In::sections && in_ != In::materials) {
     for (std::size_t i = 0; i < keys_->required; ++i) {
       if ((seen_ & (1U << i)) == 0) {
         fail(say(texts::keyMissing, {keys_->names[i]}));
@@ -335,19 +377,19 @@ bool ModelBuilder::end_object() {
   switch (in_) {
     case In::model: in_ = In::file; break;
     case In::sections:
+    case In::materials:
       in_ = In::model;
       keys_ = &modelKeys;
       seen_ = seenOfModel_;
       break;
-    case In::section: {
-      ModelSection& section = model_.sections[static_cast<std::size_t>(section_)];
+    case In::material: in_ = In::materials; break;
+    case In::section:
       if (!dimsGiven_) {
-        section.dims = parseSectionDims(section.text);
+        sectionHere().dims = parseSectionDims(sectionHere().text);
       }
       in_ = In::sections;
       break;
-    }
-    default: model_.bars.push_back(bar_); in_ = In::bars;
+    default: keepBar(); in_ = In::bars;
   }
   return true;
 }
@@ -394,7 +436,7 @@ bool ModelBuilder::end_array() {
       model_.nodes.push_back(node_);
       break;
     case In::dims:
-      model_.sections[static_cast<std::size_t>(section_)].givenDims = static_cast<int>(item_);
+      sectionHere().givenDims = static_cast<int>(item_);
       in_ = In::section;
       break;
     default:
@@ -428,6 +470,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
   }
   switch (in_) {
     case In::model: modelValue(value); break;
+    case In::material: materialValue(value); break;
     case In::section: sectionValue(value); break;
     case In::bar: barValue(value); break;
     case In::node:
@@ -436,7 +479,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
       ++item_;
       break;
     case In::dims: {
-      auto& dims = model_.sections[static_cast<std::size_t>(section_)].dims;
+      auto& dims = sectionHere().dims;
       if (item_ >= dims.size()) {
         failAround(In::section, say(texts::tenDims) + std::string(say(texts::decimalComma)));
       }
@@ -454,6 +497,7 @@ bool ModelBuilder::scalar(const Scalar& value) {
     case In::file: fail(say(texts::modelMustBeObject));
     case In::nodes:
     case In::bars:
+    case In::materials:
     case In::sections: failValue(value);
   }
   return true;
@@ -466,34 +510,35 @@ void ModelBuilder::modelValue(const Scalar& value) {
       failValue(value, nearest(value.text, unitNames));
     }
     model_.unitCode = static_cast<std::int32_t>(found - unitNames.begin());
-  } else if (key_ == "title" || key_ == "$schema") {
-    if (value.kind != Scalar::Kind::text) {
-      failValue(value);
-    }
-    if (key_ == "title") {
-      model_.title = value.text;
-    }
+  } else if (key_ == "title") {
+    model_.title = textOf(value);
+  } else if (key_ == "$schema") {
+    textOf(value);
   } else {
     failValue(value);
   }
 }
 
+void ModelBuilder::materialValue(const Scalar& value) {
+  if (number(value) <= 0.0F) {
+    failValue(value);
+  }
+  materialHere().density = value.real;
+}
+
 void ModelBuilder::sectionValue(const Scalar& value) {
   if (key_ == "dims") {
     failValue(value);
+  } else if (key_ == "material") {
+    sectionHere().material = materialIndex(textOf(value));
+  } else {
+    sectionHere().text = textOf(value);
   }
-  if (value.kind != Scalar::Kind::text) {
-    failValue(value);
-  }
-  model_.sections[static_cast<std::size_t>(section_)].text = value.text;
 }
 
 void ModelBuilder::barValue(const Scalar& value) {
   if (key_ == "section") {
-    if (value.kind != Scalar::Kind::text) {
-      failValue(value);
-    }
-    bar_.section = sectionIndex(value.text);
+    bar_.section = sectionIndex(textOf(value));
   } else if (key_ == "type") {
     bar_.type = barType(value);
   } else if (key_ == "visible") {
@@ -505,9 +550,20 @@ void ModelBuilder::barValue(const Scalar& value) {
     bar_.angle = number(value);
   } else if (key_ == "quarterTurns") {
     bar_.quarterTurns = integer(value);
+  } else if (key_ == "name") {
+    barName_ = textOf(value);
+  } else if (key_ == "layer") {
+    barLayer_ = layerIndex(textOf(value));
   } else {
     failValue(value);
   }
+}
+
+std::string_view ModelBuilder::textOf(const Scalar& value) const {
+  if (value.kind != Scalar::Kind::text) {
+    failValue(value);
+  }
+  return value.text;
 }
 
 float ModelBuilder::number(const Scalar& value) const {
@@ -553,6 +609,55 @@ std::int32_t ModelBuilder::sectionIndex(std::string_view name) {
   sectionIndexes_.emplace(name, next);
   model_.sections.push_back({.name = std::string(name), .text = {}, .dims = {}, .defined = false});
   return next;
+}
+
+std::int32_t ModelBuilder::materialIndex(std::string_view name) {
+  const auto next = static_cast<std::int32_t>(model_.materials.size());
+  const auto [place, isNew] = materialIndexes_.try_emplace(std::string(name), next);
+  if (isNew) {
+    model_.materials.push_back({.name = std::string(name), .defined = false});
+  }
+  return place->second;
+}
+
+/// An empty name is no layer.
+std::int32_t ModelBuilder::layerIndex(std::string_view name) {
+  if (name.empty()) {
+    return -1;
+  }
+  if (const auto known = layerIndexes_.find(name); known != layerIndexes_.end()) {
+    return known->second;
+  }
+  const auto next = static_cast<std::int32_t>(model_.layers.size());
+  layerIndexes_.emplace(name, next);
+  model_.layers.emplace_back(name);
+  return next;
+}
+
+/// Whether the section, or the material, has stood before.
+bool ModelBuilder::isDefined(std::string_view name) const {
+  const bool isSection = in_ == In::sections;
+  const Indexes& indexes = isSection ? sectionIndexes_ : materialIndexes_;
+  const auto known = indexes.find(name);
+  if (known == indexes.end()) {
+    return false;
+  }
+  const auto index = static_cast<std::size_t>(known->second);
+  return isSection ? model_.sections[index].defined : model_.materials[index].defined;
+}
+
+/// Names and layers begin to be kept with the first bar that has one.
+void ModelBuilder::keepBar() {
+  const std::size_t before = model_.bars.size();
+  if (!barName_.empty() || !model_.barNames.empty()) {
+    model_.barNames.resize(before);
+    model_.barNames.push_back(std::move(barName_));
+  }
+  if (barLayer_ >= 0 || !model_.barLayers.empty()) {
+    model_.barLayers.resize(before, -1);
+    model_.barLayers.push_back(barLayer_);
+  }
+  model_.bars.push_back(bar_);
 }
 
 }  // namespace

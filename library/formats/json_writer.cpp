@@ -15,8 +15,9 @@ namespace exportifc {
 namespace {
 
 /// The shortest digits that read back as the same number.
-std::string shortest(float value) {
-  if (value == 0.0F && std::signbit(value)) {
+template <class Number>
+std::string shortest(Number value) {
+  if (value == Number{} && std::signbit(value)) {
     return "-0.0";  // readers take -0 for an integer, which has no sign at zero
   }
   std::array<char, 32> buffer{};
@@ -51,7 +52,7 @@ std::string nodeText(const std::array<float, 3>& node) {
 }
 
 /// The dimensions are listed where the text would give others.
-std::string sectionText(const ModelSection& section) {
+std::string sectionText(const Model& model, const ModelSection& section) {
   std::string text = jsonText(section.name) + ": {\"text\": " + jsonText(section.text);
   if (section.dims != parseSectionDims(section.text)) {
     const auto last = std::find_if(section.dims.rbegin(), section.dims.rend(),
@@ -64,11 +65,22 @@ std::string sectionText(const ModelSection& section) {
     }
     text += "]";
   }
+  if (section.material >= 0) {
+    text += ", \"material\": " +
+            jsonText(model.materials[static_cast<std::size_t>(section.material)].name);
+  }
   return text + "}";
 }
 
+std::string materialText(const ModelMaterial& material) {
+  const bool hasDensity = material.density > 0.0;
+  return jsonText(material.name) +
+         (hasDensity ? ": {\"density\": " + shortest(material.density) + "}" : ": {}");
+}
+
 /// Values that are the usual ones are left out.
-std::string barText(const Model& model, const ModelBar& bar) {
+std::string barText(const Model& model, std::size_t index) {
+  const ModelBar& bar = model.bars[index];
   std::string text =
       "{\"nodes\": [" + std::to_string(bar.start) + ", " + std::to_string(bar.end) +
       "], \"section\": " + jsonText(model.sections[static_cast<std::size_t>(bar.section)].name);
@@ -83,6 +95,13 @@ std::string barText(const Model& model, const ModelBar& bar) {
   }
   if (bar.quarterTurns != 0) {
     text += ", \"quarterTurns\": " + std::to_string(bar.quarterTurns);
+  }
+  if (!model.barNames.empty() && !model.barNames[index].empty()) {
+    text += ", \"name\": " + jsonText(model.barNames[index]);
+  }
+  if (!model.barLayers.empty() && model.barLayers[index] >= 0) {
+    text +=
+        ", \"layer\": " + jsonText(model.layers[static_cast<std::size_t>(model.barLayers[index])]);
   }
   return text + "}";
 }
@@ -101,13 +120,21 @@ void writeJsonModel(const Model& model, ByteSink& output) {
   for (const auto& node : model.nodes) {
     lines.entry(nodeText(node));
   }
-  lines.begin("\n  ],\n  \"sections\": {");
+  lines.write("\n  ]");
+  if (!model.materials.empty()) {
+    lines.begin(",\n  \"materials\": {");
+    for (const ModelMaterial& material : model.materials) {
+      lines.entry(materialText(material));
+    }
+    lines.write("\n  }");
+  }
+  lines.begin(",\n  \"sections\": {");
   for (const ModelSection& section : model.sections) {
-    lines.entry(sectionText(section));
+    lines.entry(sectionText(model, section));
   }
   lines.begin("\n  },\n  \"bars\": [");
-  for (const ModelBar& bar : model.bars) {
-    lines.entry(barText(model, bar));
+  for (std::size_t i = 0; i < model.bars.size(); ++i) {
+    lines.entry(barText(model, i));
   }
   lines.write("\n  ]\n}\n");
 }

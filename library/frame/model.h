@@ -20,6 +20,7 @@ namespace exportifc {
 struct ModelMaterial {
   std::string name;
   double density = 0.0;  ///< kg/m³; 0: the model does not say
+  bool defined = true;   ///< false: sections refer to a name that the model does not define
 };
 
 /// A cross-section. Texts are UTF-8.

@@ -137,7 +137,9 @@ void checkWhole(const Model& model, bool visibleOnly, std::vector<Problem>& prob
   }
 }
 
-/// The names of a few sections; of many none.
+constexpr std::size_t mostGuesses = 20;  // each goes through all names
+
+/// A few names; of many none.
 std::string definedText(const std::vector<std::string>& names) {
   constexpr std::size_t most = 10;
   std::string text;
@@ -157,7 +159,6 @@ void checkSectionNames(const Model& model, std::vector<Problem>& problems) {
     }
   }
   const std::string allowed = definedText(defined);
-  constexpr std::size_t mostGuesses = 20;  // each goes through all names
   std::size_t guesses = 0;
   for (std::size_t i = 0; i < model.sections.size(); ++i) {
     if (!model.sections[i].defined) {
@@ -176,6 +177,42 @@ void checkSectionNames(const Model& model, std::vector<Problem>& problems) {
                           .bars = uses[i].bars,
                           .firstBar = uses[i].firstBar});
     }
+  }
+}
+
+/// The materials that sections name and the model does not define.
+void checkMaterialNames(const Model& model, std::vector<Problem>& problems) {
+  std::vector<std::string> defined;
+  for (const ModelMaterial& material : model.materials) {
+    if (material.defined) {
+      defined.push_back(material.name);
+    }
+  }
+  std::vector<std::int32_t> namedBy(model.materials.size(), -1);  // the first section
+  for (std::size_t i = model.sections.size(); i-- > 0;) {
+    if (model.sections[i].material >= 0) {
+      namedBy[static_cast<std::size_t>(model.sections[i].material)] = static_cast<std::int32_t>(i);
+    }
+  }
+  const std::string allowed = definedText(defined);
+  std::size_t guesses = 0;
+  for (std::size_t i = 0; i < model.materials.size(); ++i) {
+    const std::string& name = model.materials[i].name;
+    if (model.materials[i].defined || namedBy[i] < 0) {
+      continue;
+    }
+    const ModelSection& section = model.sections[static_cast<std::size_t>(namedBy[i])];
+    const std::string near = guesses++ < mostGuesses ? nearest(name, defined) : std::string();
+    problems.push_back({.code = "unknown-material",
+                        .message = say(texts::problemMaterial, {name}) +
+                                   (!near.empty()     ? say(texts::didYouMean, {near})
+                                    : allowed.empty() ? allowed
+                                                      : say(texts::materialsAllowed, {allowed})),
+                        .pointer = sectionPointer(section) + "/material",
+                        .value = name,
+                        .allowed = allowed,
+                        .suggestion = near,
+                        .section = namedBy[i]});
   }
 }
 
@@ -213,6 +250,7 @@ std::vector<Problem> checkReferences(const Model& model) {
     }
   }
   checkSectionNames(model, problems);
+  checkMaterialNames(model, problems);
   return problems;
 }
 

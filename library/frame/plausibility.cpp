@@ -31,6 +31,10 @@ constexpr double smallestModel = 1000.0;
 constexpr double largestModel = 10'000'000.0;
 constexpr double largestStep = 1.0;  // between neighbouring coordinates of 32 bits
 
+// kg/m³: cork to osmium.
+constexpr double smallestDensity = 100.0;
+constexpr double largestDensity = 23'000.0;
+
 constexpr int lengthDecimals = 1;
 
 Problem note(const Problem& place, const char* code, std::string message, int dimension = -1) {
@@ -251,6 +255,7 @@ class BarNotes {
     noteAngles();
     noteSamePlaces();
     noteSize();
+    noteDensities();
     noteUnusedSections();
     noteUnusedNodes();
   }
@@ -425,6 +430,17 @@ class BarNotes {
           say(texts::noteFarAway,
               {decimalText(double{farthest} * factor_ / millimetresPerKilometre, lengthDecimals),
                millimetreText(step)})));
+    }
+  }
+
+  void noteDensities() {
+    for (const ModelMaterial& material : model_.materials) {
+      const double density = material.density;
+      if (density > 0.0 && (density < smallestDensity || density > largestDensity)) {
+        notes_.push_back(note({.pointer = "/materials/" + pointerPiece(material.name) + "/density"},
+                              "unusual-density",
+                              say(texts::noteDensity, {material.name, millimetreText(density)})));
+      }
     }
   }
 

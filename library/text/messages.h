@@ -91,6 +91,9 @@ inline constexpr Text jsonControl{"the control character {0} in a text; remove i
                                   "o caractere de controle {0} num texto; remova-o ou escreva {1}"};
 inline constexpr Text numberTooLarge{"{0} is too large: numbers must lie within ±3.4e38",
                                      "{0} é grande demais: números devem estar entre ±3,4e38"};
+inline constexpr Text materialsNotClosed{
+    "unknown key \"{0}\"; are the materials closed by a \"}\" before \"{1}\"?",
+    "chave desconhecida \"{0}\"; os materiais estão fechados por um \"}\" antes de \"{1}\"?"};
 inline constexpr Text sectionNotClosed{
     "unknown key \"{0}\"; is the section \"{1}\" closed by a \"}\" before it?",
     "chave desconhecida \"{0}\"; a seção \"{1}\" foi fechada com \"}\" antes dela?"};
@@ -120,6 +123,13 @@ inline constexpr Text allowedArray{"an array […]", "uma lista […]"};
 inline constexpr Text allowedNode{"[x, y, z]", "[x, y, z]"};
 inline constexpr Text allowedBar{"a bar {\"nodes\": [0, 1], \"section\": \"…\"}",
                                  "uma barra {\"nodes\": [0, 1], \"section\": \"…\"}"};
+inline constexpr Text allowedMaterials{"an object with a material for each name",
+                                       "um objeto com um material para cada nome"};
+inline constexpr Text allowedMaterial{"a material {\"density\": 7850}",
+                                      "um material {\"density\": 7850}"};
+inline constexpr Text allowedDensity{"a number above 0, in kg/m³",
+                                     "um número acima de 0, em kg/m³"};
+inline constexpr Text allowedMaterialName{"the name of a material", "o nome de um material"};
 inline constexpr Text allowedSection{"a section {\"text\": \"…\"}", "uma seção {\"text\": \"…\"}"};
 inline constexpr Text allowedSections{"an object with a section for each name",
                                       "um objeto com uma seção para cada nome"};
@@ -234,6 +244,8 @@ inline constexpr Text problemNoNodes{"node {0} does not exist; the model has no 
                                      "o nó {0} não existe; o modelo não tem nós"};
 inline constexpr Text problemSection{"section \"{0}\" is not defined",
                                      "a seção \"{0}\" não está definida"};
+inline constexpr Text problemMaterial{"material \"{0}\" is not defined",
+                                      "o material \"{0}\" não está definido"};
 inline constexpr Text problemUnwritable{
     "section \"{0}\" has the character \"{1}\", which the file cannot hold: it would end there. "
     "Rename the section, or use --transliterate to write \"{2}\"",
@@ -318,6 +330,7 @@ inline constexpr Text problemNoBars{"the model has no bars", "o modelo não tem 
 inline constexpr Text problemAllLeftOut{"all bars are left out: {0}",
                                         "todas as barras ficam fora: {0}"};
 inline constexpr Text sectionsAllowed{"; allowed: {0}", "; permitidas: {0}"};
+inline constexpr Text materialsAllowed{"; allowed: {0}", "; permitidos: {0}"};
 inline constexpr Text didYouMean{"; did you mean {0}?", "; você quis dizer {0}?"};
 inline constexpr Text barsFrom{"{0}, first: {1}", "{0}, primeira: {1}"};
 
@@ -356,6 +369,9 @@ inline constexpr Text noteFarAway{
 inline constexpr Text noteUnusedSections{
     "{0} {0:section|sections} used by no bar: {1}",
     "{0} {0:seção|seções} sem nenhuma barra que {0:a|as} use: {1}"};
+inline constexpr Text noteDensity{
+    "material \"{0}\": {1} kg/m³ is unusual; densities are in kg/m³, that of steel is 7850",
+    "material \"{0}\": {1} kg/m³ é incomum; densidades são em kg/m³, a do aço é 7850"};
 inline constexpr Text noteUnusedNodes{
     "{0} {0:node|nodes} used by no bar, the first is node {1}",
     "{0} {0:nó|nós} sem nenhuma barra que {0:o|os} use, o primeiro é o nó {1}"};
@@ -391,6 +407,17 @@ inline constexpr Text lossDims{
     "\"{1}\" and differ",
     "seção \"{0}\": o arquivo de texto não tem dimensões separadas; elas serão lidas de \"{1}\" e "
     "são diferentes"};
+inline constexpr Text lossBarNames{
+    "the batch text file has no names of bars: {0} {0:bar loses its|bars lose theirs}",
+    "o arquivo de texto não tem nomes de barras: {0} {0:barra perde|barras perdem} o seu"};
+inline constexpr Text lossLayers{
+    "the batch text file has no layers: {0} {0:bar loses its|bars lose theirs}",
+    "o arquivo de texto não tem camadas: {0} {0:barra perde|barras perdem} a sua"};
+inline constexpr Text lossMaterials{
+    "the batch text file has no materials: {0} {0:is|are} lost with {0:its density|their "
+    "densities}",
+    "o arquivo de texto não tem materiais: {0} {0:se perde com sua densidade|se perdem com suas "
+    "densidades}"};
 inline constexpr Text lossNames{
     "the {0:name|names} of {0} {0:section is|sections are} lost: a batch text file knows only "
     "{0:its text|their texts}",

@@ -811,6 +811,7 @@ def schema_and_program_agree():
     jsonschema.Draft202012Validator.check_schema(schema)
     validator = jsonschema.Draft202012Validator(schema)
     base = json.loads((MODELS / "kinds.json").read_text())
+    base["materials"] = {"S355": {"density": 7850}}
 
     def changed(path, value):
         model = json.loads(json.dumps(base))
@@ -825,7 +826,9 @@ def schema_and_program_agree():
     places = [["unit"], ["title"], ["$schema"], ["nodes"], ["nodes", 0], ["nodes", 0, 1], ["sections"],
               ["sections", "a"], ["sections", "a", "text"], ["sections", "a", "dims"], ["bars"], ["bars", 0],
               ["bars", 0, "nodes"], ["bars", 0, "section"], ["bars", 0, "type"], ["bars", 0, "visible"],
-              ["bars", 0, "angle"], ["bars", 0, "quarterTurns"], ["extra"], ["bars", 0, "extra"]]
+              ["bars", 0, "angle"], ["bars", 0, "quarterTurns"], ["bars", 0, "name"],
+              ["bars", 0, "layer"], ["materials"], ["materials", "S355"], ["materials", "S355", "density"],
+              ["materials", "S355", "extra"], ["sections", "a", "material"], ["extra"], ["bars", 0, "extra"]]
     models = [base] + [changed(place, value) for place in places for value in values]
     with folder() as path:
         names = []

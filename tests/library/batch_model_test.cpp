@@ -258,6 +258,10 @@ TEST(LossesInBatch, AreSaidOnceForEachKind) {
                 {.start = 0, .end = 1}};
   model.sections[0].dims[9] = 1;
   model.sections[1].name = "viga";
+  model.barNames = {"P1", "", "", "P4"};
+  model.layers = {"Level 1"};
+  model.barLayers = {-1, 0, -1, -1};
+  model.materials = {{.name = "S355", .density = 7850}};
   // NOLINTBEGIN(bugprone-suspicious-missing-comma): long texts
   EXPECT_EQ(
       lossesInBatch(model).lines,
@@ -270,11 +274,16 @@ TEST(LossesInBatch, AreSaidOnceForEachKind) {
            "the batch text file has no visibility: 1 invisible bar becomes visible, the first "
            "is bar 2",
            "quarter turns are added to the angle in 2 bars, the first is bar 2",
-           "the name of 1 section is lost: a batch text file knows only its text"}));
+           "the name of 1 section is lost: a batch text file knows only its text",
+           "the batch text file has no names of bars: 2 bars lose theirs",
+           "the batch text file has no layers: 1 bar loses its",
+           "the batch text file has no materials: 1 is lost with its density"}));
   // NOLINTEND(bugprone-suspicious-missing-comma)
   const InLanguage portuguese(Language::portuguese);
-  EXPECT_EQ(lossesInBatch(model).lines.back(),
-            "o nome de 1 seção se perde: o arquivo de texto só conhece seu texto");
+  const std::vector<std::string> lines = lossesInBatch(model).lines;
+  ASSERT_EQ(lines.size(), 9U);
+  EXPECT_EQ(lines[5], "o nome de 1 seção se perde: o arquivo de texto só conhece seu texto");
+  EXPECT_EQ(lines[8], "o arquivo de texto não tem materiais: 1 se perde com sua densidade");
 }
 
 TEST(LossesInBatch, TextsOfSeveralLinesStandInTheWay) {

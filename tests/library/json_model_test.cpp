@@ -104,6 +104,53 @@ TEST(ReadJsonModel, TakesTheModelAsItStands) {
   EXPECT_TRUE(model.found.empty());
 }
 
+TEST(ReadJsonModel, TakesMaterialsAndNames) {
+  const Model model = read(R"({
+    "unit": "m", "nodes": [[0, 0, 0], [0, 0, 3]],
+    "sections": {"a": {"text": "W 200 100 8 6", "material": "S355"},
+                 "b": {"material": "C24", "text": "RET 200 100"}, "c": {"text": "RED 20"}},
+    "materials": {"C24": {"density": 4.2e2}, "S355": {}},
+    "bars": [
+      {"nodes": [0, 1], "section": "a"},
+      {"nodes": [0, 1], "section": "b", "name": "P1", "layer": "Level 1"},
+      {"nodes": [0, 1], "section": "c", "name": ""},
+      {"nodes": [0, 1], "section": "c", "name": "", "layer": "Level 2"},
+      {"nodes": [0, 1], "section": "c", "name": "ç", "layer": "Level 1"},
+      {"nodes": [0, 1], "section": "c", "layer": ""}
+    ]})");
+  ASSERT_EQ(model.materials.size(), 2U);
+  EXPECT_EQ(model.materials[0].name, "S355");  // as sections name them
+  EXPECT_EQ(model.materials[0].density, 0.0);
+  EXPECT_TRUE(model.materials[0].defined);
+  EXPECT_EQ(model.materials[1].name, "C24");
+  EXPECT_EQ(model.materials[1].density, 420.0);
+  EXPECT_EQ(model.sections[0].material, 0);
+  EXPECT_EQ(model.sections[1].material, 1);
+  EXPECT_EQ(model.sections[2].material, -1);
+  EXPECT_EQ(model.barNames, (std::vector<std::string>{"", "P1", "", "", "ç", ""}));
+  EXPECT_EQ(model.layers, (std::vector<std::string>{"Level 1", "Level 2"}));
+  EXPECT_EQ(model.barLayers, (std::vector<std::int32_t>{-1, 0, -1, 1, 0, -1}));
+}
+
+TEST(ReadJsonModel, KeepsNothingForNamesThatAreNotThere) {
+  const Model model = read(R"({"unit": "m", "nodes": [[0, 0, 0], [0, 0, 3]], "materials": {},
+    "sections": {"a": {"text": "RED 20"}},
+    "bars": [{"nodes": [0, 1], "section": "a"}, {"nodes": [0, 1], "section": "a", "name": "", "layer": ""}]})");
+  EXPECT_EQ(model.bars.size(), 2U);
+  EXPECT_EQ(model.barNames.capacity(), 0U);
+  EXPECT_EQ(model.barLayers.capacity(), 0U);
+  EXPECT_TRUE(model.layers.empty());
+  EXPECT_TRUE(model.materials.empty());
+}
+
+TEST(ReadJsonModel, AMaterialThatIsOnlyNamedIsNotDefined) {
+  const Model model = read(R"({"unit": "m", "nodes": [], "bars": [],
+    "sections": {"a": {"text": "RED 20", "material": "S355"}}, "materials": {"S235": {}}})");
+  ASSERT_EQ(model.materials.size(), 2U);
+  EXPECT_FALSE(model.materials[0].defined);
+  EXPECT_TRUE(model.materials[1].defined);
+}
+
 TEST(ReadJsonModel, BarsMayStandBeforeWhatTheyReferTo) {
   const Model model = read(R"({"bars": [{"section": "b", "nodes": [7, -1]},
                                         {"section": "c", "nodes": [0, 0]}],
@@ -225,10 +272,10 @@ INSTANTIATE_TEST_SUITE_P(
         {R"(@{"unit": "m", "sections": {}, "nodes": []})", "the key \"bars\" is missing"},
         {R"({@"units": "m"})",
          "/units: unknown key \"units\"; allowed: unit, nodes, sections, bars, title, "
-         "$schema; "
-         "did you mean unit?"},
+         "$schema, materials; did you mean unit?"},
         {R"({@"a/b": "m"})",
-         "/a~1b: unknown key \"a/b\"; allowed: unit, nodes, sections, bars, title, $schema"},
+         "/a~1b: unknown key \"a/b\"; allowed: unit, nodes, sections, bars, title, $schema, "
+         "materials"},
         {R"({"unit": "m", @"unit": "m"})", "/unit: the key \"unit\" stands twice"},
         {R"({"unit": "m", "nodes": [], "sections": {}, @"unit": "m"})",
          "/unit: the key \"unit\" stands twice"},
@@ -303,16 +350,56 @@ INSTANTIATE_TEST_SUITE_P(
         {section("{\"text\": \"W\", @\"text\": \"W\"}"),
          "/sections/a~1b/text: the key \"text\" stands twice"},
         {section("{@\"txt\": \"W\"}"),
-         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims; did you mean text?"},
+         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims, material; did you mean "
+         "text?"},
         {section("{\"text\": \"W\", @\"txt\": \"W\"}"),
-         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims; did you mean text?"},
+         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims, material; did you mean "
+         "text?"},
         {section("{@\"colour\": 1}"),
-         "/sections/a~1b/colour: unknown key \"colour\"; allowed: text, dims"},
+         "/sections/a~1b/colour: unknown key \"colour\"; allowed: text, dims, material"},
         {section("{\"text\": \"W\", @\"pilar\": {\"text\": \"W\"}}"),
          "/sections/a~1b/pilar: unknown key \"pilar\"; is the section \"a/b\" closed by a "
          "\"}\" before it?"},
         {R"({"sections": {"a": {"text": "W"}, @"a": {"text": "W"}}})",
          "/sections/a: the key \"a\" stands twice"},
+    }));
+
+INSTANTIATE_TEST_SUITE_P(
+    Materials, JsonRefusals,
+    testing::ValuesIn(std::vector<Refusal>{
+        {R"({"materials": @[]})",
+         "/materials: an array […] is not allowed here; allowed: an object with a material for "
+         "each name"},
+        {R"({"materials": @7850})",
+         "/materials: 7850 is not allowed here; allowed: an object with a material for each name"},
+        {R"({"materials": {"a/b": @7850}})",
+         "/materials/a~1b: 7850 is not allowed here; allowed: a material {\"density\": 7850}"},
+        {R"({"materials": {"a/b": {"density": @"7850"}}})",
+         "/materials/a~1b/density: \"7850\" is not allowed here; allowed: a number above 0, in "
+         "kg/m³"},
+        {R"({"materials": {"a": {"density": @0}}})",
+         "/materials/a/density: 0 is not allowed here; allowed: a number above 0, in kg/m³"},
+        {R"({"materials": {"a": {"density": @-7850.5}}})",
+         "/materials/a/density: -7850.5 is not allowed here; allowed: a number above 0, in kg/m³"},
+        {R"({"materials": {"a": {"density": @1e39}}})",
+         "/materials/a/density: 1e39 is too large: numbers must lie within ±3.4e38"},
+        {R"({"materials": {"a": {"density": @{}}}})",
+         "/materials/a/density: an object {…} is not allowed here; allowed: a number above 0, in "
+         "kg/m³"},
+        {R"({"materials": {"a": {@"densty": 7850}}})",
+         "/materials/a/densty: unknown key \"densty\"; allowed: density; did you mean density?"},
+        {R"({"materials": {"a": {}, @"a": {}}})", "/materials/a: the key \"a\" stands twice"},
+        {R"({"materials": {}, @"materials": {}})",
+         "/materials: the key \"materials\" stands twice"},
+        {section("{\"text\": \"W\", \"material\": @5}"),
+         "/sections/a~1b/material: 5 is not allowed here; allowed: the name of a material"},
+        {section("{\"text\": \"W\", \"material\": @{}}"),
+         "/sections/a~1b/material: an object {…} is not allowed here; allowed: the name of a "
+         "material"},
+        {barWith("\"name\": @5"), "/bars/0/name: 5 is not allowed here; allowed: a text"},
+        {barWith("\"layer\": @null"), "/bars/0/layer: null is not allowed here; allowed: a text"},
+        {barWith("\"layer\": @[]"),
+         "/bars/0/layer: an array […] is not allowed here; allowed: a text"},
     }));
 
 INSTANTIATE_TEST_SUITE_P(
@@ -378,10 +465,10 @@ INSTANTIATE_TEST_SUITE_P(
          "quarter turns"},
         {barWith("@\"colour\": 1"),
          "/bars/0/colour: unknown key \"colour\"; allowed: nodes, section, type, visible, "
-         "angle, quarterTurns"},
+         "angle, quarterTurns, name, layer"},
         {barWith("@\"angel\": 1"),
          "/bars/0/angel: unknown key \"angel\"; allowed: nodes, section, type, visible, "
-         "angle, quarterTurns; did you mean angle?"},
+         "angle, quarterTurns, name, layer; did you mean angle?"},
     }));
 
 TEST(ReadJsonModel, SaysWhatProgramsNeed) {
@@ -391,7 +478,7 @@ TEST(ReadJsonModel, SaysWhatProgramsNeed) {
   EXPECT_EQ(unit.suggestion, "mm");
   const Problem key = refusalOf(barWith("\"angel\": 1"));
   EXPECT_EQ(key.value, "angel");
-  EXPECT_EQ(key.allowed, "nodes, section, type, visible, angle, quarterTurns");
+  EXPECT_EQ(key.allowed, "nodes, section, type, visible, angle, quarterTurns, name, layer");
   EXPECT_EQ(key.suggestion, "angle");
   EXPECT_EQ(refusalOf(node("[[0]]")).suggestion, "]");
   EXPECT_EQ(refusalOf(section("[]")).allowed, "a section {\"text\": \"…\"}");
@@ -439,6 +526,36 @@ TEST(WriteJsonModel, WritesOneEntryALine) {
   "bars": [
     {"nodes": [0, 1], "section": "viga/1"},
     {"nodes": [1, 2], "section": "EC", "type": "column", "visible": false, "angle": 0.1, "quarterTurns": -1}
+  ]
+}
+)");
+}
+
+TEST(WriteJsonModel, WritesMaterialsAndNamesThatAreThere) {
+  Model model = test::soundModel();
+  model.materials = {{.name = "S\"355", .density = 7850}, {.name = "C24"}};
+  model.sections[0].material = 0;
+  model.barNames = {"", "P/2"};
+  model.layers = {"Nível 1"};
+  model.barLayers = {0, -1};
+  EXPECT_EQ(written(model), R"({
+  "unit": "mm",
+  "nodes": [
+    [0, 0, 0],
+    [0, 0, 3000],
+    [5000, 0, 3000]
+  ],
+  "materials": {
+    "S\"355": {"density": 7850},
+    "C24": {}
+  },
+  "sections": {
+    "W 200 100 8 6": {"text": "W 200 100 8 6", "material": "S\"355"},
+    "EC 80 0 0 12": {"text": "EC 80 0 0 12"}
+  },
+  "bars": [
+    {"nodes": [0, 1], "section": "W 200 100 8 6", "layer": "Nível 1"},
+    {"nodes": [1, 2], "section": "EC 80 0 0 12", "name": "P/2"}
   ]
 }
 )");
@@ -495,9 +612,15 @@ Model anyModel(Random& random) {
   for (std::int64_t i = random.integer(1, 6); i > 0; --i) {
     model.nodes.push_back({anyFloat(random), anyFloat(random), anyFloat(random)});
   }
+  for (std::int64_t i = random.integer(0, 3); i > 0; --i) {
+    model.materials.push_back({.name = anyText(random) + std::to_string(i),
+                               .density = random.once(2) ? 0.0 : std::fabs(anyFloat(random))});
+  }
+  const auto materials = static_cast<std::int64_t>(model.materials.size());
   for (std::int64_t i = random.integer(1, 4); i > 0; --i) {
     ModelSection section = test::sectionOf(anyText(random));
     section.name = anyText(random) + std::to_string(i);
+    section.material = static_cast<std::int32_t>(random.integer(-1, materials - 1));
     if (random.once(2)) {
       for (float& dim : section.dims) {
         dim = random.once(3) ? 0.0F : anyFloat(random);
@@ -517,6 +640,11 @@ Model anyModel(Random& random) {
         .visible = random.once(2),
     });
   }
+  if (random.once(2)) {
+    for (std::size_t i = 0; i < model.bars.size(); ++i) {
+      model.barNames.push_back(anyText(random));
+    }
+  }
   return model;
 }
 
@@ -529,6 +657,11 @@ TEST(WriteJsonModel, IsReadAsTheSameModel) {
     ASSERT_EQ(again.title, model.title);
     ASSERT_EQ(again.unitCode, model.unitCode);
     ASSERT_EQ(again.nodes, model.nodes) << text;
+    ASSERT_EQ(again.materials.size(), model.materials.size());
+    for (std::size_t i = 0; i < model.materials.size(); ++i) {
+      ASSERT_EQ(again.materials[i].name, model.materials[i].name) << text;
+      ASSERT_EQ(again.materials[i].density, model.materials[i].density) << text;
+    }
     ASSERT_EQ(again.sections.size(), model.sections.size());
     for (std::size_t i = 0; i < model.sections.size(); ++i) {
       ASSERT_EQ(again.sections[i].name, model.sections[i].name) << text;
@@ -537,9 +670,14 @@ TEST(WriteJsonModel, IsReadAsTheSameModel) {
       ASSERT_EQ(again.sections[i].givenDims < 0,
                 model.sections[i].dims == parseSectionDims(model.sections[i].text))
           << text;
+      ASSERT_EQ(again.sections[i].material, model.sections[i].material) << text;
     }
     ASSERT_EQ(again.bars.size(), model.bars.size());
+    const auto nameOf = [](const Model& named, std::size_t i) {
+      return named.barNames.empty() ? std::string() : named.barNames[i];
+    };
     for (std::size_t i = 0; i < model.bars.size(); ++i) {
+      ASSERT_EQ(nameOf(again, i), nameOf(model, i)) << text;
       ASSERT_EQ(again.bars[i].start, model.bars[i].start) << text;
       ASSERT_EQ(again.bars[i].end, model.bars[i].end) << text;
       ASSERT_EQ(again.bars[i].section, model.bars[i].section) << text;

@@ -117,6 +117,28 @@ TEST(CheckReferences, AsksForTheSectionThatWasProbablyMeant) {
   EXPECT_EQ(problems[0].suggestion, "pilar");
 }
 
+TEST(CheckReferences, NamesAMaterialThatIsNotDefinedOnce) {
+  Model model = soundModel();
+  model.materials = {{.name = "S355", .density = 7850, .defined = true},
+                     {.name = "S335", .defined = false},
+                     {.name = "wood", .defined = false},
+                     {.name = "steel", .defined = false}};  // which no section names
+  model.sections[0].material = 1;
+  model.sections[1].material = 1;
+  model.sections.push_back(sectionOf("RED 20"));
+  model.sections[2].material = 2;
+  const auto problems = checkReferences(model);
+  ASSERT_EQ(briefs(problems), Briefs({"error unknown-material", "error unknown-material"}));
+  EXPECT_EQ(problems[0].message, "material \"S335\" is not defined; did you mean S355?");
+  EXPECT_EQ(problems[0].pointer, "/sections/W 200 100 8 6/material");
+  EXPECT_EQ(problems[0].value, "S335");
+  EXPECT_EQ(problems[0].suggestion, "S355");
+  EXPECT_EQ(problems[0].section, 0);
+  EXPECT_EQ(problems[1].message, "material \"wood\" is not defined; allowed: S355");
+  EXPECT_EQ(problems[1].allowed, "S355");
+  EXPECT_EQ(problems[1].section, 2);
+}
+
 TEST(CheckReferences, ListsAFewSectionsButNotMany) {
   Model model = soundModel();
   model.sections = {undefined("x")};

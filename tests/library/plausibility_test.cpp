@@ -411,5 +411,20 @@ TEST(CheckPlausibility, NotesNeverAreErrors) {
                                    "note unused-section", "note unused-node"}));
 }
 
+TEST(ModelNotes, DensitiesInAnotherUnit) {
+  Model model = soundModel();
+  model.materials = {
+      {.name = "unknown"}, {.name = "cork", .density = 100}, {.name = "osmium", .density = 23000}};
+  EXPECT_EQ(notesOf(model), Briefs());
+  model.materials.push_back({.name = "aço/1", .density = 7.85});
+  model.materials.push_back({.name = "b", .density = 78500});
+  const std::vector<Problem> notes = checkPlausibility(model, all);
+  ASSERT_EQ(briefs(notes), Briefs({"note unusual-density", "note unusual-density"}));
+  EXPECT_EQ(notes[0].pointer, "/materials/aço~11/density");
+  EXPECT_EQ(notes[0].message,
+            "material \"aço/1\": 7.85 kg/m³ is unusual; densities are in kg/m³, that of steel is "
+            "7850");
+}
+
 }  // namespace
 }  // namespace exportifc
