@@ -214,6 +214,29 @@ inline constexpr Text helpViewInput{"a model, an IFC file or an .ifczip",
                                     "um modelo, um arquivo IFC ou um .ifczip"};
 inline constexpr Text helpViewOutput{"the page (default: beside the input, .html)",
                                      "a página (sem ela: junto à entrada, .html)"};
+inline constexpr Text helpTakeoff{"List sections, lengths, masses and paint surfaces",
+                                  "Lista seções, comprimentos, massas e áreas de pintura"};
+inline constexpr Text helpTakeoffOutput{
+    "write all lists as .csv, with the cut list; - is standard output",
+    "grava todas as listas em .csv, com a lista de corte; - é a saída padrão"};
+inline constexpr Text helpDensity{
+    "density of all bars in kg/m³ (default: of their material, otherwise 7850)",
+    "massa específica de todas as barras em kg/m³ (sem ela: a do material ou 7850)"};
+inline constexpr Text helpCuts{"with the cut list: how many bars of each length",
+                               "com a lista de corte: quantas barras de cada comprimento"};
+inline constexpr Text helpTakeoffJson{"for programs: one JSON object with all lists",
+                                      "para programas: um objeto JSON com todas as listas"};
+inline constexpr Text takeoffJsonOrFile{"--json goes to standard output; leave out --json or -o",
+                                        "--json vai à saída padrão; deixe fora --json ou -o"};
+inline constexpr Text takeoffWeightless{
+    "{0} {0:bar has|bars have} a section that is not drawn: without mass and paint in these lists",
+    "{0} {0:barra tem|barras têm} uma seção que não é desenhada: sem massa e pintura nestas "
+    "listas"};
+inline constexpr Text takeoffDensity{
+    "--density: {0} is no density of a building material in kg/m³, allowed are 100 to 25000; steel "
+    "has 7850",
+    "--density: {0} não é a massa específica de um material de construção em kg/m³, valem 100 a "
+    "25000; o aço tem 7850"};
 inline constexpr Text helpHelp{"this help", "esta ajuda"};
 inline constexpr Text helpVersion{"the version", "a versão"};
 inline constexpr Text helpExitCodes{

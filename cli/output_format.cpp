@@ -13,6 +13,7 @@ namespace exportifc::cli {
 
 const OutputKind exchangeFileKind{".ifc", texts::formatExchange, "export"};
 const OutputKind pageKind{".html", texts::formatPage, "view"};
+const OutputKind takeoffKind{".csv", texts::formatTakeoff, "takeoff"};
 
 namespace {
 
@@ -22,7 +23,8 @@ std::vector<OutputKind> allKinds() {
   std::vector<OutputKind> kinds{exchangeFileKind,
                                 {zippedExtension, exchangeFileKind.name, exchangeFileKind.command},
                                 pageKind,
-                                {".htm", pageKind.name, pageKind.command}};
+                                {".htm", pageKind.name, pageKind.command},
+                                takeoffKind};
   for (const Format& format : formats()) {
     kinds.push_back(kindOf(format));
   }

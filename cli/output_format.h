@@ -16,14 +16,15 @@ struct OutputKind {
   std::string_view command;  ///< which writes it
 };
 
-/// "export" and "view" write these two; "convert" the formats of models.
+/// "export", "view" and "takeoff" write these; "convert" the formats of models.
 extern const OutputKind exchangeFileKind;
 extern const OutputKind pageKind;
+extern const OutputKind takeoffKind;
 
-/// Refuses an output whose extension names another of these kinds than the one to be written: a
-/// model under the name of an IFC file helps no one, and an IFC file under that of a model may have
-/// replaced one. Letter case does not matter; a name without extension, or with one that is none of
-/// the program's, takes any kind. Throws a Failure (exitBadUse).
+/// Refuses an output whose extension names another of the program's kinds than the one to be
+/// written: a model under the name of an IFC file helps no one, and an IFC file under that of a
+/// model may have replaced one. Letter case does not matter; a name without extension, or with one
+/// that is none of the program's, takes any kind. Throws a Failure (exitBadUse).
 void requireExtension(const std::string& output, const OutputKind& written);
 
 /// The format that `convert` writes a model in: that of the output's extension, otherwise the first

@@ -7,7 +7,8 @@ _exportifc() {
     profiles) words="-h --help --svg --markdown 'ILAM' 'CS' '][' '[' '[]' 'UENR' 'UUE' 'IENR' 'CA' 'BOX' 'L' 'LLM' 'LLM_EN' 'LFF' 'LLAM_EN' '2L' 'LL' '><' '<>' 'LX' 'LZ' 'CART' 'ICAR' 'TUBO' 'Z' 'ZS' 'ZI' 'ZSI' 'LLAM' '2LLM' 'LLLM' 'VVLM' 'LVLM' 'LXLM' 'LZLM' 'ULAM' 'UAP' 'UULM' '2ULM' 'TEE' 'RED' 'FRED' 'W' 'HP' 'PS' 'VS' 'VSE' 'CSE' 'CVS' 'TW' 'TS' 'WT' 'PC' 'HE' 'IPE' 'PSA' 'EC' 'RET' '2L_ASSIMETRICO'" ;;
     convert) words="-h --help -o --output --strict" ;;
     view) words="-h --help -o --output --template --visible-only --transliterate --no-notes" ;;
-    *) words="export check profiles convert view -h --help --version" ;;
+    takeoff) words="-h --help -o --output --density --visible-only --cuts --json -q --quiet" ;;
+    *) words="export check profiles convert view takeoff -h --help --version" ;;
   esac
   if [[ $COMP_CWORD -gt 1 && $current != -* && ${COMP_WORDS[1]} != profiles ]]; then
     mapfile -t COMPREPLY < <(compgen -f -- "$current")

@@ -10,10 +10,11 @@ MakeCommand addCheck;
 MakeCommand addProfiles;
 MakeCommand addConvert;
 MakeCommand addView;
+MakeCommand addTakeoff;
 
 /// In the order of the help.
 inline constexpr MakeCommand* allCommands[] = {
-    addExport, addCheck, addProfiles, addConvert, addView,
+    addExport, addCheck, addProfiles, addConvert, addView, addTakeoff,
 };
 
 }  // namespace exportifc::cli

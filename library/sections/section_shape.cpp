@@ -153,6 +153,7 @@ std::vector<Ring> solidCircle(const std::vector<double>& v) { return {circle(v[0
 struct EntityShape {
   std::string_view keyword;
   std::vector<Ring> (*rings)(const std::vector<double>& attributes);
+  bool isRound = false;
 };
 
 constexpr EntityShape entityShapes[] = {
@@ -163,8 +164,8 @@ constexpr EntityShape entityShapes[] = {
     {"IFCTSHAPEPROFILEDEF", tShape},
     {"IFCRECTANGLEHOLLOWPROFILEDEF", hollowRectangle},
     {"IFCRECTANGLEPROFILEDEF", solidRectangle},
-    {"IFCCIRCLEHOLLOWPROFILEDEF", hollowCircle},
-    {"IFCCIRCLEPROFILEDEF", solidCircle},
+    {"IFCCIRCLEHOLLOWPROFILEDEF", hollowCircle, true},
+    {"IFCCIRCLEPROFILEDEF", solidCircle, true},
 };
 
 PlacedShape parametricShape(const ParametricRow& row, const ProfileArguments& arguments) {
@@ -184,6 +185,7 @@ PlacedShape parametricShape(const ParametricRow& row, const ProfileArguments& ar
   for (const EntityShape& entity : entityShapes) {
     if (entity.keyword == row.keyword) {
       shape.rings = entity.rings(attributes);
+      shape.isRound = entity.isRound;
     }
   }
   return shape;

@@ -17,6 +17,7 @@ struct Point2 {
 /// stands in the section.
 struct PlacedShape {
   std::vector<std::vector<Point2>> rings;
+  bool isRound = false;  ///< the rings stand for circles; the first point of each is at (radius, 0)
   Point2 position;
   Point2 xAxis{.x = 1.0, .y = 0.0};  ///< unit vector
 

@@ -432,6 +432,7 @@ inline constexpr Text convertTitleBreak{"the title does not fit one line of a ba
 // ---- kinds of file
 inline constexpr Text formatExchange{"an IFC file", "um arquivo IFC"};
 inline constexpr Text formatPage{"a page", "uma página"};
+inline constexpr Text formatTakeoff{"a take-off", "um levantamento"};
 inline constexpr Text formatJson{"a JSON model", "um modelo JSON"};
 inline constexpr Text formatBatch{"a batch text file", "um arquivo de texto do modo batch"};
 
@@ -469,5 +470,32 @@ inline constexpr Text sumInvisible{"{0} invisible", "{0} {0:invisível|invisíve
 inline constexpr Text sumType10{"{0} of type 10", "{0} do tipo 10"};
 inline constexpr Text sumTooLong{"{0} with a section text too long",
                                  "{0} com texto de seção longo demais"};
+
+// ---- take-off
+inline constexpr Text takeoffSections{"Sections", "Seções"};
+inline constexpr Text takeoffGroups{"Groups", "Grupos"};
+inline constexpr Text takeoffLayers{"Layers", "Camadas"};
+inline constexpr Text takeoffCuts{"Cut list", "Lista de corte"};
+inline constexpr Text takeoffTotal{"Total", "Total"};
+inline constexpr Text takeoffSection{"section", "seção"};
+inline constexpr Text takeoffText{"dimensions", "dimensões"};
+inline constexpr Text takeoffMaterial{"material", "material"};
+inline constexpr Text takeoffGroup{"group", "grupo"};
+inline constexpr Text takeoffLayer{"layer", "camada"};
+inline constexpr Text takeoffFrames{"frames", "pórticos"};
+inline constexpr Text takeoffTrusses{"trusses", "treliças"};
+inline constexpr Text takeoffDirect{"in no assembly", "fora de conjuntos"};
+inline constexpr Text takeoffNoLayer{"(no layer)", "(sem camada)"};
+inline constexpr Text takeoffBars{"bars", "barras"};
+inline constexpr Text takeoffPieces{"pieces", "peças"};
+inline constexpr Text takeoffLength{"length [m]", "comprimento [m]"};
+inline constexpr Text takeoffArea{"area [cm²]", "área [cm²]"};
+inline constexpr Text takeoffMassPerMetre{"mass [kg/m]", "massa [kg/m]"};
+inline constexpr Text takeoffMass{"mass [kg]", "massa [kg]"};
+inline constexpr Text takeoffPaintPerMetre{"paint [m²/m]", "pintura [m²/m]"};
+inline constexpr Text takeoffPaint{"paint [m²]", "pintura [m²]"};
+inline constexpr Text takeoffShortest{"shortest [mm]", "menor [mm]"};
+inline constexpr Text takeoffLongest{"longest [mm]", "maior [mm]"};
+inline constexpr Text takeoffCut{"cut length [mm]", "corte [mm]"};
 
 }  // namespace exportifc::texts

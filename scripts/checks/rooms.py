@@ -11,9 +11,9 @@ import sys
 
 root = pathlib.Path(__file__).resolve().parents[2]
 # From the top; a room may include from those below it. What puts the program together stands above all.
-ROOMS = ["cli/main.cpp", "cli/commands", "cli", "library", "library/formats", "library/workbook", "library/frame",
-         "library/sections", "library/packing", "library/text", "plugin", "profiles", "elements", "model", "step", "platform",
-         "include"]
+ROOMS = ["cli/main.cpp", "cli/commands", "cli", "library", "library/takeoff", "library/formats", "library/workbook",
+         "library/frame", "library/sections", "library/packing", "library/text", "plugin", "profiles", "elements", "model", "step",
+         "platform", "include"]
 MOST = 0.2  # of all lines in rooms
 
 

@@ -869,6 +869,8 @@ def the_model_of_the_documentation_is_exported():
         (path / "portal.json").write_text(re.search(r"```json\n(.*?)```", page, re.S)[1])
         equal(run("export", "portal.json", "--strict", cwd=path).returncode, 0, "export")
         check(is_exchange((path / "portal.ifc").read_bytes(), 2), "not two elements")
+        lists = re.search(r"```text\n(.*?)```", (ROOT / "docs/takeoff.md").read_text(), re.S)[1]
+        equal(text(run("takeoff", "portal.json", cwd=path).stdout), lists, "take-off")
 
 
 @native_only

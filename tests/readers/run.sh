@@ -17,7 +17,7 @@ fi
 
 passed=0
 failed=0
-for test in strict_test strict_program_test geometry_test models_test; do
+for test in strict_test strict_program_test geometry_test models_test takeoff_test; do
   output=$(node "$test.mjs" 2>&1)
   status=$?
   echo "$output"

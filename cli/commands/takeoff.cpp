@@ -1,0 +1,156 @@
+// exportifc takeoff: what the structure of a model is made of, as lists.
+#include "library/takeoff/takeoff.h"
+
+#include <algorithm>
+#include <charconv>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "cli/commands/commands.h"
+#include "cli/console.h"
+#include "cli/failure.h"
+#include "cli/file_plan.h"
+#include "cli/messages.h"
+#include "cli/model_file.h"
+#include "cli/output_file.h"
+#include "cli/output_format.h"
+#include "cli/problem_report.h"
+#include "library/frame/model_check.h"
+#include "library/takeoff/takeoff_tables.h"
+
+namespace exportifc::cli {
+
+namespace {
+
+struct TakeoffCommand {
+  std::string model;
+  std::string output;   ///< empty: lists on standard output
+  std::string density;  ///< as the user writes it; empty: not given
+  bool visibleOnly = false;
+  bool cuts = false;   ///< the cut list on standard output, too
+  bool json = false;   ///< for programs
+  bool quiet = false;  ///< do not say what else is wrong
+};
+
+/// The density that the user gives, with a decimal sign of either kind.
+std::optional<double> densityOf(std::string text) {
+  if (text.empty()) {
+    return {};
+  }
+  // Nothing is built of what is lighter or heavier: another unit is meant.
+  constexpr double lightest = 100.0;
+  constexpr double heaviest = 25000.0;
+  std::replace(text.begin(), text.end(), ',', '.');
+  double density = 0.0;
+  const char* const end = text.data() + text.size();
+  const auto read = std::from_chars(text.data(), end, density);
+  if (read.ec != std::errc() || read.ptr != end || !(density >= lightest && density <= heaviest)) {
+    throw Failure(exitBadUse, say(texts::takeoffDensity, {text}));
+  }
+  return density;
+}
+
+/// By which spreadsheets tell that a file is in UTF-8.
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+void printLists(Console& console, const std::vector<TakeoffTable>& tables, bool withCuts) {
+  bool first = true;
+  for (const TakeoffTable& table : tables) {
+    if (table.key == "cuts" && !withCuts) {
+      continue;
+    }
+    console.printLine((first ? "" : "\n") + table.title);
+    for (const std::string& line : takeoffLines(table)) {
+      console.printLine(line);
+    }
+    first = false;
+  }
+}
+
+/// The model with problems that do not stop an export said on the way.
+Model loadedModel(const TakeoffCommand& options, Console& console) {
+  Model model = readModel(options.model);
+  const std::vector<Problem> broken = checkReferences(model);
+  if (!broken.empty()) {
+    reportProblems(console, options.model, model, broken);
+    throw Failure(exitProblems, say(texts::nothingWritten, {displayName(options.model)}));
+  }
+  if (!options.quiet) {
+    reportProblems(console, options.model, model, checkModel(model, options.visibleOnly));
+  }
+  return model;
+}
+
+/// Bars in the lists that are not drawn, and so have no mass there.
+std::int64_t weightlessBars(const Takeoff& takeoff) {
+  std::int64_t bars = 0;
+  for (const SectionTakeoff& section : takeoff.sections) {
+    bars += section.isDrawn ? 0 : section.sum.bars;
+  }
+  return bars;
+}
+
+ExitCode run(const TakeoffCommand& options, Console& console) {
+  if (options.json && !options.output.empty()) {
+    throw Failure(exitBadUse, say(texts::takeoffJsonOrFile));
+  }
+  const std::optional<double> density = densityOf(options.density);
+  FilePlan files;
+  files.reads(options.model);
+  if (!options.output.empty()) {
+    files.writes(options.output);
+    requireExtension(options.output, takeoffKind);
+  }
+  const Model model = loadedModel(options, console);
+  const Takeoff takeoff =
+      takeoffOf(model, {.visibleOnly = options.visibleOnly, .density = density});
+  std::vector<TakeoffTable> tables = takeoffTables(model, takeoff);
+  if (options.json) {
+    nlohmann::ordered_json json = {{"model", options.model}};
+    json.update(takeoffJson(tables));
+    constexpr int indent = 2;
+    // Names of files are bytes: what is not UTF-8 is replaced.
+    console.printLine(json.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace));
+  }
+  std::for_each(tables.begin(), tables.end(), keepColumnsForPeople);
+  if (!options.output.empty()) {
+    OutputFile output(options.output);
+    if (!isStandardStream(options.output)) {
+      output.write(utf8Mark);
+    }
+    writeTakeoffCsv(tables, output);
+    output.commit();
+  } else if (!options.json) {
+    printLists(console, tables, options.cuts);
+  }
+  const std::int64_t weightless = weightlessBars(takeoff);
+  if (weightless > 0 && !options.quiet) {
+    reportModelWarning(console, options.model,
+                       say(texts::takeoffWeightless, {numberText(weightless)}));
+  }
+  return weightless > 0 ? exitProblems : exitOk;
+}
+
+}  // namespace
+
+Command addTakeoff(CLI::App& program) {
+  const auto options = std::make_shared<TakeoffCommand>();
+  CLI::App& command = addCommand(program, "takeoff", texts::helpTakeoff);
+  addArgument(command, texts::wordModel, options->model, texts::helpModel).required();
+  addName(command, "-o,--output", options->output, texts::helpTakeoffOutput, texts::wordFile);
+  addName(command, "--density", options->density, texts::helpDensity, texts::wordNumber);
+  addFlag(command, "--visible-only", options->visibleOnly, texts::helpVisibleOnly);
+  addFlag(command, "--cuts", options->cuts, texts::helpCuts);
+  addFlag(command, "--json", options->json, texts::helpTakeoffJson);
+  addFlag(command, "-q,--quiet", options->quiet, texts::helpQuiet);
+  return {&command, [options](Console& console) { return run(*options, console); }};
+}
+
+}  // namespace exportifc::cli
