@@ -19,6 +19,8 @@
 #include "library/frame/model_export.h"
 #include "library/frame/plausibility.h"
 #include "library/frame/problem_json.h"
+#include "library/takeoff/takeoff.h"
+#include "library/takeoff/takeoff_tables.h"
 #include "library/text/text.h"
 
 using namespace exportifc;
@@ -221,5 +223,31 @@ ExportIfcResult exportIfcExport(ExportIfcModel* model, std::uint32_t flags, Expo
       return progress == nullptr || (bar & some) != 0 || progress(context, bar, total) != 0;
     });
     return result.complete && sink.flush() ? exportIfcOk : exportIfcNotWritten;
+  });
+}
+
+ExportIfcResult exportIfcTakeoff(ExportIfcModel* model, std::uint32_t flags, double density,
+                                 ExportIfcLists lists, ExportIfcWrite write, void* context) {
+  if (model == nullptr || !model->isRead || write == nullptr || !(density >= 0.0)) {
+    return exportIfcBadUse;
+  }
+  return guarded(model->language, [&] {
+    if (!checkReferences(model->model).empty()) {
+      return exportIfcProblems;
+    }
+    TakeoffOptions options{.visibleOnly = has(flags, exportIfcVisibleOnly)};
+    if (density > 0.0) {
+      options.density = density;
+    }
+    auto tables = takeoffTables(model->model, takeoffOf(model->model, options));
+    CallerSink sink(write, context);
+    if (lists == exportIfcJson) {
+      const std::string text = takeoffJson(tables).dump();
+      sink.write(text.data(), text.size());
+    } else {
+      std::for_each(tables.begin(), tables.end(), keepColumnsForPeople);
+      writeTakeoffCsv(tables, sink);
+    }
+    return sink.flush() ? exportIfcOk : exportIfcNotWritten;
   });
 }

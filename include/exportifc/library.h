@@ -90,6 +90,20 @@ EXPORTIFC_API ExportIfcResult exportIfcExport(ExportIfcModel* model, uint32_t fl
                                               ExportIfcWrite write, ExportIfcProgress progress,
                                               void* context);
 
+/** How `exportIfcTakeoff` gives its lists. */
+typedef enum ExportIfcLists {
+  exportIfcCsv =
+      0, /**< as spreadsheets of the model's language read them, without a mark of UTF-8 */
+  exportIfcJson = 1 /**< one object, its keys the same in every language */
+} ExportIfcLists;
+
+/** Lists sections, lengths (m), masses (kg) and paint surfaces (m²) of the bars that an export
+ * writes, into `write`. `density` is that of all bars in kg/m³; 0 takes that of their material, or
+ * of steel, 7850. exportIfcProblems when bars refer to nodes or sections that are not there. */
+EXPORTIFC_API ExportIfcResult exportIfcTakeoff(ExportIfcModel* model, uint32_t flags,
+                                               double density, ExportIfcLists lists,
+                                               ExportIfcWrite write, void* context);
+
 #ifdef __cplusplus
 } /* extern "C" */
 #endif

@@ -242,5 +242,39 @@ TEST(Api, ThreadsExportModelsOfTheirOwn) {
   }
 }
 
+TEST(Api, TakeoffInBothForms) {
+  const Opened opened = open(portal, "m.json", "pt");
+  Caller caller;
+  ASSERT_EQ(exportIfcTakeoff(opened.model.get(), 0, 0.0, exportIfcJson, take, &caller),
+            exportIfcOk);
+  const json lists = json::parse(caller.bytes);
+  EXPECT_EQ(lists["total"]["bars"], 2);
+  EXPECT_EQ(lists["sections"][1]["massKg"], 37.68) << "80 x 12 mm, 5 m, 7850 kg/m³";
+  caller = {};
+  ASSERT_EQ(exportIfcTakeoff(opened.model.get(), exportIfcVisibleOnly, 1000.0, exportIfcCsv, take,
+                             &caller),
+            exportIfcOk);
+  EXPECT_NE(caller.bytes.find("Total;1;1;3,000;;;8,112;"), std::string::npos) << caller.bytes;
+}
+
+TEST(Api, TakeoffSaysWhyThereIsNone) {
+  const Opened opened = open(portal);
+  Caller caller;
+  EXPECT_EQ(exportIfcTakeoff(nullptr, 0, 0.0, exportIfcJson, take, &caller), exportIfcBadUse);
+  EXPECT_EQ(exportIfcTakeoff(opened.model.get(), 0, 0.0, exportIfcJson, nullptr, &caller),
+            exportIfcBadUse);
+  EXPECT_EQ(exportIfcTakeoff(opened.model.get(), 0, -1.0, exportIfcJson, take, &caller),
+            exportIfcBadUse);
+  EXPECT_EQ(caller.bytes, "");
+  caller.mostPieces = 0;
+  EXPECT_EQ(exportIfcTakeoff(opened.model.get(), 0, 0.0, exportIfcCsv, take, &caller),
+            exportIfcNotWritten);
+  std::string broken(portal);
+  broken.replace(broken.find("[1, 2]"), 6, "[1, 9]");
+  const Opened lost = open(broken);
+  EXPECT_EQ(exportIfcTakeoff(lost.model.get(), 0, 0.0, exportIfcCsv, take, &caller),
+            exportIfcProblems);
+}
+
 }  // namespace
 }  // namespace exportifc
