@@ -23,4 +23,14 @@ EXPORTIFC_API ExportIfcResult pageExport(ExportIfcModel* model, uint32_t flags) 
       },
       nullptr);
 }
+
+EXPORTIFC_API ExportIfcResult pageTakeoff(ExportIfcModel* model, ExportIfcLists lists) {
+  return exportIfcTakeoff(
+      model, exportIfcAllBars, 0.0, lists,
+      [](void* /*context*/, const char* bytes, size_t size) {
+        pageWrite(bytes, size);
+        return 1;
+      },
+      nullptr);
+}
 }

@@ -45,12 +45,13 @@ async function run(job: Job): Promise<void> {
   switch (job.kind) {
     case "open": return open(job);
     case "check": return check(job);
+    case "takeoff": return table(job);
     case "zip": return scope.postMessage({ kind: "content", content: await zipped(job.file, job.name, tell()) });
     case "pack": return scope.postMessage({ kind: "content", content: await packed(job.file) });
   }
 }
 
-type ModelJob = Extract<Job, { kind: "open" | "check" }>;
+type ModelJob = Extract<Job, { kind: "open" | "check" | "takeoff" }>;
 
 async function open(job: ModelJob): Promise<void> {
   let { file } = job;
@@ -64,11 +65,19 @@ async function open(job: ModelJob): Promise<void> {
     return give(file, start.includes(ownName) ? "exporter" : "foreign");
   }
   await withModel(job, (model) => {
-    if (model && isWritable(model)) give(exchangeFile(model), "model");
+    if (!model || !isWritable(model)) return;
+    scope.postMessage({ kind: "takeoff", takeoff: model.takeoff() });
+    give(exchangeFile(model), "model");
   });
 }
 
 const check = (job: ModelJob) => withModel(job, (model) => void (model && isWritable(model)));
+
+/** The take-off for a spreadsheet, which sees by a mark that it is UTF-8. */
+const table = (job: ModelJob) =>
+  withModel(job, (model) => {
+    if (model) scope.postMessage({ kind: "content", content: new Blob(["\ufeff", model.takeoffTable()], { type: "text/csv" }) });
+  });
 
 /** Reads a model, says what is wrong with it and passes it on; null when it cannot be read. */
 async function withModel(job: ModelJob, use: (model: OpenModel | null) => void): Promise<void> {

@@ -17,6 +17,23 @@ export const enum Flags {
   notes = 2,
 }
 
+/** How a take-off gives its lists. */
+const enum Lists {
+  csv = 0,
+  json = 1,
+}
+
+/** Rows by the keys that `exportifc takeoff --json` has; what a row does not have has no key. */
+export type TakeoffRow = Record<string, string | number>;
+
+export interface Takeoff {
+  sections?: TakeoffRow[];
+  groups?: TakeoffRow[];
+  layers?: TakeoffRow[];
+  cuts?: TakeoffRow[];
+  total?: TakeoffRow;
+}
+
 /** A problem as `exportifc check --json` says it. */
 export interface Problem {
   code: string;
@@ -45,6 +62,7 @@ interface Library {
   exportIfcCheck(model: number, flags: number): Result;
   exportIfcProblemsJson(model: number): number;
   pageExport(model: number, flags: number): Result;
+  pageTakeoff(model: number, lists: Lists): Result;
 }
 
 const pointerSize = 4;
@@ -167,6 +185,29 @@ export class OpenModel {
   /** Writes the IFC file in pieces; `progress` is told the bars that are done. */
   export(flags: Flags, write: (piece: Uint8Array) => void, progress: (done: number) => void): Result {
     return this.exporter.exporting(write, progress, () => this.calls.pageExport(this.model, flags));
+  }
+
+  takeoff(): Takeoff {
+    return JSON.parse(new TextDecoder().decode(this.lists(Lists.json)));
+  }
+
+  /** The take-off as spreadsheets of the model's language read it. */
+  takeoffTable(): Uint8Array<ArrayBuffer> {
+    return this.lists(Lists.csv);
+  }
+
+  private lists(form: Lists): Uint8Array<ArrayBuffer> {
+    const pieces: Uint8Array<ArrayBuffer>[] = [];
+    const take = (piece: Uint8Array) => void pieces.push(piece as Uint8Array<ArrayBuffer>);
+    const result = this.exporter.exporting(take, () => {}, () => this.calls.pageTakeoff(this.model, form));
+    if (result !== Result.ok) throw new Error(`the take-off ended with ${result}`);
+    const whole = new Uint8Array(pieces.reduce((size, piece) => size + piece.length, 0));
+    let at = 0;
+    for (const piece of pieces) {
+      whole.set(piece, at);
+      at += piece.length;
+    }
+    return whole;
   }
 
   close(): void {

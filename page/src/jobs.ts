@@ -1,11 +1,12 @@
 // Work that the page hands to a worker of its own: each job has one, so that it can be stopped at any time, and so that
 // what a broken file does to it is over when it ends.
 
-import type { Problem } from "./exporter";
+import type { Problem, Takeoff } from "./exporter";
 
 export type Job =
   | { kind: "open"; file: Blob; name: string; choices: Choices; exporter: string } // the exporter in base64, packed
   | { kind: "check"; file: Blob; name: string; choices: Choices; exporter: string }
+  | { kind: "takeoff"; file: Blob; name: string; choices: Choices; exporter: string }
   | { kind: "zip"; file: Blob; name: string }
   | { kind: "pack"; file: Blob };
 
@@ -25,7 +26,8 @@ export type JobReport =
   | { kind: "progress"; done: number } // from 0 to 1
   | { kind: "findings"; findings: Findings }
   | { kind: "exchange"; file: Blob; origin: Origin }
-  | { kind: "content"; content: Blob } // a zip; or base64 of the packed file
+  | { kind: "takeoff"; takeoff: Takeoff }
+  | { kind: "content"; content: Blob } // a zip; base64 of the packed file; a table
   | { kind: "done" }
   | { kind: "failed"; reason: JobFailure; detail: string };
 

@@ -16,27 +16,32 @@ export function labelShell(name: string): void {
   labelHelp();
 }
 
-/** Has the two tabs chosen by pointer and by keys. */
+/** Has the tabs chosen by pointer and by keys. */
 export function startTabs(): void {
-  const tabs = [...document.querySelectorAll<HTMLButtonElement>("[role=tab]")];
-  const open = (chosen: HTMLButtonElement) => {
-    for (const tab of tabs) {
-      tab.setAttribute("aria-selected", String(tab === chosen));
-      tab.tabIndex = tab === chosen ? 0 : -1;
-      byId(tab.getAttribute("aria-controls")!).hidden = tab !== chosen;
-    }
-  };
-  tabs.forEach((tab, i) => {
-    tab.addEventListener("click", () => open(tab));
+  tabs().forEach((tab) => {
+    tab.addEventListener("click", () => openTab(tab));
     tab.addEventListener("keydown", (event) => {
       if (event.key !== "ArrowLeft" && event.key !== "ArrowRight") return;
-      const next = tabs[(i + 1) % tabs.length]!; // there are two
-      open(next);
+      const shown = tabs().filter((other) => !other.hidden);
+      const step = event.key === "ArrowRight" ? 1 : -1;
+      const next = shown[(shown.indexOf(tab) + step + shown.length) % shown.length]!;
+      openTab(next);
       next.focus();
     });
   });
-  open(tabs[0]!);
+  openTab(tabs()[0]!);
 }
+
+/** Shows the panel of a tab, and no other. */
+export function openTab(chosen: HTMLButtonElement): void {
+  for (const tab of tabs()) {
+    tab.setAttribute("aria-selected", String(tab === chosen));
+    tab.tabIndex = tab === chosen ? 0 : -1;
+    byId(tab.getAttribute("aria-controls")!).hidden = tab !== chosen;
+  }
+}
+
+const tabs = () => [...document.querySelectorAll<HTMLButtonElement>("[role=tab]")];
 
 function labelHelp(): void {
   const keys: [string, TextKey][] = [

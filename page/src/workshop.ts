@@ -3,10 +3,12 @@
 import { block, takeBlock } from "./blocks";
 import { button, byId, make } from "./dom";
 import { inspection } from "./inspection";
+import type { Takeoff } from "./exporter";
 import { type Findings, type Job, type JobFailure, type JobReport, Jobs, type Origin, type Running } from "./jobs";
 import { barsText, countText, elementsOfBars, problemList } from "./problems";
 import { Progress } from "./progress";
-import { labelShell } from "./shell";
+import { labelShell, openTab } from "./shell";
+import { takeoffLists } from "./takeoff";
 import { modelPage } from "./template";
 import { type Language, language, speak, text, type TextKey } from "./texts";
 import { fromBase64, unpack } from "./unpack";
@@ -27,6 +29,7 @@ interface Opened {
   name: string;
   transliterate: boolean;
   findings: Findings | null; // of a model
+  takeoff: Takeoff | null; // of a model
   exchange: Blob | null; // its file
   origin: Origin;
 }
@@ -100,7 +103,7 @@ export class Workshop {
 
   private open(source: Blob, name: string, transliterate = false): void {
     this.clear();
-    this.opened = { source, name, transliterate, findings: null, exchange: null, origin: "model" };
+    this.opened = { source, name, transliterate, findings: null, takeoff: null, exchange: null, origin: "model" };
     inspection.ready = false;
     inspection.failed = "";
     this.say(() => (transliterate ? text("transliterated") : ""));
@@ -110,7 +113,7 @@ export class Workshop {
     this.opening = this.jobs.start(this.modelJob("open"), (report) => this.take(report));
   }
 
-  private modelJob(kind: "open" | "check"): Job {
+  private modelJob(kind: "open" | "check" | "takeoff"): Job {
     const { source, name, transliterate } = this.opened!;
     const choices = { language: language === "en" ? "en" : "pt", transliterate } as const;
     return { kind, file: source, name, choices, exporter: this.exporter };
@@ -128,7 +131,8 @@ export class Workshop {
         const isRead = report.findings.bars > 0;
         this.refuse(() => text(isRead ? "refused" : "unreadableModel", opened.name));
       } else this.render();
-    } else if (report.kind === "exchange") {
+    } else if (report.kind === "takeoff") opened.takeoff = report.takeoff;
+    else if (report.kind === "exchange") {
       opened.exchange = report.file;
       opened.origin = report.origin;
       this.viewer.show(report.file, this.notes());
@@ -201,13 +205,19 @@ export class Workshop {
       return bars === "" ? problem.message : `${bars}: ${problem.message}`;
     });
     const isPage = extension === ".html";
-    const job: Job = isPage ? { kind: "pack", file: exchange! } : { kind: "zip", file: exchange!, name: inside };
+    const job = this.savingJob(extension, inside);
     const work = this.jobs.start(job, (report) => {
       if (report.kind === "done" || report.kind === "failed") this.saving.delete(work);
       if (report.kind === "content") save(isPage ? modelPage(inside, notes, report.content) : report.content);
       if (report.kind === "failed") this.say(() => text("notSaved", target));
     });
     this.saving.add(work);
+  }
+
+  private savingJob(extension: string, inside: string): Job {
+    const file = this.opened!.exchange!;
+    if (extension === ".csv") return this.modelJob("takeoff");
+    return extension === ".html" ? { kind: "pack", file } : { kind: "zip", file, name: inside };
   }
 
   // --- what is seen ----------------------------------------------------------------------------
@@ -249,6 +259,7 @@ export class Workshop {
     this.renderFiles();
     this.renderStart(isEmpty);
     this.renderProblems();
+    this.renderTakeoff();
   }
 
   private renderFiles(): void {
@@ -314,6 +325,17 @@ export class Workshop {
         select: this.selectorOf(findings),
         transliterate: cannotBeWritten && !transliterate ? () => this.open(source, name, true) : null,
       }),
+    );
+  }
+
+  private renderTakeoff(): void {
+    const tab = byId<HTMLButtonElement>("tab-takeoff");
+    const takeoff = this.refusal === null ? this.opened?.takeoff : null;
+    tab.hidden = !takeoff?.total;
+    if (tab.hidden && tab.getAttribute("aria-selected") === "true") openTab(byId<HTMLButtonElement>("tab-structure"));
+    const save = () => button(text("saveTakeoff"), () => this.saveAs(".csv"), { id: "save-csv", title: text("saveTakeoffHint") });
+    byId("takeoff").replaceChildren(
+      ...(tab.hidden ? [] : [save(), ...takeoffLists(takeoff!), make("p", { class: "quiet" }, text("takeoffNote"))]),
     );
   }
 

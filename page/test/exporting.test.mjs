@@ -153,6 +153,7 @@ async function testOneFile(check, browser, buildFolder) {
     await choose(page, "familias.ifczip", zip.bytes);
     assert.equal(await page.evaluate(() => exportifcViewer.model.elements.length), 80);
     assert.equal(await page.locator("#notes li", { hasText: "outro programa" }).count(), 0);
+    assert.equal(await page.locator("#tab-takeoff").isVisible(), false, "an IFC file is no model");
   });
   await check("the page is the viewer's own, filled in", async () => {
     await choose(page, "galpão.txt", Buffer.from(text, "latin1"));
@@ -168,13 +169,28 @@ async function testOneFile(check, browser, buildFolder) {
     assert.match(notes[0], /^barra 5: seção "ZI /);
     assert.ok(html === embed(bytes, "galpão.ifc", { notes, pack: () => packed }));
   });
+  await check("the take-off is listed, and saved for a spreadsheet of the page's language", async () => {
+    await page.click("#tab-takeoff");
+    const total = await page.locator("#takeoff section").first().locator("tfoot").textContent();
+    assert.equal(total, "Total5959,0001.663,28751,061");
+    assert.deepEqual(await page.locator("#takeoff caption").allTextContents(), ["Seções", "Grupos", "Lista de corte"]);
+    const file = await saved(page, "#save-csv");
+    assert.equal(file.name, "galpão.csv");
+    const lines = file.bytes.toString("utf8").split("\r\n");
+    assert.equal(lines[0], "\ufeffSeções");
+    assert.ok(lines.includes("L 100 100 8 8;1;1;1,000;15,36;12,058;12,058;0,400;0,400;1000;1000"));
+    await page.keyboard.press("Shift+Tab"); // from the button back to its tab
+    await page.keyboard.press("ArrowRight");
+    assert.equal(await page.locator("#structure").isVisible(), true);
+    assert.equal(await page.locator("#takeoff").isVisible(), false);
+  });
   await check("what is said changes its language with the page", async () => {
     const before = await page.locator("#problems li").first().textContent();
     await page.click("#speak-en");
     await page.waitForFunction((old) => document.querySelector("#problems li").textContent !== old && /no profile/.test(document.querySelector("#problems li").textContent), before);
     assert.equal(await page.getAttribute("html", "lang"), "en");
     assert.equal(await page.locator("#problems h2").textContent(), "1 problem, 2 notes");
-    assert.deepEqual(await page.locator("[role=tab]").allTextContents(), ["Structure", "Totals"]);
+    assert.deepEqual(await page.locator("[role=tab]:visible").allTextContents(), ["Structure", "Totals", "Take-off"]);
     assert.match(await page.locator("#summary").textContent(), /^80 elements/);
     assert.equal(await page.locator("#toolbar button").count(), 9);
     assert.equal(await page.locator(".tree").count(), 1);
