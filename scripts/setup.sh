@@ -37,6 +37,8 @@ test  | llvm                         | llvm-symbolizer | line numbers in the rep
 test  | lld                          | lld-link        | links the test host of the MSVC binary interface
 test  | clang-format                 | clang-format    | checks the layout of the sources
 test  | clang-tidy                   | run-clang-tidy  | static check
+test  | libclang-14-dev llvm-14-dev  | package         | keeps that to the sources of the project
+test  | ccache                       | ccache          | what several stages build is compiled once
 test  | cppcheck                     | cppcheck        | static check
 test  | shellcheck                   | shellcheck      | static check of the scripts
 test  | python3                      | python3         | test helpers, generators of the samples

@@ -8,6 +8,7 @@ What a machine cannot run, or what other stages run, stands in `left_out` with i
 end no tracked file has changed and nothing new lies outside of the ignored folders. Ends with
 "N passed, N failed".
 """
+import os
 import pathlib
 import re
 import shutil
@@ -100,6 +101,7 @@ for command in left_out.keys() - {command for *_, command in found}:
 with tempfile.TemporaryDirectory(prefix="documented-") as work:
     clone = pathlib.Path(work) / "clone"
     subprocess.run(["git", "clone", "-q", "--no-hardlinks", str(root), str(clone)], check=True)
+    os.environ["CCACHE_BASEDIR"] = str(clone)  # a compiler cache, if there is one, knows its files there
     # Prepared once a machine, and no part of the sources: a Wine prefix and packages of npm.
     for ready in ("build/wine/prefix", "page/node_modules", "tests/readers/node_modules"):
         if (root / ready).is_dir():

@@ -8,6 +8,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 
 root=$PWD
 git clone -q "$root" "$work/clone" && cd "$work/clone" || exit 1
+export CCACHE_BASEDIR=$PWD  # a compiler cache, if there is one, knows the files here
 
 # ---- a missing package: the message names the group that has it
 
