@@ -10,6 +10,7 @@
 #include "cli/messages.h"
 #include "cli/paths.h"
 #include "library/packing/zip_reader.h"
+#include "library/text/file_extension.h"
 
 namespace exportifc::cli {
 

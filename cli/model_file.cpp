@@ -1,11 +1,11 @@
 #include "cli/model_file.h"
 
-#include <cerrno>
 #include <fstream>
 #include <iostream>
 #include <optional>
 #include <utility>
 
+#include "cli/input_file.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
 #include "cli/paths.h"
@@ -14,19 +14,11 @@
 #include "library/formats/started_text.h"
 #include "library/frame/model_error.h"
 #include "library/frame/problem_text.h"
+#include "library/text/file_extension.h"
 
 namespace exportifc::cli {
 
 namespace {
-
-void open(std::filebuf& file, const std::string& name) {
-  std::error_code ignored;
-  errno = std::filesystem::is_directory(pathOf(name), ignored) ? EISDIR : 0;
-  if (errno != 0 || file.open(pathOf(name), std::ios::in | std::ios::binary) == nullptr) {
-    throw Failure(exitUnreadable,
-                  say(texts::cannotRead, {name, readErrorText(name, errno != 0 ? errno : ENOENT)}));
-  }
-}
 
 /// `Format::locate` on the file once more, if it can be read twice.
 void locateIn(const Format& format, const std::string& name, std::vector<Problem>& problems,
@@ -64,14 +56,14 @@ Model readModel(const std::string& name) {
     return readFrom(*std::cin.rdbuf(), name);
   }
   std::filebuf file;
-  open(file, name);
+  openInput(file, name);
   return readFrom(file, name);
 }
 
 void requireReadable(const std::string& name) {
   if (!isStandardStream(name)) {
     std::filebuf file;
-    open(file, name);
+    openInput(file, name);
   }
 }
 

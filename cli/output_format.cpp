@@ -8,6 +8,7 @@
 #include "cli/messages.h"
 #include "cli/model_file.h"
 #include "cli/paths.h"
+#include "library/text/file_extension.h"
 
 namespace exportifc::cli {
 

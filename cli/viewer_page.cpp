@@ -1,7 +1,6 @@
 #include "cli/viewer_page.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "cli/failure.h"
+#include "cli/input_file.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
 #include "cli/paths.h"
@@ -55,17 +55,9 @@ std::string readWholeFile(const std::string& path) {
   if (isStandardStream(path)) {
     return {std::istreambuf_iterator<char>(std::cin), {}};
   }
-  std::error_code ignored;
-  errno = fs::is_directory(pathOf(path), ignored) ? EISDIR : 0;
-  std::ifstream file;
-  if (errno == 0) {
-    file.open(pathOf(path), std::ios::binary);
-  }
-  if (!file.is_open()) {
-    throw Failure(exitUnreadable,
-                  say(texts::cannotRead, {path, readErrorText(path, errno != 0 ? errno : ENOENT)}));
-  }
-  return {std::istreambuf_iterator<char>(file), {}};
+  std::filebuf file;
+  openInput(file, path);
+  return {std::istreambuf_iterator<char>(&file), {}};
 }
 
 void writePacked(const PageContent& content, ByteSink& sink) {

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstring>
 #include <exception>
 #include <iterator>
@@ -21,6 +20,7 @@
 #include "library/frame/problem_json.h"
 #include "library/takeoff/takeoff.h"
 #include "library/takeoff/takeoff_tables.h"
+#include "library/text/file_extension.h"
 #include "library/text/text.h"
 
 using namespace exportifc;
@@ -45,16 +45,6 @@ class HeldText final : public std::streambuf {
     setg(bytes.data(), bytes.data(), bytes.data() + bytes.size());
   }
 };
-
-std::string extensionOf(std::string_view name) {
-  const std::size_t point = name.find_last_of("./\\");
-  std::string extension(point == std::string_view::npos || name[point] != '.' ? std::string_view()
-                                                                              : name.substr(point));
-  std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  });
-  return extension;
-}
 
 /// Keeps the problems as a text, with their places.
 void keepProblems(ExportIfcModel& handle, std::vector<Problem> problems, TextPlace readTo = {}) {

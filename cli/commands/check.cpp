@@ -67,10 +67,10 @@ Finding checkOne(const std::string& name, const CheckOptions& options, Console& 
     }
   } catch (const Failure& failure) {
     finding.code = failure.code();
-    const auto* const told = dynamic_cast<const ModelFailure*>(&failure);
+    const auto* const unreadable = dynamic_cast<const ModelFailure*>(&failure);
     list.push_back(problemJson(
-        name, told != nullptr ? told->problem()
-                              : Problem{.code = "unreadable", .message = failure.what()}));
+        name, unreadable != nullptr ? unreadable->problem()
+                                    : Problem{.code = "unreadable", .message = failure.what()}));
     if (!options.json) {
       console.reportFailure(failure);
     }

@@ -68,13 +68,13 @@ std::string pageFor(const std::string& output) {
   return textOf(pathOf(output).replace_extension(".html"));
 }
 
-/// Whether a problem of the section says already what the module's message says.
-bool isTold(const ModuleMessage& message, const std::vector<Problem>& found) {
-  constexpr std::string_view told[] = {"empty-section", "unknown-family", "family-without-profile",
+/// Whether a problem of the section says what the module's message says.
+bool isAmong(const ModuleMessage& message, const std::vector<Problem>& found) {
+  constexpr std::string_view same[] = {"empty-section", "unknown-family", "family-without-profile",
                                        "text-too-long"};
   return std::any_of(found.begin(), found.end(), [&](const Problem& problem) {
     return problem.section == message.section &&
-           std::find(std::begin(told), std::end(told), problem.code) != std::end(told);
+           std::find(std::begin(same), std::end(same), problem.code) != std::end(same);
   });
 }
 
@@ -88,7 +88,7 @@ void reportMessages(Console& console, const std::string& name, const Model& mode
                     const ExportResult& result, const std::vector<Problem>& found) {
   std::vector<Problem> problems;
   for (const ModuleMessage& message : result.messages) {
-    if (isTold(message, found)) {
+    if (isAmong(message, found)) {
       continue;
     }
     const ModelSection& section = model.sections[static_cast<std::size_t>(message.section)];

@@ -16,6 +16,7 @@
 #include "cli/system.h"
 #include "library/frame/model_export.h"
 #include "library/sections/profile_drawing.h"
+#include "library/text/file_extension.h"
 #include "tests/library/library_test.h"
 #include "tests/support/files.h"
 #include "tests/support/sinks.h"

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "library/text/file_extension.h"
+
 namespace exportifc::cli {
 namespace {
 
@@ -27,6 +29,8 @@ TEST(ExtensionOf, IsInLowerCase) {
   EXPECT_EQ(extensionOf("a.b/c.Txt"), ".txt");
   EXPECT_EQ(extensionOf("a.b/c"), "");
   EXPECT_EQ(extensionOf("a.Ç"), ".Ç");
+  EXPECT_EQ(extensionOf("C:\\a.b\\c"), "");
+  EXPECT_EQ(extensionOf("a/.."), "");
 }
 
 }  // namespace
