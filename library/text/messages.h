@@ -219,6 +219,8 @@ inline constexpr Text workbookOutsized{
     "a planilha é recusada: \"{0}\" tem uma marca de mais de 1 MB, ou elementos aninhados demais"};
 inline constexpr Text workbookTooLarge{"the workbook is refused: it unpacks to more than {0} MB",
                                        "a planilha é recusada: descompactada, ela passa de {0} MB"};
+inline constexpr Text workbookLargeFile{"the workbook is refused: its file has more than {0} MB",
+                                        "a planilha é recusada: seu arquivo passa de {0} MB"};
 inline constexpr Text workbookManyCells{"the workbook has more than {0} cells",
                                         "a planilha tem mais de {0} células"};
 inline constexpr Text workbookManyTexts{"the workbook has more than {0} different texts",

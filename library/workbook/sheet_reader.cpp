@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::int32_t mostRows = 1'048'576;
 constexpr std::int32_t mostColumns = 16'384;
-constexpr std::size_t mostStrings = 4'000'000;
+constexpr std::size_t mostStrings = 1'000'000;
 
 /// "_x000D_": a character that XML cannot hold, or not as it is.
 std::string withoutEscapes(std::string text) {

@@ -43,15 +43,18 @@ std::string targetOf(const std::map<std::string, Relationship>& all, std::string
   return found == all.end() ? std::string() : found->second.target;
 }
 
+// Of the file itself; what it unpacks to has a limit of its own.
+constexpr std::size_t mostPacked = std::size_t{64} << 20;
+
 std::string wholeOf(std::streambuf& file) {
   std::string bytes;
   std::vector<char> piece(std::size_t{1} << 16);
   while (const auto size = file.sgetn(piece.data(), static_cast<std::streamsize>(piece.size()))) {
     bytes.append(piece.data(), static_cast<std::size_t>(size));
-    if (bytes.size() > Package::mostBytes) {
+    if (bytes.size() > mostPacked) {
       throw ModelError(
           {.code = "workbook-too-large",
-           .message = say(texts::workbookTooLarge, {std::to_string(Package::mostBytes >> 20)})});
+           .message = say(texts::workbookLargeFile, {std::to_string(mostPacked >> 20)})});
     }
   }
   return bytes;

@@ -121,6 +121,10 @@ TEST(RecognisedFormat, RefusesWhatIsNoTextOfAModel) {
   EXPECT_EQ(refusal("PK\3\4"),
             "exchange-file: a zip, not a model; exportifc view shows an .ifczip");
   EXPECT_EQ(refusal("PK\3"), "");
+  EXPECT_EQ(
+      refusal("\xD0\xCF\x11\xE0"),
+      "old-workbook: an old workbook (.xls), or one with a password; save it as .xlsx, without a "
+      "password");
 }
 
 // ---- a text whose beginning is looked at

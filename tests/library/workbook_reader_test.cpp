@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <optional>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <utility>
 #include <vector>
@@ -195,6 +196,68 @@ TEST(WorkbookFault, OfAZip) {
     EXPECT_NE(faultOf(zipOf(without(parts, part))).message, "") << part;
   }
   EXPECT_EQ(faultOf(zipOf(without(parts, "xl/worksheets/sheet1.xml"))).cell, "bars");
+}
+
+TEST(WorkbookFault, OfAZipThatIsNotReadSo) {
+  // In the directory, behind the mark and both versions: the flags, then the method.
+  const std::string mark = "PK\x01\x02";
+  const auto changed = [&](std::size_t place, char value) {
+    std::string bytes = zipOf(workbookParts(""));
+    for (std::size_t at = bytes.find(mark); at != std::string::npos;
+         at = bytes.find(mark, at + 1)) {
+      bytes[at + place] = value;
+    }
+    return faultOf(bytes).message;
+  };
+  EXPECT_EQ(changed(8, 1), "the workbook is encrypted; save it without a password");
+  EXPECT_EQ(
+      changed(10, 99),
+      "the workbook is packed in a way that this program does not read; save it as .xlsx again");
+}
+
+TEST(WorkbookFault, OfAFileWithoutEnd) {
+  class Endless final : public std::streambuf {
+   protected:
+    int_type underflow() override {
+      setg(piece_.data(), piece_.data(), piece_.data() + piece_.size());
+      return 0;
+    }
+
+   private:
+    std::string piece_ = std::string(std::size_t{1} << 16, '\0');
+  } endless;
+  EXPECT_THROW(Workbook{endless}, ModelError);
+}
+
+TEST(WorkbookFault, OfTooManyTexts) {
+  std::string strings;
+  for (int i = 0; i <= 1'000'000; ++i) {
+    strings += "<si/>";
+  }
+  EXPECT_EQ(faultIn("", strings).message, "the workbook has more than 1,000,000 different texts");
+}
+
+TEST(Workbook, CanBeMoved) {
+  Workbook first = workbookOf(zipOf(workbookParts("")));
+  Workbook second(std::move(first));
+  EXPECT_TRUE(second.has("bars"));
+  second = Workbook(std::vector<Sheet>{{.name = "nodes"}});
+  EXPECT_TRUE(second.has("nodes"));
+}
+
+TEST(WorkbookFault, OfABinaryWorkbook) {
+  const ZipParts parts = with(workbookParts(""), "_rels/.rels",
+                              "<Relationships>\n<Relationship Id='r' Type='x/officeDocument' "
+                              "Target='xl/workbook.bin'/>\n</Relationships>");
+  EXPECT_EQ(faultOf(zipOf(parts)).message, "a binary workbook (.xlsb); save it as .xlsx");
+}
+
+TEST(WorkbookFile, HasBlanksBetweenItsElements) {
+  const ZipParts parts =
+      with(workbookParts("\n<row>\n<c>\n<v>1</v>\n</c>\n</row>\n"), "xl/workbook.xml",
+           "<workbook xmlns:r='x'>\n<sheets>\n<sheet name='bars' r:id='a'/>\n"
+           "</sheets>\n</workbook>");
+  EXPECT_EQ(shown(workbookOf(zipOf(parts)).sheet("bars")), (Lines{"1 A number 1.000000"}));
 }
 
 TEST(WorkbookFault, OfTheXml) {
