@@ -61,21 +61,13 @@ std::string nearestOption(const CLI::App& command, const std::string& word) {
 }
 
 /// Names that people try for the commands.
-constexpr std::array<std::pair<std::string_view, const char*>, 15> otherNames = {{
-    {"exportar", "export"},
-    {"verificar", "check"},
-    {"conferir", "check"},
-    {"checar", "check"},
-    {"validate", "check"},
-    {"perfis", "profiles"},
-    {"familias", "profiles"},
-    {"families", "profiles"},
-    {"converter", "convert"},
-    {"ver", "view"},
-    {"visualizar", "view"},
-    {"show", "view"},
-    {"version", "--version"},
-    {"versao", "--version"},
+constexpr std::array<std::pair<std::string_view, const char*>, 19> otherNames = {{
+    {"exportar", "export"},   {"verificar", "check"},    {"conferir", "check"},
+    {"checar", "check"},      {"validate", "check"},     {"perfis", "profiles"},
+    {"familias", "profiles"}, {"families", "profiles"},  {"secoes", "sections"},
+    {"seções", "sections"},   {"catalogue", "sections"}, {"catalogo", "sections"},
+    {"converter", "convert"}, {"ver", "view"},           {"visualizar", "view"},
+    {"show", "view"},         {"version", "--version"},  {"versao", "--version"},
     {"versão", "--version"},
 }};
 

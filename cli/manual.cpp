@@ -6,6 +6,7 @@
 
 #include "cli/arguments.h"
 #include "cli/messages.h"
+#include "library/sections/rolled_sections.h"
 #include "library/sections/section_catalogue.h"
 
 namespace exportifc::cli {
@@ -57,6 +58,15 @@ std::string optionList(const CLI::App& app) {
 
 std::string section(std::string_view title, const std::string& body) {
   return ".SH " + std::string(title) + "\n" + body;
+}
+
+/// Preceded by a blank each.
+std::string seriesNames() {
+  std::string text;
+  for (const RolledSeriesFacts& series : rolledSeries()) {
+    text.append(" ").append(series.name);
+  }
+  return text;
 }
 
 }  // namespace
@@ -121,9 +131,12 @@ std::string bashCompletion(const CLI::App& app) {
   std::string cases;
   for (const CLI::App* const command : app.get_subcommands({})) {
     commands += command->get_name() + " ";
-    const bool takesFamily = command->get_name() == "profiles";
+    const std::string& name = command->get_name();
     cases += "    " + command->get_name() + ") words=\"" + words(*command) +
-             (takesFamily ? quotedFamilies() : "") + "\" ;;\n";
+             (name == "profiles"   ? quotedFamilies()
+              : name == "sections" ? seriesNames()
+                                   : "") +
+             "\" ;;\n";
   }
   return std::string("# ") + say(texts::completionMade) +
          "\n_exportifc() {\n"
@@ -132,7 +145,8 @@ std::string bashCompletion(const CLI::App& app) {
          cases + "    *) words=\"" + commands + words(app) +
          "\" ;;\n"
          "  esac\n"
-         "  if [[ $COMP_CWORD -gt 1 && $current != -* && ${COMP_WORDS[1]} != profiles ]]; then\n"
+         "  if [[ $COMP_CWORD -gt 1 && $current != -* && "
+         "${COMP_WORDS[1]} != profiles && ${COMP_WORDS[1]} != sections ]]; then\n"
          "    mapfile -t COMPREPLY < <(compgen -f -- \"$current\")\n"
          "  else\n"
          "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\")\n"

@@ -131,6 +131,64 @@ inline constexpr Text profilesTwoHalves{" (two halves)", " (duas metades)"};
 inline constexpr Text profilesNoProfile{"no profile: both halves become squares of 4 mm",
                                         "sem perfil: as duas metades viram quadrados de 4 mm"};
 inline constexpr Text profilesFamily{"family word", "família"};
+inline constexpr Text sectionsName{"name", "nome"};
+inline constexpr Text sectionsStandard{"standard", "norma"};
+inline constexpr Text sectionsDepth{"depth", "altura"};
+inline constexpr Text sectionsWidth{"width", "largura"};
+inline constexpr Text sectionsFlange{"flange", "mesa"};
+inline constexpr Text sectionsWeb{"web", "alma"};
+inline constexpr Text sectionsMass{"mass", "massa"};
+inline constexpr Text sectionsArea{"area", "área"};
+inline constexpr Text sectionsText{"section text", "texto da seção"};
+inline constexpr Text sectionsModel{"in a JSON model", "num modelo JSON"};
+inline constexpr Text sectionsNone{"the catalogue has none such",
+                                   "o catálogo não tem nenhum assim"};
+inline constexpr Text sectionsRange{
+    "{0} is a number or a range, as 300, 280..320, 280.. or ..320, not \"{1}\"",
+    "{0} é um número ou uma faixa, como 300, 280..320, 280.. ou ..320, não \"{1}\""};
+inline constexpr Text sectionsDrawnBy{"Drawn by the family `{0}`. Figures: {1}.",
+                                      "Desenhados pela família `{0}`. Valores: {1}."};
+inline constexpr Text sectionsPage{
+    "# Rolled sections\n\nMade by `exportifc sections --markdown`; do not edit.\n\nA JSON model "
+    "takes a section from here by its name: `{\"catalogue\": \"HEB180\"}`. Lengths are "
+    "millimetres; "
+    "mass and area are those that the standards publish.\n\nWhat is drawn has straight plates and "
+    "sharp corners:\n\n| series | what is left out | mass of the drawn shape against the published "
+    "one |\n|---|---|---|\n| IPE, HEA, HEB, HEM, W, HP | fillets | up to 6 % less |\n| UPE | "
+    "fillets | "
+    "up to 4.5 % less |\n| UPN | the taper of the flanges, drawn parallel with the thickness of "
+    "their "
+    "middle | within 1.5 % |\n| L | fillet and rounded toes | up to 1.5 % less |\n| CHS | nothing "
+    "| "
+    "within 1 %, by rounding |\n| SHS, RHS | rounded corners | up to 4.6 % more |\n\nW and HP have "
+    "the "
+    "figures of ABNT NBR 15980, and those of ASTM A6 where it has no such size; their masses are "
+    "nominal, some areas give up to 3 % more. Hollow sections have the sizes of EN 10210-2 and EN "
+    "10219-2, with mass and area of hot-finished "
+    "ones; cold-formed ones weigh a little less.\n\nNot in the catalogue: W above W 690x192 and "
+    "single "
+    "sizes whose published figures do not agree, pipes over 508 mm, IPN, IPE A and O, HE AA, "
+    "unequal "
+    "angles, and angles in inches.",
+    "# Perfis laminados\n\nFeita por `exportifc sections --markdown`; não edite.\n\nUm modelo JSON "
+    "toma daqui uma seção pelo nome: `{\"catalogue\": \"HEB180\"}`. Comprimentos em milímetros; "
+    "massa "
+    "e área são as que as normas publicam.\n\nO que é desenhado tem chapas retas e cantos "
+    "vivos:\n\n| série | o que fica fora | massa do desenho em relação à publicada "
+    "|\n|---|---|---|\n| "
+    "IPE, HEA, HEB, HEM, W, HP | raios de concordância | até 6 % menos |\n| UPE | raios de "
+    "concordância | até 4,5 % menos |\n| UPN | a inclinação das mesas, desenhadas paralelas com a "
+    "espessura do seu meio | dentro de 1,5 % |\n| L | raio e pontas arredondadas | até 1,5 % menos "
+    "|\n| CHS | nada | dentro de 1 %, pelo arredondamento |\n| SHS, RHS | cantos arredondados | "
+    "até "
+    "4,6 % mais |\n\nW e HP têm os valores da ABNT NBR 15980, e os da ASTM A6 onde ela não tem a "
+    "bitola; suas massas são nominais, algumas áreas dão até 3 % mais. Os tubos têm as bitolas de "
+    "EN 10210-2 e EN 10219-2, com massa e área dos acabados a quente; "
+    "os formados a frio pesam um pouco menos.\n\nFora do catálogo: W acima "
+    "de "
+    "W 690x192 e bitolas cujos valores publicados não concordam, tubos acima de 508 mm, IPN, IPE A "
+    "e "
+    "O, HE AA, cantoneiras desiguais e cantoneiras em polegadas."};
 inline constexpr Text profilesPage{
     "# Section families\n\nMade by `exportifc profiles --markdown` from the tables that the export "
     "itself uses; do not edit.\n\nA section text is a family word, a blank and the dimensions d0, "
@@ -166,6 +224,8 @@ inline constexpr Text helpCheck{"Say what would go wrong, without writing",
                                 "Diz o que daria errado, sem gravar"};
 inline constexpr Text helpProfiles{"Show the section families and their dimensions",
                                    "Mostra as famílias de seções e suas dimensões"};
+inline constexpr Text helpSections{"Show the catalogue of rolled sections",
+                                   "Mostra o catálogo de perfis laminados"};
 inline constexpr Text helpConvert{
     "Turn a JSON model into a batch text file, or back",
     "Converte um modelo JSON em arquivo de texto batch, ou o inverso"};
@@ -203,6 +263,16 @@ inline constexpr Text helpNoNotes{"do not say what is only unusual",
 inline constexpr Text helpFamily{
     "a family word, or a section text to explain (default: all families)",
     "uma palavra de família, ou um texto de seção a explicar (sem ela: todas as famílias)"};
+inline constexpr Text helpSectionWords{
+    "a series (HEB), the beginning of a name (W 310) or a name (HEB180)",
+    "uma série (HEB), o começo de um nome (W 310) ou um nome (HEB180)"};
+inline constexpr Text helpDepth{
+    "only those so deep, in mm: 300 (about as much), 280..320, 280.. or ..320",
+    "só os dessa altura, em mm: 300 (por volta disso), 280..320, 280.. ou ..320"};
+inline constexpr Text helpMass{"only those of that mass, in kg/m; lightest first",
+                               "só os dessa massa, em kg/m; o mais leve primeiro"};
+inline constexpr Text helpSectionsMarkdown{"the page docs/sections.md",
+                                           "a página docs/sections.md"};
 inline constexpr Text helpSvg{"write a drawing of each family into this folder",
                               "grava um desenho de cada família nesta pasta"};
 inline constexpr Text helpMarkdown{"the page docs/profiles.md", "a página docs/profiles.md"};
@@ -295,6 +365,8 @@ inline constexpr Text helpExcludes{"Excludes", "Exclui"};
 inline constexpr Text wordModel{"MODEL", "MODELO"};
 inline constexpr Text wordInput{"INPUT", "ENTRADA"};
 inline constexpr Text wordFamily{"WORD", "PALAVRA"};
+inline constexpr Text wordSection{"WORD", "PALAVRA"};
+inline constexpr Text wordRange{"RANGE", "FAIXA"};
 inline constexpr Text wordFile{"FILE", "ARQUIVO"};
 inline constexpr Text wordFolder{"FOLDER", "PASTA"};
 inline constexpr Text wordNumber{"N", "N"};

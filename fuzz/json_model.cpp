@@ -62,7 +62,9 @@ void requireSame(const exportifc::Model& a, const exportifc::Model& b) {
             "a bar changed");
     const ModelSection& s = a.sections[static_cast<std::size_t>(x.section)];
     const ModelSection& t = b.sections[static_cast<std::size_t>(y.section)];
-    require(s.name == t.name && s.text == t.text && s.defined == t.defined, "a section changed");
+    require(s.name == t.name && s.text == t.text && s.defined == t.defined &&
+                s.catalogue == t.catalogue,
+            "a section changed");
     require(materialOf(a, s) == materialOf(b, t), "a material changed");
     require(namesOf(a, i) == namesOf(b, i), "a bar's name or layer changed");
     require(same(s.dims.data(), t.dims.data(), s.dims.size()), "a dimension changed");

@@ -133,6 +133,10 @@ for name, text in {
                            '"quarterTurns":-1},{"type":9,"section":"A","nodes":[0,0]}', unit="cm"),
     "names": json_model('{"nodes":[0,1],"section":"A","name":"P1"},{"nodes":[1,2],"section":"A","layer":"L"}',
                         '{"A":{"text":"RED 20","material":"S"}},"materials":{"S":{"density":7.85e3},"T":{}}'),
+    "catalogue": json_model(plain, '{"A":{"catalogue":"W310 x 38,7"},"B":{"catalogue":"L 75x8","material":"S"}},'
+                                   '"materials":{"S":{}}'),
+    "catalogue-unknown": json_model(plain, '{"A":{"catalogue":"HEB 185"}}'),
+    "catalogue-text": json_model(plain, '{"A":{"catalogue":"HEB180","text":"W"}}'),
     "material-unknown": json_model(plain, '{"A":{"text":"RED 20","material":"S"}},"materials":{"T":{}}'),
     "first-bars": '{"bars":[' + plain + '],"sections":{"A":{"dims":[1,2,3],"text":"PSA"}},'
                   '"nodes":[[0,0,0],[0,0,1]],"unit":"mm","title":"t"}',
@@ -172,6 +176,7 @@ dictionary("host_model", words + ["'", "*/", "\xe7", "\n", "\xff\x00\x00\xc0\x7f
 dictionary("json_model", [f'"{key}"' for key in ("unit", "nodes", "sections", "bars", "title", "$schema", "text",
                                                  "dims", "section", "type", "visible", "angle", "quarterTurns",
                                                  "name", "layer", "materials", "material", "density",
+                                                 "catalogue", "HEB180", "W310x38,7", "L 75x8",
                                                  "column", "frame-beam", "truss-web", "not-exported", "A")] +
            ["{", "}", "[", "]", ":", ",", "true", "false", "null", "1e400", "-0.0", "3.4028235e38",
             "2147483648", "\\u00e7", "\xc3\xa7", "\xef\xbb\xbf", "W 200", "2L 50", "PSA 1 2"])

@@ -8,13 +8,14 @@ namespace exportifc::cli {
 MakeCommand addExport;
 MakeCommand addCheck;
 MakeCommand addProfiles;
+MakeCommand addSections;
 MakeCommand addConvert;
 MakeCommand addView;
 MakeCommand addTakeoff;
 
 /// In the order of the help.
 inline constexpr MakeCommand* allCommands[] = {
-    addExport, addCheck, addProfiles, addConvert, addView, addTakeoff,
+    addExport, addCheck, addProfiles, addSections, addConvert, addView, addTakeoff,
 };
 
 }  // namespace exportifc::cli

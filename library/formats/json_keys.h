@@ -8,7 +8,7 @@ namespace exportifc {
 inline constexpr std::string_view modelKeyNames[] = {"unit",  "nodes",   "sections", "bars",
                                                      "title", "$schema", "materials"};
 inline constexpr std::string_view materialKeyNames[] = {"density"};
-inline constexpr std::string_view sectionKeyNames[] = {"text", "dims", "material"};
+inline constexpr std::string_view sectionKeyNames[] = {"text", "dims", "material", "catalogue"};
 inline constexpr std::string_view barKeyNames[] = {"nodes", "section",      "type", "visible",
                                                    "angle", "quarterTurns", "name", "layer"};
 

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -20,6 +21,7 @@
 #include "library/formats/json_places.h"
 #include "library/frame/model_error.h"
 #include "library/frame/pointer.h"
+#include "library/sections/rolled_sections.h"
 #include "library/text/messages.h"
 #include "library/text/nearest.h"
 #include "library/text/text_encoding.h"
@@ -60,8 +62,15 @@ struct Keys {
 };
 constexpr Keys modelKeys{modelKeyNames, 4};
 constexpr Keys materialKeys{materialKeyNames, 0};
-constexpr Keys sectionKeys{sectionKeyNames, 1};
+constexpr Keys sectionKeys{sectionKeyNames, 0};  // a text, or a name of the catalogue
 constexpr Keys barKeys{barKeyNames, 2};
+
+/// The bit of a section's key.
+constexpr unsigned bitOf(std::string_view key) {
+  return 1U << static_cast<unsigned>(
+             std::find(std::begin(sectionKeyNames), std::end(sectionKeyNames), key) -
+             std::begin(sectionKeyNames));
+}
 
 bool isModelKey(std::string_view name) {
   return std::find(modelKeys.names.begin(), modelKeys.names.end(), name) != modelKeys.names.end();
@@ -188,6 +197,8 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   ModelSection& sectionHere() { return model_.sections[static_cast<std::size_t>(section_)]; }
   ModelMaterial& materialHere() { return model_.materials[static_cast<std::size_t>(material_)]; }
   bool isDefined(std::string_view name) const;
+  void takeFromCatalogue(std::string_view name);
+  void keepSection();
   void keepBar();
 
   JsonText& text_;
@@ -343,8 +354,8 @@ bool ModelBuilder::key(string_t& name) {
   if (found == keys_->names.end()) {
     failByText();
     const std::string near = nearest(name, keys_->names);
-    constexpr unsigned textSeen = 1U;
-    if (in_ == In::section && near.empty() && (seen_ & textSeen) != 0) {
+    constexpr unsigned shapeSeen = bitOf("text") | bitOf("catalogue");
+    if (in_ == In::section && near.empty() && (seen_ & shapeSeen) != 0) {
       fail(say(texts::sectionNotClosed,
                {name, model_.sections[static_cast<std::size_t>(section_)].name}),
            {.value = name, .allowed = joined(keys_->names)});
@@ -384,9 +395,7 @@ bool ModelBuilder::end_object() {
       break;
     case In::material: in_ = In::materials; break;
     case In::section:
-      if (!dimsGiven_) {
-        sectionHere().dims = parseSectionDims(sectionHere().text);
-      }
+      keepSection();
       in_ = In::sections;
       break;
     default: keepBar(); in_ = In::bars;
@@ -531,6 +540,8 @@ void ModelBuilder::sectionValue(const Scalar& value) {
     failValue(value);
   } else if (key_ == "material") {
     sectionHere().material = materialIndex(textOf(value));
+  } else if (key_ == "catalogue") {
+    takeFromCatalogue(textOf(value));
   } else {
     sectionHere().text = textOf(value);
   }
@@ -609,6 +620,34 @@ std::int32_t ModelBuilder::sectionIndex(std::string_view name) {
   sectionIndexes_.emplace(name, next);
   model_.sections.push_back({.name = std::string(name), .text = {}, .dims = {}, .defined = false});
   return next;
+}
+
+void ModelBuilder::takeFromCatalogue(std::string_view name) {
+  const RolledSection* const rolled = findRolledSection(name);
+  if (rolled == nullptr) {
+    const std::vector<std::string> near = nearestRolledSections(name);
+    const std::string shownName = excerpt(name);
+    fail(
+        say(texts::notInCatalogue, {shownName}) +
+            (near.empty() ? say(texts::catalogueAdvice)
+                          : guess(joined(std::vector<std::string_view>(near.begin(), near.end())))),
+        {.value = shownName, .suggestion = near.empty() ? std::string() : near.front()});
+  }
+  sectionHere().catalogue = rolled->name;
+  sectionHere().text = sectionText(*rolled);
+}
+
+void ModelBuilder::keepSection() {
+  const bool isRolled = (seen_ & bitOf("catalogue")) != 0;
+  if (isRolled && (seen_ & (bitOf("text") | bitOf("dims"))) != 0) {
+    fail(say(texts::catalogueAndText, {sectionHere().catalogue}));
+  }
+  if (!isRolled && (seen_ & bitOf("text")) == 0) {
+    fail(say(texts::sectionWithoutText));
+  }
+  if (!dimsGiven_) {
+    sectionHere().dims = parseSectionDims(sectionHere().text);
+  }
 }
 
 std::int32_t ModelBuilder::materialIndex(std::string_view name) {

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "library/formats/json_model.h"
+#include "library/sections/rolled_sections.h"
 #include "model/batch_source.h"
 
 namespace exportifc {
@@ -51,10 +52,21 @@ std::string nodeText(const std::array<float, 3>& node) {
   return "[" + shortest(node[0]) + ", " + shortest(node[1]) + ", " + shortest(node[2]) + "]";
 }
 
+/// Whether the name alone gives the section: other programs may have changed its text.
+bool isFromCatalogue(const ModelSection& section) {
+  const RolledSection* const rolled =
+      section.catalogue.empty() ? nullptr : findRolledSection(section.catalogue);
+  return rolled != nullptr && sectionText(*rolled) == section.text &&
+         section.dims == parseSectionDims(section.text);
+}
+
 /// The dimensions are listed where the text would give others.
 std::string sectionText(const Model& model, const ModelSection& section) {
-  std::string text = jsonText(section.name) + ": {\"text\": " + jsonText(section.text);
-  if (section.dims != parseSectionDims(section.text)) {
+  const bool isRolled = isFromCatalogue(section);
+  std::string text =
+      jsonText(section.name) + (isRolled ? ": {\"catalogue\": " + jsonText(section.catalogue)
+                                         : ": {\"text\": " + jsonText(section.text));
+  if (!isRolled && section.dims != parseSectionDims(section.text)) {
     const auto last = std::find_if(section.dims.rbegin(), section.dims.rend(),
                                    [](float dim) { return dim != 0.0F; });
     text += ", \"dims\": [";

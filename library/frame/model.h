@@ -31,6 +31,7 @@ struct ModelSection {
   int givenDims = -1;          ///< how many the model lists; below 0: they are read from the text
   bool defined = true;         ///< false: bars refer to a name that the model does not define
   std::int32_t material = -1;  ///< index into `Model::materials`; below 0: the model does not say
+  std::string catalogue{};     ///< name in the catalogue of rolled sections; empty: not from there
 };
 
 /// One bar; kept small, since a model may have millions.

@@ -146,6 +146,7 @@ const Index& sectionsByKey() {
 }
 
 constexpr std::size_t mostNames = 4;
+constexpr std::size_t longestName = 60;
 
 std::vector<std::string> namesOf(std::vector<std::pair<double, const RolledSection*>> ranked) {
   std::stable_sort(ranked.begin(), ranked.end(),
@@ -219,7 +220,6 @@ const RolledSeriesFacts* findRolledSeries(std::string_view name) {
 }
 
 const RolledSection* findRolledSection(std::string_view name) {
-  constexpr std::size_t longestName = 60;
   if (name.size() > longestName) {
     return nullptr;
   }
@@ -227,8 +227,24 @@ const RolledSection* findRolledSection(std::string_view name) {
   return found == sectionsByKey().end() ? nullptr : found->second;
 }
 
+std::vector<const RolledSection*> rolledSectionsBeginning(std::string_view name) {
+  std::vector<const RolledSection*> sections;
+  if (name.size() > longestName) {
+    return sections;
+  }
+  const NameParts wanted = partsOf(name);
+  for (const RolledSection& section : rolledSections()) {
+    const NameParts parts = partsOf(section.name);
+    if (parts.letters.starts_with(wanted.letters) &&
+        wanted.numbers.size() <= parts.numbers.size() &&
+        std::equal(wanted.numbers.begin(), wanted.numbers.end(), parts.numbers.begin())) {
+      sections.push_back(&section);
+    }
+  }
+  return sections;
+}
+
 std::vector<std::string> nearestRolledSections(std::string_view name) {
-  constexpr std::size_t longestName = 60;
   if (name.size() > longestName) {
     return {};
   }

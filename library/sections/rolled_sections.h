@@ -45,6 +45,9 @@ const RolledSeriesFacts* findRolledSeries(std::string_view name);
 /// "L 75x8". Null when the catalogue has no such one.
 const RolledSection* findRolledSection(std::string_view name);
 
+/// All whose names begin so: "HE" and "HE 300" are of three series, "L 75" of two thicknesses.
+std::vector<const RolledSection*> rolledSectionsBeginning(std::string_view name);
+
 /// A few names that come close, nearest first; empty when none does.
 std::vector<std::string> nearestRolledSections(std::string_view name);
 

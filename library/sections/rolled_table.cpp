@@ -379,7 +379,7 @@ constexpr RolledSection table[] = {
     {"HP 360x132", HP, 351, 373, 15.6, 15.6, 132, 168},
     {"HP 360x152", HP, 356, 376, 17.9, 17.9, 152, 194},
     {"HP 360x174", HP, 361, 378, 20.4, 20.4, 174, 222},
-    // Hot-finished pipes to 508 mm: EN 10210-2.
+    // Pipes to 508 mm: EN 10210-2.
     {"CHS 21.3x2.3", CHS, 21.3, 21.3, 2.3, 2.3, 1.08, 1.37},
     {"CHS 21.3x2.6", CHS, 21.3, 21.3, 2.6, 2.6, 1.2, 1.53},
     {"CHS 21.3x3.2", CHS, 21.3, 21.3, 3.2, 3.2, 1.43, 1.82},
@@ -536,7 +536,7 @@ constexpr RolledSection table[] = {
     {"CHS 508x30", CHS, 508, 508, 30, 30, 354, 451},
     {"CHS 508x40", CHS, 508, 508, 40, 40, 462, 588},
     {"CHS 508x50", CHS, 508, 508, 50, 50, 565, 719},
-    // Hot-finished square hollow sections: EN 10210-2, corners of 1.5 and 1.0 thicknesses.
+    // Square hollow sections: sizes of EN 10210-2 and EN 10219-2, figures of EN 10210-2, corners of 1.5 and 1.0 thicknesses.
     {"SHS 40x40x2.6", SHS, 40, 40, 2.6, 2.6, 3, 3.82},
     {"SHS 40x40x3.2", SHS, 40, 40, 3.2, 3.2, 3.61, 4.6},
     {"SHS 40x40x4", SHS, 40, 40, 4, 4, 4.39, 5.59},
@@ -661,7 +661,7 @@ constexpr RolledSection table[] = {
     {"SHS 400x400x12.5", SHS, 400, 400, 12.5, 12.5, 151, 192},
     {"SHS 400x400x16", SHS, 400, 400, 16, 16, 191, 243},
     {"SHS 400x400x20", SHS, 400, 400, 20, 20, 235, 300},
-    // Hot-finished rectangular hollow sections: EN 10210-2, corners as of the square ones.
+    // Rectangular hollow sections: as the square ones.
     {"RHS 50x30x2.6", RHS, 50, 30, 2.6, 2.6, 3, 3.82},
     {"RHS 50x30x3.2", RHS, 50, 30, 3.2, 3.2, 3.61, 4.6},
     {"RHS 50x30x4", RHS, 50, 30, 4, 4, 4.39, 5.59},

@@ -91,6 +91,17 @@ inline constexpr Text jsonControl{"the control character {0} in a text; remove i
                                   "o caractere de controle {0} num texto; remova-o ou escreva {1}"};
 inline constexpr Text numberTooLarge{"{0} is too large: numbers must lie within ±3.4e38",
                                      "{0} é grande demais: números devem estar entre ±3,4e38"};
+inline constexpr Text sectionWithoutText{"the section has neither \"text\" nor \"catalogue\"",
+                                         "a seção não tem nem \"text\" nem \"catalogue\""};
+inline constexpr Text catalogueAndText{
+    "the catalogue gives text and dimensions of \"{0}\": \"text\" and \"dims\" cannot stand "
+    "beside \"catalogue\"",
+    "o catálogo dá texto e dimensões de \"{0}\": \"text\" e \"dims\" não podem ficar ao lado de "
+    "\"catalogue\""};
+inline constexpr Text notInCatalogue{"the catalogue has no section \"{0}\"",
+                                     "o catálogo não tem a seção \"{0}\""};
+inline constexpr Text catalogueAdvice{"; exportifc sections lists all",
+                                      "; exportifc sections lista todas"};
 inline constexpr Text materialsNotClosed{
     "unknown key \"{0}\"; are the materials closed by a \"}\" before \"{1}\"?",
     "chave desconhecida \"{0}\"; os materiais estão fechados por um \"}\" antes de \"{1}\"?"};

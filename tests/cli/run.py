@@ -764,12 +764,14 @@ def bash_completes_families():
     equal(completed("exportifc", "profiles", "UU"), ["UUE", "UULM"], "letters")
     listed = [line.split()[0] for line in text(run("profiles").stdout).splitlines() if line[0] != " "]
     equal([word for word in completed("exportifc", "profiles", "") if not word.startswith("-")], listed, "all")
+    equal(completed("exportifc", "sections", "HE"), ["HEA", "HEB", "HEM"], "series")
     equal(sorted(completed("exportifc", "export", "samples/ga")), ["samples/galpao.json", "samples/galpao.txt"], "files")
 
 
 @native_only
 def pages_of_the_manual_are_current():
-    for file, arguments in (("profiles.md", ["profiles", "--markdown"]), ("exportifc.1", ["--man"]),
+    for file, arguments in (("profiles.md", ["profiles", "--markdown"]), ("sections.md", ["sections", "--markdown"]),
+                            ("exportifc.1", ["--man"]),
                             ("exportifc.bash", ["--completion"])):
         check(run(*arguments).stdout == (ROOT / "docs" / file).read_bytes(),
               f"docs/{file} is not current: exportifc {' '.join(arguments)} > docs/{file}")
@@ -822,7 +824,9 @@ def schema_and_program_agree():
         return model
 
     values = [None, True, 0, 1, -1, 12, 1.5, 1e39, "", "W", "column", "mm", [], [0], [0, 1], [0, 1, 2], [0] * 11, {},
-              {"text": "W"}, {"text": 1}, {"text": "W", "dims": [1]}, {"text": "W", "x": 1}]
+              {"text": "W"}, {"text": 1}, {"text": "W", "dims": [1]}, {"text": "W", "x": 1},
+              {"catalogue": "HEB 180"}, {"catalogue": 180}, {"catalogue": "HEB 180", "text": "W"},
+              {"catalogue": "HEB 180", "dims": [1]}, {"catalogue": "HEB 180", "material": "S355"}]
     places = [["unit"], ["title"], ["$schema"], ["nodes"], ["nodes", 0], ["nodes", 0, 1], ["sections"],
               ["sections", "a"], ["sections", "a", "text"], ["sections", "a", "dims"], ["bars"], ["bars", 0],
               ["bars", 0, "nodes"], ["bars", 0, "section"], ["bars", 0, "type"], ["bars", 0, "visible"],
@@ -886,7 +890,7 @@ def variables_of_the_system_choose_the_language():
 
 @native_only
 def help_and_manual_speak_one_language():
-    commands = ["export", "check", "profiles", "convert", "view"]
+    commands = ["export", "check", "profiles", "sections", "convert", "view"]
     calls = [["--help"], ["--man"], *([name, "--help"] for name in commands)]
     english = r"\b(the|with|when|write|without|file|folder|FILE|FOLDER|MODEL|OPTIONS|COMMAND|Usage|Options|Excludes|REQUIRED|NAME)\b"
     portuguese = r"\b(sem|com|não|arquivo|pasta|ARQUIVO|PASTA|MODELO|OPÇÕES|COMANDO|Uso|Opções|Exclui|REQUERIDO|NOME)\b"

@@ -132,6 +132,18 @@ TEST(ReadJsonModel, TakesMaterialsAndNames) {
   EXPECT_EQ(model.barLayers, (std::vector<std::int32_t>{-1, 0, -1, 1, 0, -1}));
 }
 
+TEST(ReadJsonModel, TakesSectionsFromTheCatalogue) {
+  const Model model = read(R"({"unit": "m", "nodes": [], "bars": [], "sections": {
+    "pilar": {"catalogue": "he180b"}, "viga": {"text": "HE 180 180 14 8.5"}}})");
+  EXPECT_EQ(model.sections[0].name, "pilar");
+  EXPECT_EQ(model.sections[0].catalogue, "HEB 180");
+  EXPECT_EQ(model.sections[0].text, "HE 180 180 14 8.5");
+  EXPECT_EQ(model.sections[0].dims, (SectionDims{180, 180, 14, 8.5F}));
+  EXPECT_EQ(model.sections[0].givenDims, -1);
+  EXPECT_EQ(model.sections[1].catalogue, "");
+  EXPECT_EQ(model.sections[1].dims, model.sections[0].dims);
+}
+
 TEST(ReadJsonModel, KeepsNothingForNamesThatAreNotThere) {
   const Model model = read(R"({"unit": "m", "nodes": [[0, 0, 0], [0, 0, 3]], "materials": {},
     "sections": {"a": {"text": "RED 20"}},
@@ -332,8 +344,26 @@ INSTANTIATE_TEST_SUITE_P(
         {section("@[]"),
          "/sections/a~1b: an array […] is not allowed here; allowed: a section {\"text\": "
          "\"…\"}"},
-        {section("@{}"), "/sections/a~1b: the key \"text\" is missing"},
-        {section("@{\"dims\": []}"), "/sections/a~1b: the key \"text\" is missing"},
+        {section("@{}"), "/sections/a~1b: the section has neither \"text\" nor \"catalogue\""},
+        {section("@{\"dims\": []}"),
+         "/sections/a~1b: the section has neither \"text\" nor \"catalogue\""},
+        {section("{\"catalogue\": @180}"),
+         "/sections/a~1b/catalogue: 180 is not allowed here; allowed: a text"},
+        {section("{\"catalogue\": @\"HEB 185\"}"),
+         "/sections/a~1b/catalogue: the catalogue has no section \"HEB 185\"; did you mean HEB "
+         "180, HEB 200, HEB 160, HEB 220?"},
+        {section("{\"catalogue\": @\"column\"}"),
+         "/sections/a~1b/catalogue: the catalogue has no section \"column\"; exportifc sections "
+         "lists all"},
+        {section("@{\"catalogue\": \"heb180\", \"text\": \"W\"}"),
+         "/sections/a~1b: the catalogue gives text and dimensions of \"HEB 180\": \"text\" and "
+         "\"dims\" cannot stand beside \"catalogue\""},
+        {section("@{\"dims\": [1], \"catalogue\": \"HEB 180\"}"),
+         "/sections/a~1b: the catalogue gives text and dimensions of \"HEB 180\": \"text\" and "
+         "\"dims\" cannot stand beside \"catalogue\""},
+        {section("{\"catalogue\": \"HEB 180\", @\"pilar\": {\"text\": \"W\"}}"),
+         "/sections/a~1b/pilar: unknown key \"pilar\"; is the section \"a/b\" closed by a "
+         "\"}\" before it?"},
         {section("{\"text\": @5}"), "/sections/a~1b/text: 5 is not allowed here; allowed: a text"},
         {section("{\"text\": @{}}"),
          "/sections/a~1b/text: an object {…} is not allowed here; allowed: a text"},
@@ -350,13 +380,15 @@ INSTANTIATE_TEST_SUITE_P(
         {section("{\"text\": \"W\", @\"text\": \"W\"}"),
          "/sections/a~1b/text: the key \"text\" stands twice"},
         {section("{@\"txt\": \"W\"}"),
-         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims, material; did you mean "
+         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims, material, catalogue; did "
+         "you mean "
          "text?"},
         {section("{\"text\": \"W\", @\"txt\": \"W\"}"),
-         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims, material; did you mean "
+         "/sections/a~1b/txt: unknown key \"txt\"; allowed: text, dims, material, catalogue; did "
+         "you mean "
          "text?"},
         {section("{@\"colour\": 1}"),
-         "/sections/a~1b/colour: unknown key \"colour\"; allowed: text, dims, material"},
+         "/sections/a~1b/colour: unknown key \"colour\"; allowed: text, dims, material, catalogue"},
         {section("{\"text\": \"W\", @\"pilar\": {\"text\": \"W\"}}"),
          "/sections/a~1b/pilar: unknown key \"pilar\"; is the section \"a/b\" closed by a "
          "\"}\" before it?"},
@@ -559,6 +591,26 @@ TEST(WriteJsonModel, WritesMaterialsAndNamesThatAreThere) {
   ]
 }
 )");
+}
+
+TEST(WriteJsonModel, NamesTheCatalogueWhereItGivesTheSection) {
+  const auto lineOf = [](const Model& model) {
+    const std::string text = written(model);
+    const std::size_t start = text.find("    \"HE ");
+    return text.substr(start, text.find('\n', start) - start);
+  };
+  Model model = test::soundModel();
+  model.sections[0] = test::sectionOf("HE 180 180 14 8.5");
+  model.sections[0].catalogue = "HEB 180";
+  EXPECT_EQ(lineOf(model), "    \"HE 180 180 14 8.5\": {\"catalogue\": \"HEB 180\"},");
+  EXPECT_EQ(read(written(model)).sections[0].text, "HE 180 180 14 8.5");
+  model.sections[0].dims[3] = 8;
+  EXPECT_EQ(lineOf(model),
+            "    \"HE 180 180 14 8.5\": {\"text\": \"HE 180 180 14 8.5\", \"dims\": [180, 180, "
+            "14, 8]},");
+  model.sections[0] = test::sectionOf("HE 180 180 14 8");
+  model.sections[0].catalogue = "HEB 180";
+  EXPECT_EQ(lineOf(model), "    \"HE 180 180 14 8\": {\"text\": \"HE 180 180 14 8\"},");
 }
 
 TEST(WriteJsonModel, KeepsTheSignOfZero) {

@@ -249,6 +249,27 @@ TEST(FindRolledSeries, ByItsName) {
   EXPECT_EQ(findRolledSeries(""), nullptr);
 }
 
+Names beginning(std::string_view name) {
+  Names names;
+  for (const RolledSection* const section : rolledSectionsBeginning(name)) {
+    names.emplace_back(section->name);
+  }
+  return names;
+}
+
+TEST(RolledSectionsBeginning, WithLettersAndNumbers) {
+  EXPECT_EQ(beginning("HE 300"), (Names{"HEA 300", "HEB 300", "HEM 300"}));
+  EXPECT_EQ(beginning("l75"), (Names{"L 75x75x6", "L 75x75x8"}));
+  EXPECT_EQ(beginning("SHS 90x90x8"), (Names{"SHS 90x90x8"}));
+  EXPECT_EQ(beginning("W 130"), (Names{"W 130x23.8", "W 130x28.1"}));
+  EXPECT_EQ(beginning("UP").size(), 30U);
+  EXPECT_EQ(beginning("").size(), rolledSections().size());
+  EXPECT_EQ(beginning("IPN"), Names());
+  EXPECT_EQ(beginning("HEB 18"), Names());
+  EXPECT_EQ(beginning("HEB 180 5"), Names());
+  EXPECT_EQ(beginning(std::string(1000, 'W')), Names());
+}
+
 TEST(NearestRolledSections, AreOfTheSameSeriesFirst) {
   EXPECT_EQ(nearestRolledSections("HEB 185"), (Names{"HEB 180", "HEB 200", "HEB 160", "HEB 220"}));
   EXPECT_EQ(nearestRolledSections("W 310x39").front(), "W 310x38.7");
