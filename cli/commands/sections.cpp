@@ -179,17 +179,20 @@ void printSection(Console& console, const RolledSection& section) {
 
 void printMarkdown(Console& console) {
   console.printLine(say(texts::sectionsPage));
+  std::string header = "|";
+  std::string rule = "|";
+  Row columns = headings();
+  columns.emplace_back(say(texts::sectionsText));
+  for (const std::string& heading : columns) {
+    header += " " + heading + " |";
+    rule += "---|";
+  }
   for (std::size_t i = 0; i < rolledSeries().size(); ++i) {
     const RolledSeriesFacts& facts = rolledSeries()[i];
-    std::string header = "|";
-    std::string rule = "|";
-    for (const std::string& heading : headings()) {
-      header += " " + heading + " |";
-      rule += "---|";
-    }
     console.printLine("\n## " + std::string(facts.name) + "\n\n" +
-                      say(texts::sectionsDrawnBy, {facts.familyWord, facts.standard}) + "\n\n" +
-                      header + " " + say(texts::sectionsText) + " |\n" + rule + "---|");
+                      say(texts::sectionsDrawnBy, {facts.familyWord, facts.standard}) + "\n");
+    console.printLine(header);
+    console.printLine(rule);
     for (const RolledSection& section : rolledSections(static_cast<RolledSeries>(i))) {
       std::string line = "|";
       for (const std::string& cell : rowOf(section)) {
