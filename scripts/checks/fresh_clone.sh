@@ -37,7 +37,7 @@ expect "no zlib" 1 'zlib is not installed: run scripts/setup.sh program' \
   cmake --preset linux -B "$work/build-zlib" -DCMAKE_DISABLE_FIND_PACKAGE_ZLIB=ON
 expect "no expat" 1 'expat is not installed: run scripts/setup.sh program' \
   cmake --preset linux -B "$work/build-expat" -DCMAKE_DISABLE_FIND_PACKAGE_EXPAT=ON
-expect "no sources of expat" 1 'xmlparse.c is missing: run scripts/setup.sh program' \
+expect "no sources of expat" 1 'xmlparse.c is not installed: run scripts/setup.sh program' \
   cmake --preset windows -B "$work/build-sources" -DEXPORTIFC_LIBRARY_SOURCES="$work/bin"
 expect "no GoogleTest" 1 'run scripts/setup.sh test' \
   cmake --preset linux -B "$work/build-gtest" -DEXPORTIFC_GOOGLETEST_DIR="$work/bin"
