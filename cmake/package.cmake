@@ -5,7 +5,7 @@
 
 set(package_documents
   docs/checks.md docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
-  docs/profiles.md docs/reliability.md)
+  docs/profiles.md docs/reliability.md docs/sections.md docs/takeoff.md)
 
 if(WIN32)
   set(module_folder bin)

@@ -62,9 +62,6 @@ Quantities quantitiesOf(const SectionTakeoff& section, std::int64_t length) {
 }  // namespace
 
 void Quantities::add(const Quantities& other) {
-  if (other.bars == 0) {
-    return;
-  }
   shortest = bars == 0 ? other.shortest : std::min(shortest, other.shortest);
   longest = std::max(longest, other.longest);
   bars += other.bars;

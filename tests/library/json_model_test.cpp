@@ -392,6 +392,9 @@ INSTANTIATE_TEST_SUITE_P(
         {section("{\"text\": \"W\", @\"pilar\": {\"text\": \"W\"}}"),
          "/sections/a~1b/pilar: unknown key \"pilar\"; is the section \"a/b\" closed by a "
          "\"}\" before it?"},
+        {R"({"materials": {"S355": {}, "sections": {@"a": {"text": "W"}}}})",
+         "/materials/sections/a: unknown key \"a\"; are the materials closed by a \"}\" before "
+         "\"sections\"?"},
         {R"({"sections": {"a": {"text": "W"}, @"a": {"text": "W"}}})",
          "/sections/a: the key \"a\" stands twice"},
     }));

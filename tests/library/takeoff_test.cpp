@@ -1,5 +1,6 @@
 #include "library/takeoff/takeoff.h"
 
+#include <algorithm>
 #include <cmath>
 #include <initializer_list>
 #include <numbers>
@@ -275,6 +276,15 @@ TEST(TakeoffTables, LinesStandBelowOneAnother) {
   ASSERT_EQ(lines.size(), 4U);
   EXPECT_EQ(lines[0], "layer       bars  pieces  length [m]  mass [kg]  paint [m²]");
   EXPECT_EQ(lines[2].substr(0, 17), "térreo         1");
+}
+
+TEST(TakeoffTables, LinesHaveADashForAFigureThatIsNone) {
+  auto all = tables(mixedModel());
+  const std::vector<std::string> lines = takeoffLines(all[0]);
+  ASSERT_EQ(lines.size(), 5U);
+  EXPECT_EQ(lines[3].substr(0, 8), "NADA 1 2");
+  EXPECT_EQ(std::count(lines[3].begin(), lines[3].end(), '-'), 5) << lines[3];
+  EXPECT_EQ(std::count(lines[4].begin(), lines[4].end(), '-'), 3) << lines[4];
 }
 
 TEST(TakeoffTables, JsonHasKeysThatKnowNoLanguage) {
