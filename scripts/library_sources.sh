@@ -28,13 +28,20 @@ log=$work/log
 # Where the release itself comes from, whatever the style of the system's own list; updates have their
 # sources elsewhere.
 mkdir -p "$work/parts" "$work/lists/partial" "$work/cache/archives/partial" "$work/sources"
-# shellcheck disable=SC2016  # apt fills these in
-apt-get indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Component: main' \
-  | awk '$2 !~ /-/ && !seen[$0]++ { print "deb-src", $1, $2, $3 }' >"$work/parts/sources.list"
-[[ -s $work/parts/sources.list ]] || die "apt knows no release: run apt-get update"
+private=(-o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
+release() {
+  # shellcheck disable=SC2016  # apt fills these in
+  apt-get "$@" indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Component: main' \
+    | awk '$2 !~ /-/ && !seen[$0]++ { print "deb-src", $1, $2, $3 }'
+}
+release >"$work/parts/sources.list"
+if [[ ! -s $work/parts/sources.list ]]; then  # an image without lists of packages
+  apt-get "${private[@]}" update </dev/null >"$log" 2>&1 || { tail -n 20 "$log" >&2; die "apt-get failed (above)"; }
+  release "${private[@]}" >"$work/parts/sources.list"
+fi
+[[ -s $work/parts/sources.list ]] || die "apt knows no release"
 
-apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/parts"
-  -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
+apt=(apt-get -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/parts" "${private[@]}")
 echo "library sources: fetching ${missing[*]}"
 if ! { "${apt[@]}" update && cd "$work/sources" && "${apt[@]}" --download-only source "${missing[@]}"; } \
     </dev/null >"$log" 2>&1; then
