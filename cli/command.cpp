@@ -1,5 +1,9 @@
 #include "cli/command.h"
 
+#include <algorithm>
+#include <charconv>
+#include <system_error>
+
 #include <CLI/CLI.hpp>
 
 namespace exportifc::cli {
@@ -43,6 +47,14 @@ CLI::Option& addName(CLI::App& command, const char* names, std::string& value, c
 
 CLI::Option& addFlag(CLI::App& command, const char* names, bool& value, const Text& help) {
   return *command.add_flag(names, value, say(help));
+}
+
+std::optional<double> numberIn(std::string text) {
+  std::replace(text.begin(), text.end(), ',', '.');
+  double value = 0.0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  const bool whole = error == std::errc() && end == text.data() + text.size();
+  return whole && value >= 0.0 ? std::optional(value) : std::nullopt;
 }
 
 }  // namespace exportifc::cli

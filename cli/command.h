@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,5 +40,8 @@ CLI::Option& addName(CLI::App& command, const char* names, std::string& value, c
 
 /// An option that is given or not.
 CLI::Option& addFlag(CLI::App& command, const char* names, bool& value, const Text& help);
+
+/// The number that the whole text is, not below 0, with a decimal point or comma; none otherwise.
+std::optional<double> numberIn(std::string text);
 
 }  // namespace exportifc::cli

@@ -1,9 +1,7 @@
 // exportifc sections: the catalogue of rolled sections, by series, by name, by depth and mass.
 #include <algorithm>
-#include <charconv>
 #include <limits>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +14,7 @@
 #include "cli/messages.h"
 #include "library/sections/rolled_sections.h"
 #include "library/sections/section_text.h"
+#include "library/text/aligned_lines.h"
 #include "library/text/messages.h"
 #include "library/text/nearest.h"
 
@@ -41,15 +40,6 @@ struct Range {
 
   bool holds(double value) const { return value >= least && value <= most; }
 };
-
-/// A whole text as a number, with a point or a comma.
-std::optional<double> numberIn(std::string text) {
-  std::replace(text.begin(), text.end(), ',', '.');
-  double value = 0.0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-  const bool whole = error == std::errc() && end == text.data() + text.size();
-  return whole && value >= 0.0 ? std::optional(value) : std::nullopt;
-}
 
 /// "280..320", "..320", "280.."; a number alone means about as much.
 Range rangeIn(const std::string& option, const std::string& text) {
@@ -83,30 +73,12 @@ Range rangeIn(const std::string& option, const std::string& text) {
 
 // ---- tables
 
-/// Characters, which in UTF-8 may take several bytes.
-std::size_t widthOf(std::string_view text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
-  }));
-}
-
 using Row = std::vector<std::string>;
 
-/// Numbers stand at the right of their columns, texts at the left.
-void printTable(Console& console, const std::vector<Row>& rows, std::size_t leftColumns) {
-  std::vector<std::size_t> widths(rows.front().size());
-  for (const Row& row : rows) {
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      widths[i] = std::max(widths[i], widthOf(row[i]));
-    }
-  }
-  for (const Row& row : rows) {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      const std::string blanks(widths[i] - widthOf(row[i]), ' ');
-      line += (i == 0 ? "" : "  ") + (i < leftColumns ? row[i] + blanks : blanks + row[i]);
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
+/// Texts stand in the first columns, numbers behind them.
+void printTable(Console& console, const std::vector<Row>& rows, std::size_t textColumns) {
+  for (const std::string& line :
+       alignedLines(rows, [&](std::size_t column) { return column < textColumns; })) {
     console.printLine(line);
   }
 }

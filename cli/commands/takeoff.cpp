@@ -2,12 +2,10 @@
 #include "library/takeoff/takeoff.h"
 
 #include <algorithm>
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include <CLI/CLI.hpp>
@@ -40,18 +38,15 @@ struct TakeoffCommand {
 };
 
 /// The density that the user gives, with a decimal sign of either kind.
-std::optional<double> densityOf(std::string text) {
+std::optional<double> densityOf(const std::string& text) {
   if (text.empty()) {
     return {};
   }
   // Nothing is built of what is lighter or heavier: another unit is meant.
   constexpr double lightest = 100.0;
   constexpr double heaviest = 25000.0;
-  std::replace(text.begin(), text.end(), ',', '.');
-  double density = 0.0;
-  const char* const end = text.data() + text.size();
-  const auto read = std::from_chars(text.data(), end, density);
-  if (read.ec != std::errc() || read.ptr != end || !(density >= lightest && density <= heaviest)) {
+  const auto density = numberIn(text);
+  if (!density || *density < lightest || *density > heaviest) {
     throw Failure(exitBadUse, say(texts::takeoffDensity, {text}));
   }
   return density;

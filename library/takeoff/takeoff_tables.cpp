@@ -7,8 +7,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "library/text/aligned_lines.h"
 #include "library/text/messages.h"
-#include "library/text/text_encoding.h"
 
 namespace exportifc {
 
@@ -328,22 +328,7 @@ std::vector<std::string> takeoffLines(const TakeoffTable& table) {
   };
   std::for_each(table.rows.begin(), table.rows.end(), add);
   add(table.total);
-  std::vector<std::string> joined(lines.size());
-  for (std::size_t i = 0; i < table.columns.size(); ++i) {
-    std::size_t width = 0;
-    for (const auto& line : lines) {
-      width = std::max(width, characterCount(line[i]));
-    }
-    for (std::size_t at = 0; at < lines.size(); ++at) {
-      const std::string padding(width - characterCount(lines[at][i]), ' ');
-      joined[at] += (i == 0 ? "" : "  ") +
-                    (table.columns[i].isText ? lines[at][i] + padding : padding + lines[at][i]);
-    }
-  }
-  for (std::string& line : joined) {
-    line.erase(line.find_last_not_of(' ') + 1);
-  }
-  return joined;
+  return alignedLines(lines, [&](std::size_t column) { return table.columns[column].isText; });
 }
 
 nlohmann::ordered_json takeoffJson(const std::vector<TakeoffTable>& tables) {
