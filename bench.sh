@@ -41,7 +41,7 @@ build() { # PRESET FOLDER TARGET...
     exit 1
   fi
 }
-build linux "$linux" goals pieces json_read ifcplusplus_writer exportifc_program
+build linux "$linux" goals pieces json_read workbook_read ifcplusplus_writer exportifc_program exportifc_shared
 build windows "$windows" goals
 goals=$linux/bench/goals
 
@@ -113,7 +113,17 @@ if [[ -x $linux/bench/json_read ]]; then
   "$linux/exportifc" convert "$work/all-10000.txt" --output "$work/all-10000.json" >/dev/null
   measure "$linux/bench/json_read" "$work/all-10000.json" "$rounds"
 fi
+if [[ -x $linux/bench/workbook_read ]]; then
+  python3 bench/workbooks.py 50000 "$work"
+  for kind in saf tables; do
+    measure "$linux/bench/workbook_read" "$kind" "$work/$kind.xlsx" "$rounds"
+  done
+fi
 rm -f "$work"/others.*
+if [[ -f $linux/libexportifc.so ]]; then
+  measure env EXPORTIFC_LIBRARY="$(realpath "$linux/libexportifc.so")" PYTHONPATH=python PYTHONDONTWRITEBYTECODE=1 \
+    /usr/bin/python3 bench/python_arrays.py "$linux/exportifc" 10000 "$pairs" "$work"
+fi
 
 python3 bench/table.py "$results"
 if [[ ${1-} == --record ]]; then

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Fuzzes for a long time.
 #
-#   ./fuzz.sh MINUTES [--record] [TARGET...]     targets: batch_file, host_model, section_name, json_model
+#   ./fuzz.sh MINUTES [--record] [TARGET...]     targets: batch_file, host_model, section_name, json_model,
+#                                                tables, workbook
 #
 # All targets run side by side at low priority, each for MINUTES. What they find lies in out/fuzz:
 # the grown corpus, logs, and one file for each finding; `build/fuzz/fuzz/fuzz_TARGET FILE` runs it

@@ -9,7 +9,9 @@
 # The output of each stage is in build/test-logs/STAGE.log; that of a failing one is shown too.
 #
 # First everything is built. Then the stages run in two lanes side by side: those with Wine in one,
-# the others in the other, each in the order of the table. At last come those that want to be alone.
+# the others in the other, each in the order of the table; what only reads sources runs in the lane
+# that is done first. At last come those that want to be alone, one after the other, and beside them what
+# mostly waits.
 #
 #   CCACHE_DIR   what was compiled, for the stages that build the same again in a clone;
 #                build/ccache if unset
@@ -19,7 +21,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")" || exit 1
 # name | when | what it needs, in this order | command
 #
 # Needs are the presets of CMake (of "clang" its unit tests), "page" (the viewer), "wine" (Wine stays
-# up for the stage), and "alone" (the stage uses both cores, or moves files that others read).
+# up for the stage), "alone" (the stage uses both cores, or moves files that others read), "beside" (it
+# has files of its own, and may run beside those) and "any" (it may run in either lane).
 # A command ends with the line "N passed, N failed" and exits with 0 or 1. One that ends without
 # that line, is killed or runs over $stage_limit counts as one failed test.
 stages='
@@ -35,6 +38,7 @@ module-asan    | quick | asan          | scripts/run_gtest.sh build/asan/tests/m
 module-windows | quick | windows wine  | scripts/run_gtest.sh build/windows/tests/module/module_tests.exe
 same-bytes     | quick | linux windows wine | tests/module/same_bytes.sh build/linux build/windows
 same-as-page   | full  | page linux windows wine | tests/module/same_as_page.py build/page/exporter.wasm build/linux build/windows
+python         | quick | linux         | python/test.sh build/linux
 careless-asan  | quick | asan          | scripts/run_gtest.sh build/asan/tests/reliability/reliability_tests
 careless-linux | quick | linux         | scripts/run_gtest.sh build/linux/tests/reliability/reliability_tests
 careless-windows | quick | windows wine | scripts/run_gtest.sh build/windows/tests/reliability/reliability_tests.exe
@@ -43,10 +47,13 @@ faults-windows | full  | windows wine  | tests/reliability/module_faults.py buil
 faults-program | full  | linux         | tests/reliability/program_faults.py
 faults-program-windows | full | windows wine | tests/reliability/program_faults.py build/windows/exportifc.exe
 other-compiler | full  | windows wine  | tests/reliability/other_compiler.sh
+c-library      | quick | linux         | tests/c_library/run.sh build/linux
+c-library-windows | full | windows wine | tests/c_library/run.sh build/windows
+threads        | full  |               | tests/c_library/threads.sh
 msvc-host      | quick | windows wine  | tests/msvc_host/run.sh build/windows
 fresh-clone    | full  |               | scripts/checks/fresh_clone.sh
 helpers        | quick | page linux    | scripts/checks/helper_messages.sh build/linux
-documented     | full  | alone         | scripts/checks/documented_commands.py
+documented     | full  | beside        | scripts/checks/documented_commands.py
 run            | quick | windows wine  | scripts/checks/run_command.sh
 cli-linux      | quick | page linux    | tests/cli/run.py build/linux/exportifc
 cli-windows    | full  | page linux windows wine | tests/cli/run.py build/windows/exportifc.exe --wine --native build/linux/exportifc
@@ -57,19 +64,20 @@ viewer         | full  | page linux    | page/test.sh build/linux
 firefox        | full  | page linux    | page/test/firefox.sh build/linux
 writes         | quick | linux         | bench/write_count.sh build/linux
 coverage       | full  | alone         | scripts/coverage.sh
-samples        | quick |               | scripts/checks/samples.sh
-fuzz           | full  |               | fuzz/short.sh
+samples        | quick | any           | scripts/checks/samples.sh
+fuzz           | full  | any           | fuzz/short.sh
 binary         | quick | windows linux wine | scripts/checks/binary.sh
-package        | quick | page windows wine alone | scripts/checks/package.sh build/windows
+package        | quick | page windows wine alone | scripts/checks/package.sh
+packages       | full  | page linux windows wine | tests/packages/run.sh
 notices        | full  | page          | scripts/third_party.py --check
-reproducible   | full  | windows wine  | scripts/checks/reproducible.sh
+reproducible   | full  | page linux windows wine | scripts/checks/reproducible.sh
 ctest          | quick | linux         | scripts/checks/ctest.sh build/linux
-figures        | quick |               | scripts/figures.py --check
-headers        | quick |               | scripts/checks/headers.sh
-rooms          | quick |               | scripts/checks/rooms.py
-fixed-shapes   | quick |               | scripts/checks/fixed_shapes.sh
-format         | quick |               | scripts/checks/format.sh
-shellcheck     | quick |               | scripts/checks/shellcheck.sh
+figures        | quick | any           | scripts/figures.py --check
+headers        | quick | any           | scripts/checks/headers.sh
+rooms          | quick | any           | scripts/checks/rooms.py
+fixed-shapes   | quick | any           | scripts/checks/fixed_shapes.sh
+format         | quick | any           | scripts/checks/format.sh
+shellcheck     | quick | any           | scripts/checks/shellcheck.sh
 cppcheck       | full  | clang alone   | scripts/checks/cppcheck.sh
 clang-tidy     | full  | clang alone   | scripts/checks/clang_tidy.sh
 '
@@ -100,7 +108,8 @@ done
 logs=build/test-logs
 mkdir -p "$logs"
 counts=$(mktemp "$logs/counts.XXXXXX")  # a line for each build and stage: passed, failed
-trap 'rm -f "$counts"' EXIT
+taken=$(mktemp -d "$logs/taken.XXXXXX")  # a folder for each stage that a lane has begun
+trap 'rm -rf "$counts" "$taken"' EXIT
 started=$(now)
 declare -A build_state=()
 
@@ -108,6 +117,7 @@ declare -A build_state=()
 # their scripts say which these are.
 export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 export CCACHE_DIR=${CCACHE_DIR:-$PWD/build/ccache} CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+export CCACHE_SLOPPINESS=pch_defines,time_macros  # without which it knows no precompiled headers
 
 # seconds START: since then, with one decimal.
 seconds() {
@@ -159,7 +169,7 @@ run_stage() {
   for need in $needs; do
     if [[ $need == wine ]]; then
       runner=(scripts/wine.sh --session)
-    elif [[ $need != alone && ${build_state[$need]} != good ]]; then
+    elif [[ ! $need =~ ^(alone|beside|any)$ && ${build_state[$need]} != good ]]; then
       echo "not run: the build '$need' failed" >"$log"
       report "$name" "$(now)" "$log" 0 1
       return
@@ -192,18 +202,25 @@ run_stage() {
 lane_of() {
   case " $1 " in
     *' alone '*) echo alone ;;
+    *' beside '*) echo beside ;;
+    *' any '*) echo any ;;
     *' wine '*) echo wine ;;
     *) echo native ;;
   esac
 }
 
-# run_lane LANE: its stages, one after the other. A signal ends the one that runs, too.
+# run_lane LANE: its stages, one after the other, then those of any lane that no other has taken. A
+# signal ends the one that runs, too.
 run_lane() {
-  local name needs command child=''
+  local name needs command lane child=''
   trap '[[ -z $child ]] || kill "$child"; exit 143' TERM
-  while IFS='|' read -r name _ needs command <&3; do
-    [[ $(lane_of "$needs") != "$1" ]] || run_stage "$name" "$needs" "$command"
-  done 3<<<"$to_run"
+  for lane in "$1" any; do
+    while IFS='|' read -r name _ needs command <&3; do
+      if [[ $(lane_of "$needs") == "$lane" ]] && mkdir "$taken/$name" 2>/dev/null; then
+        run_stage "$name" "$needs" "$command"
+      fi
+    done 3<<<"$to_run"
+  done
 }
 
 # run_lanes LANE...: side by side.
@@ -233,10 +250,10 @@ to_run=$(rows | while IFS='|' read -r name when needs command; do
 done)
 
 while read -r need <&3; do
-  [[ $need == wine || $need == alone ]] || build "$need"
+  [[ $need =~ ^(wine|alone|beside|any)$ ]] || build "$need"
 done 3< <(cut -d'|' -f3 <<<"$to_run" | grep -oE '[a-z]+')
 run_lanes wine native
-run_lanes alone
+run_lanes alone beside
 
 printf '%-22s %s\n' 'all of it' "$(seconds "$started")"
 total_passed=0 total_failed=0

@@ -9,7 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/messages.h"
-#include "cli/paths.h"
+#include "library/files/paths.h"
 #include "library/text/nearest.h"
 
 namespace exportifc::cli {
@@ -283,6 +283,12 @@ bool askForHelp(const Arguments& arguments) {
 bool askForVersion(const Arguments& arguments) {
   const auto end = std::find(arguments.begin(), arguments.end(), endOfOptions);
   return std::find(arguments.begin(), end, "--version") != end;
+}
+
+bool askForJson(const Arguments& arguments) {
+  const auto end = std::find(arguments.begin(), arguments.end(), endOfOptions);
+  return std::any_of(arguments.begin(), end,
+                     [](const std::string& word) { return withoutValue(word) == "--json"; });
 }
 
 std::string misleadingArgument(const CLI::App& command, const Arguments& arguments) {

@@ -23,6 +23,9 @@ bool askForHelp(const Arguments& arguments);
 /// Whether the version was asked for.
 bool askForVersion(const Arguments& arguments);
 
+/// Whether a program reads what is said; then also what is wrong with the arguments.
+bool askForJson(const Arguments& arguments);
+
 /// What the parser would take in a sense that is not meant, and therefore must not see: `-o -q`,
 /// `-output x`, `-html`. Empty when there is nothing of the kind.
 std::string misleadingArgument(const CLI::App& command, const Arguments& arguments);

@@ -18,12 +18,28 @@ CLI::Validator someName(const std::string& option) {
           ""};
 }
 
+/// A number from 1 to `most`.
+CLI::Validator someCount(std::size_t most, const Text& wrong) {
+  return {[most, &wrong](std::string& value) {
+            std::size_t count = 0;
+            const char* const end = value.data() + value.size();
+            const auto read = std::from_chars(value.data(), end, count);
+            const bool isGood =
+                read.ec == std::errc() && read.ptr == end && count > 0 && count <= most;
+            return isGood ? std::string() : fill(wrong, {value});
+          },
+          ""};
+}
+
 }  // namespace
 
 CLI::App& addCommand(CLI::App& program, const char* name, const Text& help) {
   CLI::App* const command = program.add_subcommand(name, say(help));
   command->group(say(texts::helpCommands));
   command->set_help_flag("-h,--help", say(texts::helpHelp))->group(say(texts::helpOptions));
+  // Who reads the arguments looks for it before they are parsed.
+  const std::string jsonHelp = say(texts::helpJson);
+  command->add_flag(jsonOption, jsonHelp);
   return *command;
 }
 
@@ -47,6 +63,20 @@ CLI::Option& addName(CLI::App& command, const char* names, std::string& value, c
 
 CLI::Option& addFlag(CLI::App& command, const char* names, bool& value, const Text& help) {
   return *command.add_flag(names, value, say(help));
+}
+
+CLI::Option& addCount(CLI::App& command, const char* names, std::size_t& value, std::size_t most,
+                      const Text& help, const Text& wrong) {
+  CLI::Option* const option = command.add_option(names, value, say(help));
+  return *option->type_name(say(texts::wordNumber))->check(someCount(most, wrong));
+}
+
+void require(CLI::Option& option) { option.required(); }
+
+void exclude(CLI::Option& option, CLI::Option& other) { option.excludes(&other); }
+
+void excludeJson(CLI::App& command, CLI::Option& option) {
+  option.excludes(command.get_option(jsonOption));
 }
 
 std::optional<double> numberIn(std::string text) {

@@ -1,6 +1,7 @@
 // A command of the program: its name, its options, what it does.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -26,7 +27,10 @@ struct Command {
 /// Makes one, with its options, on the program's parser.
 using MakeCommand = Command(CLI::App& program);
 
-/// A command without options yet.
+/// Of every command: to be read by a program.
+inline constexpr const char* jsonOption = "--json";
+
+/// A command without options of its own yet.
 CLI::App& addCommand(CLI::App& program, const char* name, const Text& help);
 
 /// What stands behind the command without an option; of the second kind as many as the user gives.
@@ -40,6 +44,15 @@ CLI::Option& addName(CLI::App& command, const char* names, std::string& value, c
 
 /// An option that is given or not.
 CLI::Option& addFlag(CLI::App& command, const char* names, bool& value, const Text& help);
+
+/// An option that takes a number, from 1 to `most`; all else is said by `wrong`.
+CLI::Option& addCount(CLI::App& command, const char* names, std::size_t& value, std::size_t most,
+                      const Text& help, const Text& wrong);
+
+// What holds between options.
+void require(CLI::Option& option);
+void exclude(CLI::Option& option, CLI::Option& other);
+void excludeJson(CLI::App& command, CLI::Option& option);
 
 /// The number that the whole text is, not below 0, with a decimal point or comma; none otherwise.
 std::optional<double> numberIn(std::string text);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/arguments.h"
 #include "cli/failure.h"
@@ -53,11 +54,14 @@ class CommandLine {
 
   ExitCode run(const Arguments& arguments) {
     const CLI::App& command = chosenCommand(app_, arguments);
+    if (&command != &app_) {
+      console_.addFact("command", command.get_name());
+    }
     if (askForHelp(arguments)) {
-      return print(&command == &app_ ? app_.help() : command.help("exportifc"));
+      return print("help", &command == &app_ ? app_.help() : command.help("exportifc"));
     }
     if (askForVersion(arguments)) {
-      return print(app_.version());
+      return print("version", app_.version());
     }
     if (const std::string text = misleadingArgument(command, arguments); !text.empty()) {
       return refuse(command, text);
@@ -77,7 +81,7 @@ class CommandLine {
         std::find_if(commands_.begin(), commands_.end(),
                      [](const Command& candidate) { return candidate.parser->parsed(); });
     if (chosen == commands_.end()) {
-      print(app_.help());
+      print("help", app_.help());
       return exitBadUse;
     }
     return chosen->run(console_);
@@ -90,10 +94,17 @@ class CommandLine {
     return exitOk;
   }
 
+  /// What is asked for in place of a command.
+  ExitCode print(const char* kind, const std::string& text) const {
+    console_.addFact("command", kind);
+    console_.addFact("text", text);
+    return print(text);
+  }
+
   /// Says what is wrong and where the right use stands.
   ExitCode refuse(const CLI::App& command, const std::string& text) const {
     console_.reportError(
-        say(texts::useHelp, {text, &command == &app_ ? "" : command.get_name() + " "}));
+        badUseCode, say(texts::useHelp, {text, &command == &app_ ? "" : command.get_name() + " "}));
     return exitBadUse;
   }
 

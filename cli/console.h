@@ -3,15 +3,23 @@
 
 #include <functional>
 #include <string>
-#include <utility>
 #include <vector>
+
+#include <nlohmann/json_fwd.hpp>
 
 #include "cli/failure.h"
 #include "cli/messages.h"
+#include "library/text/json_text.h"
 
 namespace exportifc::cli {
 
-/// Where a command says what it has to say, line by line.
+using Json = nlohmann::ordered_json;
+
+/// What the library says to programs, as a part of what this program says.
+Json factsOf(const JsonObject& said);
+Json factsOf(const JsonList& said);
+
+/// Where a command says what it has to say: to people line by line, to programs in facts.
 class Console {
  public:
   Console() = default;
@@ -26,8 +34,15 @@ class Console {
   /// Whether a person waits in front of standard error.
   virtual bool isWatched() const = 0;
 
+  /// Whether a program listens. It hears no lines, and people hear no facts.
+  virtual bool isForPrograms() const { return false; }
+  virtual void addProblem(const Json& /*problem*/) {}
+  /// Something that the command has done or found out; of the second kind one of a list.
+  virtual void addFact(const char* /*key*/, const Json& /*value*/) {}
+  virtual void addItem(const char* /*list*/, const Json& /*value*/) {}
+
   /// "exportifc: error: …" on standard error.
-  void reportError(const std::string& message);
+  void reportError(const char* code, const std::string& message);
   /// Why a command ended, on standard error.
   void reportFailure(const Failure& failure);
 };
@@ -48,20 +63,23 @@ class StandardConsole final : public Console {
 /// Keeps what is said, in its order.
 class KeptConsole final : public Console {
  public:
-  void printLine(const std::string& line) override {
-    lines_.emplace_back(&Console::printLine, line);
-  }
-  void printError(const std::string& line) override {
-    lines_.emplace_back(&Console::printError, line);
-  }
+  /// For whoever listens at `end`, where it is to be said again.
+  explicit KeptConsole(const Console& end) : isForPrograms_(end.isForPrograms()) {}
+
+  void printLine(const std::string& line) override;
+  void printError(const std::string& line) override;
   bool isWatched() const override { return false; }
+  bool isForPrograms() const override { return isForPrograms_; }
+  void addProblem(const Json& problem) override;
+  void addFact(const char* key, const Json& value) override;
+  void addItem(const char* list, const Json& value) override;
 
   /// Says it again, on `console`.
   void repeat(Console& console) const;
 
  private:
-  using Print = void (Console::*)(const std::string& line);
-  std::vector<std::pair<Print, std::string>> lines_;
+  bool isForPrograms_;
+  std::vector<std::function<void(Console& console)>> said_;
 };
 
 }  // namespace exportifc::cli

@@ -8,9 +8,11 @@
 
 #include "cli/failure.h"
 #include "cli/messages.h"
-#include "cli/paths.h"
+#include "library/files/file_names.h"
+#include "library/files/paths.h"
 #include "library/packing/zip_reader.h"
 #include "library/text/file_extension.h"
+#include "library/workbook/workbook.h"
 
 namespace exportifc::cli {
 
@@ -22,7 +24,8 @@ constexpr std::size_t pieceSize = 1U << 16;
 /// The first bytes of a file; none when there is no such file.
 std::string startOf(const std::string& path) {
   std::ifstream file(pathOf(path), std::ios::binary);
-  std::string start(exchangeStart.size(), '\0');
+  constexpr std::size_t size = 64;  // up to the name of a zip's first member
+  std::string start(size, '\0');
   file.read(start.data(), static_cast<std::streamsize>(start.size()));
   start.resize(static_cast<std::size_t>(file.gcount()));
   return start;
@@ -87,7 +90,10 @@ void ExchangeOutput::commit() {
 
 bool isExchangeFile(const std::string& path) {
   const std::string start = startOf(path);
-  return start == exchangeStart || isZip(start);
+  // A workbook is a zip, too, and so are tables.
+  const bool isModel =
+      looksLikeWorkbook(start, extensionOf(path)) || start.find(".csv") != std::string::npos;
+  return start.starts_with(exchangeStart) || (isZip(start) && !isModel);
 }
 
 void copyExchangeFile(const std::string& path, ByteSink& sink) {

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+#include <nlohmann/json_fwd.hpp>
+
 namespace exportifc::cli {
 
 /// Exit codes, for scripts; the help text lists them.
@@ -15,6 +17,18 @@ enum ExitCode : int {
   exitUnreadable = 3,  ///< an input that cannot be read (a model, the viewer's page) or is none
   exitNotWritten = 4,  ///< output, also after an interrupt
 };
+
+// What programs know the ends of a call by; the problems of models have codes of their own.
+inline constexpr const char* nothingWrittenCode = "nothing-written";
+inline constexpr const char* badUseCode = "bad-use";
+inline constexpr const char* unreadableCode = "unreadable";
+inline constexpr const char* notWrittenCode = "not-written";
+inline constexpr const char* interruptedCode = "interrupted";
+inline constexpr const char* outOfMemoryCode = "out-of-memory";
+inline constexpr const char* unexpectedCode = "unexpected";
+
+/// A problem as programs read it, of which only code and message are known.
+nlohmann::ordered_json failureJson(const char* code, const std::string& message);
 
 /// Whether a message says itself whose it is.
 enum class FailureLine : std::uint8_t {
@@ -30,6 +44,8 @@ class Failure : public std::runtime_error {
 
   ExitCode code() const { return code_; }
   FailureLine line() const { return line_; }
+  /// The same for programs.
+  virtual nlohmann::ordered_json facts() const;
 
  private:
   ExitCode code_;

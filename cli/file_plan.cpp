@@ -9,9 +9,12 @@
 
 #include "cli/failure.h"
 #include "cli/output_file.h"
-#include "cli/paths.h"
 #include "cli/system.h"
 #include "cli/viewer_page.h"
+#include "library/files/file_names.h"
+#include "library/files/file_system.h"
+#include "library/files/paths.h"
+#include "library/formats/tables/table_folder.h"
 #include "library/frame/text_sink.h"
 #include "step/step_writer.h"
 
@@ -20,25 +23,6 @@ namespace fs = std::filesystem;
 namespace exportifc::cli {
 
 namespace {
-
-/// What tells one file from all others; empty for what cannot be lost, such as a device.
-std::string identityOf(const fs::path& name) {
-  std::error_code ignored;
-  fs::path there = fs::absolute(behindLinks(name), ignored);
-  const system::FileIdentity itself = system::identityOf(there);
-  if (itself.exists) {
-    return itself.text;
-  }
-  // A file that is not there yet: the folder that is, and the way on from it.
-  fs::path rest;
-  system::FileIdentity folder;
-  while (!folder.exists && there.has_relative_path()) {
-    rest = rest.empty() ? there.filename() : there.filename() / rest;
-    there = there.parent_path();
-    folder = system::identityOf(behindLinks(there));
-  }
-  return folder.text + "/" + textOf(system::comparable(rest.lexically_normal()));
-}
 
 /// How every exchange file of this program begins.
 std::string ownHeader() {
@@ -67,7 +51,7 @@ bool isOwn(const std::string& name, OwnFile kind) {
 
 }  // namespace
 
-FilePlan::FilePlan() {
+FilePlan::FilePlan(bool isOutputTaken) : isOutputTaken_(isOutputTaken) {
   std::error_code ignored;
   const auto guard = [&](const fs::path& path) {
     if (fs::exists(path, ignored)) {
@@ -93,10 +77,21 @@ void FilePlan::reads(const std::string& name, const Text& role) {
   isStandardStream(name) ? add(system::identityOf(system::StandardStream::input),
                                {say(texts::standardInput), say(role)})
                          : add(identityOf(pathOf(name)), {name, say(role)});
+  if (!isStandardStream(name)) {
+    for (const std::string& table : tablesIn(name)) {
+      add(identityOf(pathOf(table)), {table, say(role)});
+    }
+  }
 }
 
 void FilePlan::writes(const std::string& name, const std::string& role) {
+  if (isStandardStream(name) && isOutputTaken_) {
+    throw Failure(exitBadUse, say(texts::useJsonOutput));
+  }
   if (!isStandardStream(name)) {  // which is in every plan
+    if (const std::string device = files::deviceIn(pathOf(name)); !device.empty()) {
+      throw Failure(exitBadUse, say(texts::reservedName, {name, device}));
+    }
     add(identityOf(pathOf(name)), {name, role, true});
   }
 }

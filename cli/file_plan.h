@@ -5,6 +5,7 @@
 #include <map>
 #include <string>
 
+#include "cli/console.h"
 #include "cli/messages.h"
 
 namespace exportifc::cli {
@@ -22,7 +23,9 @@ enum class OwnFile : std::uint8_t { exchangeFile, page, drawing };
 class FilePlan {
  public:
   /// The program itself, its page and redirected standard streams are in every plan.
-  FilePlan();
+  FilePlan() : FilePlan(false) {}
+  /// A program that listens takes standard output for what it hears.
+  explicit FilePlan(const Console& console) : FilePlan(console.isForPrograms()) {}
 
   /// Standard input can be read once only.
   void reads(const std::string& name, const Text& role = texts::fileInput);
@@ -42,10 +45,12 @@ class FilePlan {
     bool isOutput = false;
   };
 
+  explicit FilePlan(bool isOutputTaken);
   void add(const std::string& identity, Use use);
 
   std::map<std::string, Use> files_;
   bool readsStandardInput_ = false;
+  bool isOutputTaken_;
 };
 
 }  // namespace exportifc::cli

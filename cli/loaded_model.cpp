@@ -17,6 +17,10 @@ namespace {
 /// What `check` finds, in a few lines; the file is written all the same.
 void reportFindings(Console& console, const std::string& name, const Model& model,
                     std::vector<Problem> problems) {
+  if (console.isForPrograms()) {
+    reportProblems(console, name, model, std::move(problems));
+    return;
+  }
   // Of a long list, the problems of the whole model are not to be missed, nor errors.
   const auto rank = [](const Problem& problem) {
     return std::pair(problem.bars > 0, problem.severity);
@@ -30,11 +34,12 @@ void reportFindings(Console& console, const std::string& name, const Model& mode
     problem.severity = Severity::warning;
   }
   reportProblems(console, name, model, std::move(problems));
+  constexpr const char* countCode = "";  // only people are told
   const std::string count = numberText(static_cast<std::int64_t>(found));
   if (found > mostLines) {
-    reportModelWarning(console, name, say(texts::exportProblemsMore, {count}));
+    reportModelWarning(console, name, countCode, say(texts::exportProblemsMore, {count}));
   } else if (found > 1) {
-    reportModelWarning(console, name, say(texts::checkProblems, {count}));
+    reportModelWarning(console, name, countCode, say(texts::checkProblems, {count}));
   }
 }
 
@@ -43,6 +48,8 @@ void reportFindings(Console& console, const std::string& name, const Model& mode
 void addLoadOptions(CLI::App& command, LoadOptions& options) {
   addFlag(command, "--visible-only", options.visibleOnly, texts::helpVisibleOnly);
   addFlag(command, "--transliterate", options.transliterate, texts::helpTransliterate);
+  addFlag(command, "--bounding-rectangle", options.boundingRectangles,
+          texts::helpBoundingRectangle);
 }
 
 LoadedModel loadForExport(const std::string& name, const LoadOptions& options, Console& console) {
@@ -54,6 +61,9 @@ LoadedModel loadForExport(const std::string& name, const LoadOptions& options, C
     reportProblems(console, name, model, problems);
     throw Failure(exitProblems, say(texts::nothingWritten, {displayName(name)}));
   };
+  if (options.boundingRectangles) {
+    drawBounds(model);
+  }
   refuse(checkReferences(model));
   if (options.transliterate) {
     transliterate(model);
@@ -63,6 +73,7 @@ LoadedModel loadForExport(const std::string& name, const LoadOptions& options, C
   std::vector<Problem> problems = checkModel(model, options.visibleOnly);
   std::erase_if(problems, isNote);
   if (!options.quiet) {
+    reportProblems(console, name, model, notRead(model));
     reportFindings(console, name, model, problems);
   }
   return {.model = std::move(model), .problems = std::move(problems)};

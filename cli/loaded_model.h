@@ -18,8 +18,9 @@ namespace exportifc::cli {
 struct LoadOptions {
   bool visibleOnly = false;
   bool transliterate = false;
-  bool strict = false;  ///< refuse whatever `check` finds
-  bool quiet = false;   ///< do not say what else is wrong
+  bool boundingRectangles = false;  ///< for shapes that no family draws
+  bool strict = false;              ///< refuse whatever `check` finds
+  bool quiet = false;               ///< do not say what else is wrong
 };
 
 /// Adds the options that all such commands have.

@@ -2,6 +2,7 @@
 #include "cli/command_line.h"
 #include "cli/commands/commands.h"
 #include "cli/console.h"
+#include "cli/json_report.h"
 #include "cli/language.h"
 #include "cli/system.h"
 
@@ -10,9 +11,12 @@ int main(int argc, char** argv) {
   system::prepareProcess();
   StandardConsole console;
   return guarded(console, "", [&] {
-    chooseLanguage();
     Arguments arguments = system::arguments(argc, argv);
     arguments.erase(arguments.begin());
-    return runCommandLine(allCommands, arguments, console);
+    const ReportedAction run = [&](Console& itsConsole) {
+      chooseLanguage();
+      return runCommandLine(allCommands, arguments, itsConsole);
+    };
+    return askForJson(arguments) ? reportAsJson(console, run) : run(console);
   });
 }

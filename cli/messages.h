@@ -11,35 +11,15 @@ using namespace exportifc::texts;  // NOLINT(google-build-using-namespace): one 
 inline constexpr Text standardOutput{"standard output", "saída padrão"};
 inline constexpr Text standardError{"standard error", "saída de erros"};
 inline constexpr Text standardInput{"standard input", "entrada padrão"};
-inline constexpr Text cannotWrite{"cannot write {0}: {1}", "não foi possível gravar {0}: {1}"};
-inline constexpr Text errorNoSpace{"no space left on the disk", "não há espaço no disco"};
-inline constexpr Text errorNotAllowed{"permission denied (read-only, or open in another program?)",
-                                      "sem permissão (só de leitura ou aberto em outro programa?)"};
-inline constexpr Text errorNoFolder{"the file or its folder does not exist",
-                                    "o arquivo ou a pasta não existe"};
-inline constexpr Text errorThisFolder{"the folder {0} does not exist", "a pasta {0} não existe"};
-inline constexpr Text errorNoFile{"the file does not exist", "o arquivo não existe"};
-inline constexpr Text errorNoMatch{"no file matches the pattern",
-                                   "nenhum arquivo corresponde ao padrão"};
-inline constexpr Text errorMayNotRead{"no permission to read it", "sem permissão de leitura"};
 inline constexpr Text cannotMakeFolder{"cannot make the folder {0}: {1}",
                                        "não foi possível criar a pasta {0}: {1}"};
-inline constexpr Text errorNotAFolder{"part of the path is not a folder",
-                                      "uma parte do caminho não é uma pasta"};
-inline constexpr Text errorReadOnly{"the disk is read-only", "o disco é só de leitura"};
-inline constexpr Text errorClosedPipe{"the reader closed the pipe",
-                                      "quem lia a saída a fechou antes do fim"};
-inline constexpr Text errorIsFolder{"it is a folder", "é uma pasta"};
-inline constexpr Text errorTooBig{"the file would be larger than allowed",
-                                  "o arquivo seria maior que o permitido"};
-inline constexpr Text errorNameTooLong{"the name is too long", "o nome é longo demais"};
-inline constexpr Text errorBadName{"the system allows no file of this name",
-                                   "o sistema não permite um arquivo com este nome"};
-inline constexpr Text errorInterrupted{"interrupted", "interrompido"};
 
 // ---- the files of one call
 inline constexpr Text sameFile{"{0} ({1}) and {2} ({3}) are the same file: choose another output",
                                "{0} ({1}) e {2} ({3}) são o mesmo arquivo: escolha outra saída"};
+inline constexpr Text reservedName{
+    "{0}: Windows keeps the name {1} for a device; choose another",
+    "{0}: o Windows reserva o nome {1} para um dispositivo; escolha outro"};
 inline constexpr Text notOurs{
     "{0} ({1}) is there already and was not written by this program; to replace it, {2}",
     "{0} ({1}) já existe e não foi gravado por este programa; para substituí-lo, {2}"};
@@ -56,7 +36,6 @@ inline constexpr Text filePageOf{"the page of {0}", "a página de {0}"};
 inline constexpr Text fileDrawing{"drawing", "desenho"};
 
 // ---- reading
-inline constexpr Text cannotRead{"cannot read {0}: {1}", "não foi possível ler {0}: {1}"};
 
 // ---- zips
 inline constexpr Text zipNotOneIfc{"the zip holds {0} files named .ifc instead of one",
@@ -91,6 +70,7 @@ inline constexpr Text moduleBarWithoutRecord{
     "\"Problema ao exportar Barra\""};
 inline constexpr Text moduleMessage{"{0}: section \"{1}\"", "{0}: seção \"{1}\""};
 inline constexpr Text jobsProgress{"{0} of {1} {1:model|models}", "{0} de {1} {1:modelo|modelos}"};
+inline constexpr Text jobsFailed{", {0} failed", ", {0} {0:falhou|falharam}"};
 
 // ---- check
 inline constexpr Text checkSummary{"{0} {0:bar|bars}, {1}", "{0} {0:barra|barras}, {1}"};
@@ -100,8 +80,14 @@ inline constexpr Text checkProblems{"{0} {0:problem|problems}", "{0} {0:problema
 
 // ---- convert
 inline constexpr Text convertSameFormat{
-    "{0}: {1} is {2} already, and becomes {3}: choose a name that ends in {4}",
-    "{0}: {1} já é {2}, e se torna {3}: escolha um nome que termine em {4}"};
+    "{0}: {1} is {2} already: choose a name that ends in one of {3}",
+    "{0}: {1} já é {2}: escolha um nome que termine em um destes: {3}"};
+
+inline constexpr Text convertCsv{
+    "{0}: tables are several CSV files; write -o {1} for a folder of them, or exportifc takeoff -o "
+    "{0} for the lists of a take-off",
+    "{0}: as tabelas são vários arquivos CSV; escreva -o {1} para uma pasta com eles, ou exportifc "
+    "takeoff -o {0} para as listas de materiais"};
 
 // ---- kinds of file
 inline constexpr Text useExtension{
@@ -227,14 +213,29 @@ inline constexpr Text helpProfiles{"Show the section families and their dimensio
 inline constexpr Text helpSections{"Show the catalogue of rolled sections",
                                    "Mostra o catálogo de perfis laminados"};
 inline constexpr Text helpConvert{
-    "Turn a JSON model into a batch text file, or back",
-    "Converte um modelo JSON em arquivo de texto batch, ou o inverso"};
+    "Turn a model into another format: JSON, batch text, tables in a workbook or a folder",
+    "Converte um modelo em outro formato: JSON, texto batch, tabelas em planilha ou pasta"};
+inline constexpr Text helpTables{"Write tables to start from, with a small example",
+                                 "Grava tabelas para começar, com um pequeno exemplo"};
+inline constexpr Text helpTablesFile{
+    "a workbook (.xlsx), or a folder for CSV files (ends in /)",
+    "uma planilha (.xlsx), ou pasta para arquivos CSV (termina em /)"};
+inline constexpr Text tablesName{
+    "{0}: a template is a workbook, whose name ends in .xlsx, or a folder, whose name ends in /",
+    "{0}: um modelo de tabelas é uma planilha, cujo nome termina em .xlsx, ou uma pasta, cujo nome "
+    "termina em /"};
 inline constexpr Text helpView{"Write a page that shows the structure in a browser",
                                "Grava uma página que mostra a estrutura no navegador"};
-inline constexpr Text helpModels{"JSON models or batch text files; - is standard input",
-                                 "modelos JSON ou arquivos de texto batch; - é a entrada padrão"};
-inline constexpr Text helpModel{"a JSON model or a batch text file; - is standard input",
-                                "um modelo JSON ou arquivo de texto batch; - é a entrada padrão"};
+inline constexpr Text helpModels{
+    "models: JSON, batch text, SAF workbooks, tables in a workbook or a folder; - is standard "
+    "input",
+    "modelos: JSON, texto batch, planilhas SAF, tabelas em planilha ou pasta; - é a entrada "
+    "padrão"};
+inline constexpr Text helpModel{
+    "a model: JSON, batch text, SAF workbook, tables in a workbook or a folder; - is standard "
+    "input",
+    "um modelo: JSON, texto batch, planilha SAF, tabelas em planilha ou pasta; - é a entrada "
+    "padrão"};
 inline constexpr Text helpOutput{
     "the IFC file, zipped if its name ends in .ifczip; - is standard output (default: beside the "
     "model, .ifc)",
@@ -248,6 +249,9 @@ inline constexpr Text helpStrict{"write nothing when the model has any problem t
 inline constexpr Text helpTransliterate{
     "write accented letters of section texts as plain ones (ç as c)",
     "grava letras acentuadas dos textos de seção sem acento (ç como c)"};
+inline constexpr Text helpBoundingRectangle{
+    "write a shape that no section family draws as the rectangle around it",
+    "grava uma forma que nenhuma família de seção desenha como o retângulo em volta dela"};
 inline constexpr Text helpQuiet{"no summary, warnings or progress",
                                 "sem resumo, avisos e andamento"};
 inline constexpr Text helpJobs{"convert so many models side by side",
@@ -256,8 +260,8 @@ inline constexpr Text helpHtml{"also write a page that shows it, beside the IFC 
                                "grava também uma página que o mostra, junto ao arquivo IFC"};
 inline constexpr Text helpTemplate{"the viewer's page, if not beside the program",
                                    "a página do visualizador, se não está junto ao programa"};
-inline constexpr Text helpJson{"for programs: one JSON array, one object for each model",
-                               "para programas: uma lista JSON, um objeto por modelo"};
+inline constexpr Text helpJson{"for programs: one JSON object on standard output",
+                               "para programas: um objeto JSON na saída padrão"};
 inline constexpr Text helpNoNotes{"do not say what is only unusual",
                                   "não diz o que é apenas incomum"};
 inline constexpr Text helpFamily{
@@ -276,8 +280,9 @@ inline constexpr Text helpSectionsMarkdown{"the page docs/sections.md",
 inline constexpr Text helpSvg{"write a drawing of each family into this folder",
                               "grava um desenho de cada família nesta pasta"};
 inline constexpr Text helpMarkdown{"the page docs/profiles.md", "a página docs/profiles.md"};
-inline constexpr Text helpConvertOutput{"the other file; - is standard output",
-                                        "o outro arquivo; - é a saída padrão"};
+inline constexpr Text helpConvertOutput{
+    "the other file, or a folder for CSV tables (ends in /); - is standard output",
+    "o outro arquivo, ou pasta para tabelas CSV (termina em /); - é a saída padrão"};
 inline constexpr Text helpConvertStrict{"write nothing when something would be lost",
                                         "não grava nada se algo se perderia"};
 inline constexpr Text helpViewInput{"a model, an IFC file or an .ifczip",
@@ -287,17 +292,15 @@ inline constexpr Text helpViewOutput{"the page (default: beside the input, .html
 inline constexpr Text helpTakeoff{"List sections, lengths, masses and paint surfaces",
                                   "Lista seções, comprimentos, massas e áreas de pintura"};
 inline constexpr Text helpTakeoffOutput{
-    "write all lists as .csv, with the cut list; - is standard output",
-    "grava todas as listas em .csv, com a lista de corte; - é a saída padrão"};
+    "write all lists as .csv or .xlsx, with the cut list; - is standard output",
+    "grava todas as listas em .csv ou .xlsx, com a lista de corte; - é a saída padrão"};
 inline constexpr Text helpDensity{
     "density of all bars in kg/m³ (default: of their material, otherwise 7850)",
     "massa específica de todas as barras em kg/m³ (sem ela: a do material ou 7850)"};
 inline constexpr Text helpCuts{"with the cut list: how many bars of each length",
                                "com a lista de corte: quantas barras de cada comprimento"};
-inline constexpr Text helpTakeoffJson{"for programs: one JSON object with all lists",
-                                      "para programas: um objeto JSON com todas as listas"};
-inline constexpr Text takeoffJsonOrFile{"--json goes to standard output; leave out --json or -o",
-                                        "--json vai à saída padrão; deixe fora --json ou -o"};
+inline constexpr Text useJsonOutput{"--json goes to standard output; name a file with -o",
+                                    "--json vai à saída padrão; indique um arquivo com -o"};
 inline constexpr Text takeoffWeightless{
     "{0} {0:bar has|bars have} a section that is not drawn: without mass and paint in these lists",
     "{0} {0:barra tem|barras têm} uma seção que não é desenhada: sem massa e pintura nestas "
@@ -332,10 +335,12 @@ inline constexpr Text manualTitle{"export structural models as IFC2X3 files",
 inline constexpr Text manualSynopsis{"SYNOPSIS", "SINOPSE"};
 inline constexpr Text manualDescription{"DESCRIPTION", "DESCRIÇÃO"};
 inline constexpr Text manualModels{
-    "Models are JSON files (see docs/model-format.md) or the batch text files that the host "
-    "writes.",
-    "Os modelos são arquivos JSON (veja docs/model-format.md) ou os arquivos de texto batch que o "
-    "programa hospedeiro grava."};
+    "Models are JSON files (see docs/model-format.md), the batch text files that the host writes, "
+    "SAF workbooks (docs/saf.md), and tables in a workbook or a folder of CSV files "
+    "(docs/tables.md). What --json prints is described in docs/json-output.md.",
+    "Os modelos são arquivos JSON (veja docs/model-format.md), os arquivos de texto batch que o "
+    "programa hospedeiro grava, planilhas SAF (docs/saf.md) e tabelas em uma planilha ou em uma "
+    "pasta de arquivos CSV (docs/tables.md). docs/json-output.md descreve o que --json mostra."};
 inline constexpr Text manualCommands{"COMMANDS", "COMANDOS"};
 inline constexpr Text manualExitStatus{"EXIT STATUS", "CÓDIGOS DE SAÍDA"};
 inline constexpr Text manualEnvironment{"ENVIRONMENT", "AMBIENTE"};

@@ -15,9 +15,10 @@ class ModelFailure final : public Failure {
  public:
   ModelFailure(const std::string& name, Problem problem);
 
-  const Problem& problem() const { return problem_; }
+  nlohmann::ordered_json facts() const override;
 
  private:
+  std::string name_;
   Problem problem_;
 };
 

@@ -7,7 +7,7 @@
 #include "cli/failure.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
-#include "cli/paths.h"
+#include "library/files/paths.h"
 #include "library/text/file_extension.h"
 
 namespace exportifc::cli {
@@ -27,7 +27,10 @@ std::vector<OutputKind> allKinds() {
                                 {".htm", pageKind.name, pageKind.command},
                                 takeoffKind};
   for (const Format& format : formats()) {
-    kinds.push_back(kindOf(format));
+    // What is called .zip may be anything.
+    if (format.write != nullptr && format.id != ModelFormat::csv) {
+      kinds.push_back(kindOf(format));
+    }
   }
   return kinds;
 }
@@ -47,22 +50,33 @@ void requireExtension(const std::string& output, const OutputKind& written) {
 
 const Format& convertedFormat(const std::string& model, const Format& read,
                               const std::string& output) {
-  const auto all = formats();
-  const auto other = std::find_if(all.begin(), all.end(),
-                                  [&](const Format& format) { return format.id != read.id; });
+  std::vector<const Format*> others;
+  std::string extensions;
+  for (const Format& format : formats()) {
+    if (format.write != nullptr && format.id != read.id) {
+      others.push_back(&format);
+      extensions.append(extensions.empty() ? "" : ", ").append(format.extension);
+    }
+  }
   const std::string extension = extensionOf(output);
-  const auto named = std::find_if(
-      all.begin(), all.end(), [&](const Format& format) { return format.extension == extension; });
-  if (named == all.end()) {
-    requireExtension(output, kindOf(*other));
-    return *other;
+  const auto named = std::find_if(others.begin(), others.end(), [&](const Format* format) {
+    return format->extension == extension;
+  });
+  if (extension == takeoffKind.extension) {
+    const std::string folder = output.substr(0, output.size() - extension.size()) + "/";
+    throw Failure(exitBadUse, say(texts::convertCsv, {output, folder}));
   }
-  if (named->id == read.id) {
-    throw Failure(exitBadUse,
-                  say(texts::convertSameFormat, {output, displayName(model), say(read.name),
-                                                 say(other->name), other->extension}));
+  if (named != others.end()) {
+    return **named;
   }
-  return *named;
+  if (read.write != nullptr && read.extension == extension) {
+    throw Failure(exitBadUse, say(texts::convertSameFormat,
+                                  {output, displayName(model), say(read.name), extensions}));
+  }
+  OutputKind written = kindOf(*others.front());
+  written.extension = extensions;
+  requireExtension(output, written);
+  return *others.front();
 }
 
 }  // namespace exportifc::cli

@@ -11,7 +11,7 @@ namespace exportifc::cli {
 
 /// A kind of file that the program writes.
 struct OutputKind {
-  std::string_view extension;  ///< lower case, with its point; the one to recommend
+  std::string_view extension;  ///< lower case, with its point; the one, or those, to recommend
   const Text& name;
   std::string_view command;  ///< which writes it
 };

@@ -2,22 +2,16 @@
 
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 #include "cli/model_file.h"
+#include "library/frame/problem_json.h"
 #include "library/frame/problem_text.h"
 
 namespace exportifc::cli {
 
 std::string problemLine(const std::string& name, const Problem& problem, const std::string& text) {
-  std::string line = displayName(name) + ":";
-  if (!problem.cell.empty()) {
-    line += problem.cell + ":";
-  } else if (problem.place.line > 0) {
-    line += std::to_string(problem.place.line) + ":";
-    if (problem.place.column > 0) {
-      line += std::to_string(problem.place.column) + ":";
-    }
-  }
-  return line + " " + severityText(problem.severity) + ": " + text;
+  return placedLine(displayName(name), problem, text);
 }
 
 std::string problemLine(const std::string& name, const Model& model, const Problem& problem) {
@@ -28,13 +22,22 @@ void reportProblems(Console& console, const std::string& name, const Model& mode
                     std::vector<Problem> problems) {
   locate(name, model, problems);
   for (const Problem& problem : problems) {
-    console.printError(problemLine(name, model, problem));
+    if (console.isForPrograms()) {
+      console.addProblem(factsOf(problemJson(name, model, problem)));
+    } else {
+      console.printError(problemLine(name, model, problem));
+    }
   }
 }
 
-void reportModelWarning(Console& console, const std::string& name, const std::string& message) {
-  const Problem problem{.severity = Severity::warning};
-  console.printError(problemLine(name, problem, message));
+void reportModelWarning(Console& console, const std::string& name, const char* code,
+                        const std::string& message) {
+  const Problem problem{.code = code, .severity = Severity::warning, .message = message};
+  if (console.isForPrograms()) {
+    console.addProblem(factsOf(problemJson(name, problem)));
+  } else {
+    console.printError(problemLine(name, problem, message));
+  }
 }
 
 }  // namespace exportifc::cli

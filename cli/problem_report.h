@@ -20,6 +20,7 @@ void reportProblems(Console& console, const std::string& name, const Model& mode
                     std::vector<Problem> problems);
 
 /// A warning of the model as a whole, on standard error.
-void reportModelWarning(Console& console, const std::string& name, const std::string& message);
+void reportModelWarning(Console& console, const std::string& name, const char* code,
+                        const std::string& message);
 
 }  // namespace exportifc::cli

@@ -1,22 +1,15 @@
 // Windows.
 #include <windows.h>
 // windows.h first: the others need its types.
-#include <array>
 #include <atomic>
-#include <cerrno>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <system_error>
 
-#include <sys/stat.h>
 #include <fcntl.h>
 #include <io.h>
-#include <share.h>
 #include <shellapi.h>
 
-#include "cli/paths.h"
 #include "cli/system.h"
 
 namespace exportifc::cli::system {
@@ -41,17 +34,6 @@ std::string utf8(const wchar_t* wide) {
 bool isConsole(DWORD stream) {
   DWORD mode = 0;
   return GetConsoleMode(GetStdHandle(stream), &mode) != 0;
-}
-
-/// Files and folders are what can be lost.
-std::string identityText(HANDLE file) {
-  BY_HANDLE_FILE_INFORMATION information{};
-  if (GetFileType(file) != FILE_TYPE_DISK || GetFileInformationByHandle(file, &information) == 0) {
-    return "";
-  }
-  return std::to_string(information.dwVolumeSerialNumber) + ":" +
-         std::to_string(information.nFileIndexHigh) + ":" +
-         std::to_string(information.nFileIndexLow);
 }
 
 }  // namespace
@@ -112,71 +94,6 @@ std::filesystem::path programPath() {
   return path;
 }
 
-int processId() { return static_cast<int>(GetCurrentProcessId()); }
-
-FileIdentity identityOf(const std::filesystem::path& path) {
-  const HANDLE file = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
-                                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-  if (file == INVALID_HANDLE_VALUE) {
-    return {};
-  }
-  FileIdentity identity{.exists = true, .text = identityText(file)};
-  CloseHandle(file);
-  return identity;
-}
-
-std::string identityOf(StandardStream stream) {
-  constexpr DWORD handles[] = {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE};
-  return identityText(GetStdHandle(handles[static_cast<std::size_t>(stream)]));
-}
-
-std::filesystem::path comparable(const std::filesystem::path& path) {
-  std::filesystem::path plain;
-  for (const std::filesystem::path& part : path) {
-    std::wstring name = part.wstring();
-    name.resize(name.find_last_not_of(L" .") + 1);
-    CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
-    plain /= name;
-  }
-  return plain;
-}
-
-int createFile(const std::filesystem::path& path) {
-  return _wopen(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
-                _S_IREAD | _S_IWRITE);
-}
-
-int openForWriting(const std::filesystem::path& path) {
-  return _wopen(path.c_str(), _O_WRONLY | _O_BINARY | _O_NOINHERIT);
-}
-
 int standardOutput() { return _fileno(stdout); }
-
-bool writeAll(int file, const char* bytes, std::size_t size) {
-  // Not by _write, which may give another error for a disk that takes only a part.
-  void* const handle = reinterpret_cast<void*>(_get_osfhandle(file));
-  constexpr std::size_t largestPiece = 1U << 20;
-  while (size > 0) {
-    const auto piece = static_cast<DWORD>(size < largestPiece ? size : largestPiece);
-    DWORD written = 0;
-    if (WriteFile(handle, bytes, piece, &written, nullptr) == 0 || written == 0) {
-      errno = errorNumber({static_cast<int>(GetLastError()), std::system_category()});
-      return false;
-    }
-    bytes += written;
-    size -= written;
-  }
-  return true;
-}
-
-bool flushToDisk(int file) { return _commit(file) == 0; }
-
-bool closeFile(int file) { return _close(file) == 0; }
-
-bool isWritable(const std::filesystem::path& path) {
-  constexpr int writing = 2;
-  return _waccess(path.c_str(), writing) == 0;
-}
 
 }  // namespace exportifc::cli::system

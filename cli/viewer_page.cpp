@@ -13,8 +13,8 @@
 #include "cli/input_file.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
-#include "cli/paths.h"
 #include "cli/system.h"
+#include "library/files/paths.h"
 #include "library/packing/base64_sink.h"
 #include "library/packing/deflate_sink.h"
 

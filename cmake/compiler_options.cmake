@@ -6,6 +6,7 @@
 
 option(EXPORTIFC_WARNINGS_AS_ERRORS "Stop at the first compiler warning" OFF)
 option(EXPORTIFC_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(EXPORTIFC_COVERAGE "Count which lines are reached (Clang)" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -48,6 +49,9 @@ if(NOT MSVC AND NOT EXPORTIFC_SANITIZE AND NOT EMSCRIPTEN)
   add_link_options(-fstack-protector-strong)  # mingw-w64: its run-time library, linked statically
   if(UNIX)
     add_link_options(-Wl,-z,relro -Wl,-z,now)
+    # Packages have no debugging symbols, but the number of a build would still be taken from them, and
+    # with it from the folders in them.
+    add_link_options(-Wl,--build-id=none)
   endif()
 endif()
 
@@ -58,9 +62,23 @@ if(EXPORTIFC_SANITIZE)
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang|GNU")
     list(APPEND sanitize -fsanitize=float-cast-overflow)  # not part of "undefined"
   endif()
-  add_compile_options(${sanitize} -O1)
+  add_compile_options(${sanitize})
+  if(EXPORTIFC_FUZZ)
+    add_compile_options(-O1)
+  else()
+    # The tests take seconds, optimised or not; compiling takes half as long. Reports name lines only.
+    add_compile_options(-O0 -g1)
+  endif()
   add_link_options(${sanitize})
   add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
+
+if(EXPORTIFC_COVERAGE)
+  # Counts that scripts/coverage.sh did not ask for go to the build folder, whose name also keeps objects apart in a
+  # compiler cache: they name their sources by whole paths.
+  set(count -fprofile-instr-generate=${CMAKE_BINARY_DIR}/counts/%m.profraw -fcoverage-mapping)
+  add_compile_options(${count})
+  add_link_options(${count})
 endif()
 
 if(EMSCRIPTEN)

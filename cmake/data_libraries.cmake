@@ -24,13 +24,23 @@ function(exportifc_library_of name folder)
   target_compile_options(${name} PRIVATE -w)
 endfunction()
 
-# exportifc_library_found(NAME FOUND TARGET): the system's library.
+# For cmake/portable.cmake; the packages with the headers have them.
+if(UNIX AND NOT EMSCRIPTEN)
+  find_library(EXPORTIFC_EXPAT_ARCHIVE libexpat.a)
+  find_library(EXPORTIFC_ZLIB_ARCHIVE libz.a)
+  mark_as_advanced(EXPORTIFC_EXPAT_ARCHIVE EXPORTIFC_ZLIB_ARCHIVE)
+endif()
+
+# exportifc_library_found(NAME FOUND TARGET): the system's library; the archive of it in what is portable.
 function(exportifc_library_found name found target)
   if(NOT ${found})
     message(FATAL_ERROR "${name} is not installed: run scripts/setup.sh program, or configure with "
       "-DEXPORTIFC_PROGRAM=OFF")
   endif()
-  target_link_libraries(exportifc_${name} INTERFACE ${target})
+  string(TOUPPER ${name} upper)
+  set(portable $<BOOL:$<TARGET_PROPERTY:EXPORTIFC_PORTABLE>>)
+  target_link_libraries(exportifc_${name} INTERFACE
+    $<IF:${portable},${EXPORTIFC_${upper}_ARCHIVE},${target}>)
 endfunction()
 
 add_library(exportifc_zlib INTERFACE)

@@ -14,3 +14,13 @@ endif()
 set(INSTALL_GTEST OFF CACHE INTERNAL "")
 set(gtest_force_shared_crt ON CACHE INTERNAL "")  # MSVC: the run-time library of the other targets
 add_subdirectory("${EXPORTIFC_GOOGLETEST_DIR}" "${CMAKE_BINARY_DIR}/googletest" EXCLUDE_FROM_ALL SYSTEM)
+
+# exportifc_test_options: what is tested is optimised as it is delivered; of the tests themselves compiling
+# takes longer than running.
+add_library(exportifc_test_options INTERFACE)
+target_link_libraries(exportifc_test_options INTERFACE exportifc_options)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT EXPORTIFC_SANITIZE)
+  target_compile_options(exportifc_test_options INTERFACE
+    # Checked copies need an optimiser.
+    "$<$<CONFIG:Release,RelWithDebInfo>:SHELL:-O0 -U_FORTIFY_SOURCE>" $<$<CONFIG:RelWithDebInfo>:-g1>)
+endif()

@@ -1,11 +1,10 @@
-# The zip for users: the page that exports, the module, the header for hosts, the program with the
-# viewer's page, the samples and the documents.
-#
-#   page/build.sh && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake
+# What users unpack: the page that exports, the module, the header for hosts, the program with the
+# viewer's page, the library, the samples and the documents. ../package.sh makes packages of it.
 
 set(package_documents
-  docs/checks.md docs/guia.md docs/host-guide.md docs/known-limits.md docs/model-format.md docs/model.schema.json
-  docs/profiles.md docs/reliability.md docs/sections.md docs/takeoff.md)
+  docs/checks.md docs/exportifc.schema.json docs/guia.md docs/host-guide.md docs/json-output.md docs/known-limits.md
+  docs/library.md docs/model-format.md docs/model.schema.json
+  docs/profiles.md docs/python.md docs/reliability.md docs/sections.md docs/saf.md docs/tables.md docs/takeoff.md)
 
 if(WIN32)
   set(module_folder bin)
@@ -20,17 +19,29 @@ install(FILES
 install(FILES ${package_documents} DESTINATION docs)
 install(DIRECTORY docs/profiles docs/pictures DESTINATION docs)
 install(FILES
-  examples/minimal_host.c examples/run_host.cpp examples/box_answerer.cpp examples/box_answerer.h
+  examples/export_model.c examples/minimal_host.c examples/run_host.cpp examples/box_answerer.cpp examples/box_answerer.h
   DESTINATION examples)
+install(PROGRAMS examples/warehouse.py DESTINATION examples)
+install(DIRECTORY python/exportifc DESTINATION python FILES_MATCHING PATTERN "*.py" PATTERN "py.typed")
 install(FILES SECURITY.md THIRD-PARTY.md CHANGELOG.md DESTINATION .)
+
+# The C library that files for other Linux systems may ask for: it stands in their README and in the tag of
+# the wheel. packaging/make.sh holds the files against it.
+set(oldest_glibc 2.35)
 
 # Its own: the project's README is for the folder of the sources, and links into it.
 if(WIN32)
   set(command "bin\\exportifc")
   set(module_file "bin/exportIFC.dll")
+  set(library_file "bin/exportifc-1.dll")
+  set(system_pt "Windows de 64 bits")
+  set(system_en "64-bit Windows")
 else()
   set(command "bin/exportifc")
   set(module_file "lib/libexportIFC.so")
+  set(library_file "lib/libexportifc.so.1")
+  set(system_pt "Linux de 64 bits (x86-64) com a glibc ${oldest_glibc} ou mais nova")
+  set(system_en "64-bit Linux (x86-64) with glibc ${oldest_glibc} or newer")
 endif()
 configure_file(packaging/README.md ${CMAKE_BINARY_DIR}/packaging/README.md @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/packaging/README.md DESTINATION .)
@@ -48,15 +59,5 @@ if(EXPORTIFC_PROGRAM)
   install(FILES docs/exportifc.bash DESTINATION share/bash-completion/completions RENAME exportifc)
 endif()
 
-set(CPACK_GENERATOR ZIP)
-set(CPACK_PACKAGE_NAME exportIFC)
-set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Exports structural models as IFC2X3 files")
-if(WIN32)
-  set(CPACK_PACKAGE_FILE_NAME exportIFC-${PROJECT_VERSION}-windows)
-else()
-  set(CPACK_PACKAGE_FILE_NAME exportIFC-${PROJECT_VERSION}-linux)
-endif()
-set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/package)
-set(CPACK_VERBATIM_VARIABLES ON)
-include(CPack)
+# For packaging/make.sh.
+configure_file(packaging/facts.sh ${CMAKE_BINARY_DIR}/packaging/facts.sh @ONLY)

@@ -7,6 +7,8 @@ Inputs that the fuzzer found later stand beside the seeds in fuzz/corpus and are
 import pathlib
 import struct
 import sys
+import tempfile
+import zipfile
 
 here = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(here.parent / "tests/support"))
@@ -156,6 +158,66 @@ for name, text in {
     write("json_model", name, text)
 
 
+# ---- sheets of workbooks, as CSV behind their names; a two-storey frame and what is odd
+
+sys.path.insert(0, str(here.parent / "tests/saf"))
+import two_storey  # noqa: E402
+
+
+def as_text(content):
+    """The sheets as the target "tables" takes them, in UTF-8."""
+    return "".join(f"@{name}\n" + "".join(";".join(quoted(value) for value in row) + "\n" for row in rows)
+                   for name, rows in content.items())
+
+
+def quoted(value):
+    text = str(value)
+    return f'"{text}"' if ";" in text else text
+
+
+frame = two_storey.two_storey()
+saf, tables = two_storey.sheets(frame), two_storey.tables(frame)
+few = {name: rows[:7] for name, rows in saf.items()}
+for name, text in {
+    "saf": "n" + as_text(saf | {"StructuralCurveMember": saf["StructuralCurveMember"][:9]}),
+    "saf-few": "n" + as_text(few),
+    "saf-texts": as_text(few),
+    "saf-no-nodes": "n" + as_text({key: few[key] for key in few if key != "StructuralPointConnection"}),
+    "saf-shapes": "n" + as_text(few | {"StructuralCrossSection": [saf["StructuralCrossSection"][0]] + [
+        ["Pilar", "S355", "Parametric", shape, sizes, "", "", ""] for shape, sizes in (
+            ("Rectangle", "100; 200"), ("I section", "300; 10; 150; 7"), ("T section", "100; 50; 8; 6"),
+            ("Pipe", "60; 4"), ("L section", "50; 5; 50; 5"), ("Box", "1; 2; 3; 4"))]}),
+    "tables": "n" + as_text({name: rows[:7] for name, rows in tables.items()}),
+    "files": "f" + as_text({name: rows[:7] for name, rows in tables.items()}).replace(".", ","),
+    "tables-faults": "@nodes\nnode;x [km];y;z;w\n1;0;0;a\n@sections\nsection;text;family\nA;RED 20;L\n"
+                     "@bars\nstart;end;section;angle\n1;2;B;3\n",
+    "quotes": '@nodes\nnode,"x [mm]",y,z\n"a ""b""",1,2,3\n@sections\nsection,text\nA,"L 50\n@bars\n',
+}.items():
+    write("tables", name, text.encode())
+
+
+# ---- workbooks: their parts behind their names, and whole ones
+
+with tempfile.TemporaryDirectory() as folder:
+    for name, content in {"saf": {name: rows[:3] for name, rows in saf.items()}, "tables": {name: rows[:4] for name, rows in tables.items()}}.items():
+        path = pathlib.Path(folder) / f"{name}.xlsx"
+        two_storey.write_workbook(path, content)
+        write("workbook", f"{name}-packed", path.read_bytes())
+        with zipfile.ZipFile(path) as archive:
+            parts = {part: archive.read(part).decode() for part in archive.namelist()}
+        write("workbook", name, "".join(f"@{part}\n{text}\n" for part, text in parts.items()).encode())
+shared = ('@[Content_Types].xml\n<Types/>\n@_rels/.rels\n<Relationships><Relationship Id="a" Type="x/officeDocument" '
+          'Target="xl/workbook.xml"/></Relationships>\n@xl/workbook.xml\n<workbook><sheets><sheet name="bars" r:id="b"/>'
+          '</sheets></workbook>\n@xl/_rels/workbook.xml.rels\n<Relationships><Relationship Id="b" Type="x/worksheet" '
+          'Target="s.xml"/><Relationship Id="c" Type="x/sharedStrings" Target="t.xml"/></Relationships>\n@xl/t.xml\n'
+          '<sst><si><t>start</t></si><si><r><t>e</t></r><r><t>nd</t></r></si></sst>\n@xl/s.xml\n<worksheet><sheetData>'
+          '<row r="1"><c r="A1" t="s"><v>0</v></c><c t="s"><v>1</v></c><c r="D1" t="str"><f>1</f><v>x</v></c></row>'
+          '<row><c t="b"><v>1</v></c><c t="e"><v>#N/A</v></c><c><v>1e3</v></c></row></sheetData></worksheet>\n')
+write("workbook", "shared", shared.encode())
+write("workbook", "entities", shared.replace("<workbook>", '<!DOCTYPE w [<!ENTITY a "b">]><workbook>').encode())
+write("workbook", "cut", shared[:900].encode())
+
+
 # ---- dictionaries
 
 def dictionary(name, words):
@@ -180,3 +242,9 @@ dictionary("json_model", [f'"{key}"' for key in ("unit", "nodes", "sections", "b
                                                  "column", "frame-beam", "truss-web", "not-exported", "A")] +
            ["{", "}", "[", "]", ":", ",", "true", "false", "null", "1e400", "-0.0", "3.4028235e38",
             "2147483648", "\\u00e7", "\xc3\xa7", "\xef\xbb\xbf", "W 200", "2L 50", "PSA 1 2"])
+dictionary("tables", list(dict.fromkeys([name + "\n" for name in ("@nodes", "@sections", "@bars", *(f"@{sheet}" for sheet in saf))] +
+           [str(word) for rows in (*saf.values(), *tables.values()) for word in rows[0]] +
+           ["W 200 100 8 6", "HEB 180", "yes", "não", "[deg]", "[mm]", "[in]", ";", ",", "\t", '"', "\n", "1,5", "1e400"])))
+dictionary("workbook", [f"<{tag}" for tag in ("row", "c", "v", "is", "t", "si", "r", "f", "sheet", "Relationship", "sst")] +
+           ["/>", "</", ' r="', ' t="s"', ' t="inlineStr"', ' t="str"', ' t="b"', ' t="e"', ' Target="', "<!DOCTYPE",
+            "<![CDATA[", "&amp;", "&#x10FFFF;", "XFD1048576", "_x000D_", "\n@xl/", 'encoding="UTF-16"'])

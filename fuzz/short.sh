@@ -16,7 +16,7 @@ targets=("$@")
 build_targets "${targets[@]}"
 
 # About ten seconds each with sanitizers.
-declare -A runs=([batch_file]=6000 [host_model]=6000 [section_name]=20000 [json_model]=6000)
+declare -A runs=([batch_file]=6000 [host_model]=6000 [section_name]=20000 [json_model]=6000 [tables]=6000 [workbook]=5000)
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT

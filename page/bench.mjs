@@ -52,6 +52,12 @@ for (let run = 0; run < Number(runs); run++) {
         gl.readPixels(0, 0, 1, 1, gl.RGBA, gl.UNSIGNED_BYTE, new Uint8Array(4)); // waits until all is drawn
       };
       const result = { ...marks };
+      // When the browser says that the first picture was on the screen.
+      const shown = await new Promise((resolve) => {
+        new PerformanceObserver((list) => resolve(list.getEntries()[0].renderTime)).observe({ type: "element", buffered: true });
+        setTimeout(resolve, 500);
+      });
+      if (shown) result.onScreen = Math.round(shown);
       while (!view.settled) await new Promise((resolve) => setTimeout(resolve, 20));
       result.settled = Math.round(performance.now());
       const tasks = new Promise((resolve) => {

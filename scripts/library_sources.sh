@@ -9,6 +9,7 @@
 set -euo pipefail
 
 packages=(expat zlib)
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 target=${XDG_CACHE_HOME:-${HOME:?}/.cache}/exportifc/sources
 
 die() { echo "library sources: $*" >&2; exit 1; }
@@ -25,19 +26,12 @@ work=$(mktemp -d "$target/fetching-XXXXXX")
 trap 'rm -rf "$work"' EXIT
 log=$work/log
 
-# Where the release itself comes from, whatever the style of the system's own list; updates have their
-# sources elsewhere.
 mkdir -p "$work/parts" "$work/lists/partial" "$work/cache/archives/partial" "$work/sources"
 private=(-o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work/cache" -o APT::Sandbox::User=)
-release() {
-  # shellcheck disable=SC2016  # apt fills these in
-  apt-get "$@" indextargets --format '$(REPO_URI) $(RELEASE) $(COMPONENT)' 'Created-By: Packages' 'Component: main' \
-    | awk '$2 !~ /-/ && !seen[$0]++ { print "deb-src", $1, $2, $3 }'
-}
-release >"$work/parts/sources.list"
+"$here/debian_release.sh" deb-src >"$work/parts/sources.list"
 if [[ ! -s $work/parts/sources.list ]]; then  # an image without lists of packages
   apt-get "${private[@]}" update </dev/null >"$log" 2>&1 || { tail -n 20 "$log" >&2; die "apt-get failed (above)"; }
-  release "${private[@]}" >"$work/parts/sources.list"
+  "$here/debian_release.sh" deb-src "${private[@]}" >"$work/parts/sources.list"
 fi
 [[ -s $work/parts/sources.list ]] || die "apt knows no release"
 

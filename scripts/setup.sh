@@ -2,7 +2,7 @@
 # Installs the Debian packages that are missing, fetches the sources of libraries that there are no
 # packages of, and nothing else.
 #
-#   scripts/setup.sh [GROUP...]      groups: build, program, test, bench (default: build)
+#   scripts/setup.sh [GROUP...]      groups: build, program, package, test, bench (default: build)
 #
 # Silent when nothing is missing. Without root or password-free sudo it prints the command to
 # run and exits with 1.
@@ -30,6 +30,10 @@ program | patch                      | patch           | as above
 program | nodejs                     | node            | builds the page
 program | npm                        | npm             | its packages
 program | emscripten                 | emcc            | compiles the exporter of the page
+package | g++-mingw-w64-x86-64-posix | package         | the compiler for 64-bit Windows
+package | libz-mingw-w64-dev         | package         | packs exchange files, there
+package | dpkg-dev                   | dpkg-shlibdeps  | knows what the Debian packages need
+package | python3                    | package         | packs the zip and the wheels
 test  | googletest                   | package         | sources of GoogleTest, built for every target
 test  | clang                        | clang++         | second compiler; sanitizers and fuzzing
 test  | libclang-rt-14-dev           | package         | run-time libraries of the sanitizers
@@ -43,6 +47,12 @@ test  | cppcheck                     | cppcheck        | static check
 test  | shellcheck                   | shellcheck      | static check of the scripts
 test  | python3                      | python3         | test helpers, generators of the samples
 test  | python3-jsonschema           | package         | checks the samples against the schema
+test  | python3-pytest               | package         | tests the Python package
+test  | python3-numpy                | package         | arrays, as its callers have them
+test  | mypy                         | mypy            | checks its types
+test  | pkgconf                      | pkg-config      | finds the installed library
+test  | python3-venv                 | package         | an empty Python for the wheel
+test  | mmdebstrap                   | mmdebstrap      | an empty Debian for its packages
 test  | strace                       | strace          | counts the write calls of an export
 test  | libcli11-dev                 | package         | arguments of the command-line program
 test  | nlohmann-json3-dev           | package         | the JSON model
@@ -69,13 +79,14 @@ bench | libexpat1-dev                | package         | reads workbooks
 bench | nodejs                       | node            | runs the other writer, web-ifc
 bench | npm                          | npm             | fetches it
 bench | python3                      | python3         | prints the table
+bench | python3-numpy                | package         | arrays, for the Python package
 '
 
 die() { echo "setup: $*" >&2; exit 1; }
 
 groups=" ${*:-build} "
 for group in $groups; do
-  case $group in build | program | test | bench) ;; *) die "unknown group '$group' (groups: build, program, test, bench)" ;; esac
+  case $group in build | program | package | test | bench) ;; *) die "unknown group '$group' (groups: build, program, package, test, bench)" ;; esac
 done
 
 installed() { [[ $(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null) == installed ]]; }

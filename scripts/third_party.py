@@ -96,17 +96,17 @@ def document():
         "module itself uses the standard library and the system, nothing else. A licence for exportIFC\n"
         "itself is its owner's to choose; none is given here.\n\n"
         "| what | version | in | licence |\n|---|---|---|---|\n"
-        f"| CLI11 | {cli} | `exportifc`, compiled in | BSD, three clauses |\n"
-        f"| JSON for Modern C++ | {json_library} | `exportifc` and `exportifc.html`, compiled in | MIT |\n"
-        f"| zlib | {zlib} | `exportifc.exe` and `exportifc.html`, linked statically; elsewhere the system's | zlib |\n"
-        f"| expat | {expat} | `exportifc.exe` and `exportifc.html`, linked statically; elsewhere the system's | MIT |\n"
+        f"| CLI11 | {cli} | the program `exportifc`, compiled in | BSD, three clauses |\n"
+        f"| JSON for Modern C++ | {json_library} | the program, the library and `exportifc.html`, compiled in | MIT |\n"
+        f"| zlib | {zlib} | the program, the library and `exportifc.html`, linked statically; in the Debian packages the system's | zlib |\n"
+        f"| expat | {expat} | the same, in the same way | MIT |\n"
         f"| three.js | {three} | `viewer.html`, `exportifc.html` | MIT |\n"
         f"| web-ifc | {web_ifc} | `viewer.html`, `exportifc.html` | Mozilla Public License 2.0 |\n"
         f"| fflate | {fflate} | `exportifc.html` | MIT |\n"
         f"| Emscripten's run-time library | {emscripten} | `exportifc.html`, linked statically | MIT, and those below |\n"
-        f"| mingw-w64's run-time library and winpthreads | {mingw} | `exportIFC.dll`, `exportifc.exe`, linked statically |"
+        f"| mingw-w64's run-time library and winpthreads | {mingw} | every file for Windows, linked statically |"
         " Zope Public License 2.1 and those below |\n"
-        f"| libstdc++ and libgcc | {gcc} | the same two, linked statically; their headers everywhere |"
+        f"| libstdc++ and libgcc | {gcc} | the same, and the program and library of the tar.gz and the Linux wheel, linked statically; their headers everywhere |"
         " GPL 3 or later with the GCC Runtime Library Exception 3.1 |\n",
         section(f"CLI11 {cli}", "Reads the program's command line.",
                 *joined("libcli11-dev", "*")),

@@ -41,10 +41,13 @@ export LC_ALL=C.UTF-8
 unset WAYLAND_DISPLAY
 
 # Debian's wrapper /usr/bin/wine warns about a missing 32-bit Wine; the loader itself does not.
-wine=/usr/lib/wine/wine64
+loader=/usr/lib/wine/wine64
 wineserver=/usr/lib/wine/wineserver64
-[[ -x $wine ]] || wine=$(command -v wine64 || command -v wine) || die "Wine is missing: run scripts/setup.sh"
+[[ -x $loader ]] || loader=$(command -v wine64 || command -v wine) || die "Wine is missing: run scripts/setup.sh"
 [[ -x $wineserver ]] || wineserver=$(command -v wineserver) || die "wineserver is missing: run scripts/setup.sh"
+# The loader is linked to 0x7d000000, and the system puts its heap at random into the gigabyte above: once in some
+# thousand runs onto 0x7ffe0000, which every Windows program must have. Wine then ends it with code 1, without a word.
+wine=(setarch --addr-no-randomize "$loader")
 command -v Xvfb >/dev/null || die "Xvfb is missing: run scripts/setup.sh"
 
 # 8: held while starting or ending the shared parts. 9: held, shared, by everyone who uses them.
@@ -76,7 +79,7 @@ start_screen() {
 }
 
 registry() {  # KEY NAME TEXT
-  timeout -k 5 60 "$wine" reg add "$1" /v "$2" /d "$3" /f 8>&- 9>&- </dev/null \
+  timeout -k 5 60 "${wine[@]}" reg add "$1" /v "$2" /d "$3" /f 8>&- 9>&- </dev/null \
     >>"$home/prefix.log" 2>&1 || die "cannot set up the Wine prefix"
 }
 
@@ -86,7 +89,7 @@ create_prefix() {
   # Not under the feet of programs that run with an older one.
   [[ -d $WINEPREFIX ]] && ! flock -n -x 9 && return
   rm -rf "$WINEPREFIX"
-  timeout -k 5 120 "$wine" wineboot -i 8>&- 9>&- </dev/null >"$home/prefix.log" 2>&1 \
+  timeout -k 5 120 "${wine[@]}" wineboot -i 8>&- 9>&- </dev/null >"$home/prefix.log" 2>&1 \
     || die "cannot create the Wine prefix: $(tail -n 3 "$home/prefix.log")"
   # A crashing program ends at once with the low byte of the exception code. Wine's own debugger
   # would wait in a dialog, and end the program with code 0.
@@ -112,11 +115,12 @@ join() {
 }
 
 # One program that waits for its input to end keeps the Wine server, the services and the desktop up.
-# Without it the programs that find none start them, and wait for them to close their output.
+# Without it the programs that find none start them, and whoever reads their output waits for these to close it, which
+# may be never; cmd by itself would not wait until the desktop is there.
 hold_wine() {
   session_log=$home/session.$$.log
-  exec 7> >(exec "$wine" cmd 8>&- 9>&- >"$session_log" 2>&1)
-  echo 'rundll32 user32,GetDesktopWindow & echo up' >&7
+  exec 7> >(exec "${wine[@]}" cmd 8>&- 9>&- >"$session_log" 2>&1)
+  echo 'start /wait rundll32 user32,GetDesktopWindow & echo up' >&7
   for _ in {1..600}; do
     grep -qs '>up' "$session_log" && return
     sleep 0.1
@@ -143,7 +147,7 @@ leave() {
 program=$1
 if [[ -z $session ]]; then
   [[ $program != */* || -f $program ]] || die "no such program: $program"
-  set -- timeout --foreground -k 5 "${TIMEOUT:-600}" "$wine" "$@"
+  set -- timeout --foreground -k 5 "${TIMEOUT:-600}" "${wine[@]}" "$@"
 fi
 
 join

@@ -3,16 +3,17 @@
 #include <memory>
 #include <utility>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
+#include "cli/json_report.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
 #include "cli/problem_report.h"
+#include "library/frame/model_check.h"
 #include "library/frame/plausibility.h"
 #include "library/frame/problem_json.h"
 #include "library/frame/problem_text.h"
@@ -21,18 +22,11 @@ namespace exportifc::cli {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 struct CheckOptions {
   std::vector<std::string> models;
   bool visibleOnly = false;
+  bool boundingRectangles = false;
   bool notes = true;  ///< also say what is only unusual
-  bool json = false;  ///< for programs
-};
-
-struct Finding {
-  ExitCode code = exitOk;
-  Json json;
 };
 
 /// "no problems", "2 problems, 1 note".
@@ -44,39 +38,26 @@ std::string countText(const std::vector<Problem>& problems) {
   return notes == 0 ? text : say(texts::checkNotes, {text, numberText(notes)});
 }
 
-Finding checkOne(const std::string& name, const CheckOptions& options, Console& console) {
-  Finding finding{.json = {{"model", name}}};
-  Json list = Json::array();
-  try {
-    const Model model = readModel(name);
-    finding.json["bars"] = model.bars.size();
-    std::vector<Problem> problems = checkEverything(model, options.visibleOnly, options.notes);
-    locate(name, model, problems);
-    for (const Problem& problem : problems) {
-      list.push_back(problemJson(name, model, problem));
-      if (!options.json) {
-        console.printLine(problemLine(name, model, problem));
-      }
-    }
-    finding.code = std::all_of(problems.begin(), problems.end(), isNote) ? exitOk : exitProblems;
-    if (!options.json) {
-      console.printLine(
-          displayName(name) + ": " +
-          say(texts::checkSummary,
-              {numberText(static_cast<std::int64_t>(model.bars.size())), countText(problems)}));
-    }
-  } catch (const Failure& failure) {
-    finding.code = failure.code();
-    const auto* const unreadable = dynamic_cast<const ModelFailure*>(&failure);
-    list.push_back(problemJson(
-        name, unreadable != nullptr ? unreadable->problem()
-                                    : Problem{.code = "unreadable", .message = failure.what()}));
-    if (!options.json) {
-      console.reportFailure(failure);
+ExitCode checkOne(const std::string& name, const CheckOptions& options, Console& console) {
+  Model model = readModel(name);
+  if (options.boundingRectangles) {
+    drawBounds(model);
+  }
+  console.addFact("bars", model.bars.size());
+  std::vector<Problem> problems = checkEverything(model, options.visibleOnly, options.notes);
+  locate(name, model, problems);
+  for (const Problem& problem : problems) {
+    if (console.isForPrograms()) {
+      console.addProblem(factsOf(problemJson(name, model, problem)));
+    } else {
+      console.printLine(problemLine(name, model, problem));
     }
   }
-  finding.json["problems"] = std::move(list);
-  return finding;
+  console.printLine(
+      displayName(name) + ": " +
+      say(texts::checkSummary,
+          {numberText(static_cast<std::int64_t>(model.bars.size())), countText(problems)}));
+  return std::all_of(problems.begin(), problems.end(), isNote) ? exitOk : exitProblems;
 }
 
 ExitCode run(const CheckOptions& options, Console& console) {
@@ -85,16 +66,12 @@ ExitCode run(const CheckOptions& options, Console& console) {
     files.reads(model);
   }
   ExitCode code = exitOk;
-  Json all = Json::array();
   for (const std::string& model : options.models) {
-    Finding finding = checkOne(model, options, console);
-    code = std::max(code, finding.code);
-    all.push_back(std::move(finding.json));
-  }
-  if (options.json) {
-    constexpr int indent = 2;
-    // Names of files are bytes: what is not UTF-8 is replaced.
-    console.printLine(all.dump(indent, ' ', false, Json::error_handler_t::replace));
+    const ExitCode itsCode = reportModel(console, model, [&](Console& modelConsole) {
+      return guarded(modelConsole, displayName(model),
+                     [&] { return checkOne(model, options, modelConsole); });
+    });
+    code = std::max(code, itsCode);
   }
   return code;
 }
@@ -104,10 +81,11 @@ ExitCode run(const CheckOptions& options, Console& console) {
 Command addCheck(CLI::App& program) {
   const auto options = std::make_shared<CheckOptions>();
   CLI::App& command = addCommand(program, "check", texts::helpCheck);
-  addArguments(command, texts::wordModel, options->models, texts::helpModels).required();
+  require(addArguments(command, texts::wordModel, options->models, texts::helpModels));
   addFlag(command, "--visible-only", options->visibleOnly, texts::helpVisibleOnly);
+  addFlag(command, "--bounding-rectangle", options->boundingRectangles,
+          texts::helpBoundingRectangle);
   addFlag(command, "!--no-notes", options->notes, texts::helpNoNotes);
-  addFlag(command, "--json", options->json, texts::helpJson);
   return {&command, [options](Console& console) { return run(*options, console); }};
 }
 

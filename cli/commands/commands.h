@@ -12,10 +12,11 @@ MakeCommand addSections;
 MakeCommand addConvert;
 MakeCommand addView;
 MakeCommand addTakeoff;
+MakeCommand addTemplate;
 
 /// In the order of the help.
 inline constexpr MakeCommand* allCommands[] = {
-    addExport, addCheck, addProfiles, addSections, addConvert, addView, addTakeoff,
+    addExport, addCheck, addProfiles, addSections, addConvert, addView, addTakeoff, addTemplate,
 };
 
 }  // namespace exportifc::cli

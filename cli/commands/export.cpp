@@ -1,6 +1,5 @@
 // exportifc export: models as exchange files.
 #include <algorithm>
-#include <charconv>
 #include <chrono>
 #include <filesystem>
 #include <iterator>
@@ -12,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/commands/jobs.h"
@@ -20,15 +19,16 @@
 #include "cli/exchange_file.h"
 #include "cli/failure.h"
 #include "cli/file_plan.h"
+#include "cli/json_report.h"
 #include "cli/loaded_model.h"
 #include "cli/messages.h"
 #include "cli/model_file.h"
 #include "cli/output_format.h"
-#include "cli/paths.h"
 #include "cli/problem_report.h"
 #include "cli/progress.h"
 #include "cli/system.h"
 #include "cli/viewer_page.h"
+#include "library/files/paths.h"
 #include "library/frame/model_check.h"
 #include "library/frame/model_export.h"
 #include "library/frame/pointer.h"
@@ -60,6 +60,9 @@ std::string outputFor(const std::string& model, const ExportOptions& options) {
     return model;
   }
   fs::path path = pathOf(model);
+  if (!path.has_filename()) {
+    path = path.parent_path();  // "tables/": beside the folder, not in it
+  }
   path.replace_extension(exchangeExtension);
   return textOf(options.directory.empty() ? path : pathOf(options.directory) / path.filename());
 }
@@ -128,7 +131,38 @@ std::string elementsText(const ExportResult& result) {
   return text.empty() ? say(texts::none) : text;
 }
 
-/// The summary; on standard error when the file itself goes to standard output.
+std::int64_t writtenBars(const Model& model, const SkippedBars& skipped) {
+  return static_cast<std::int64_t>(model.bars.size()) - skipped.invisible -
+         skipped.notExportedType - skipped.withoutRecord;
+}
+
+/// The summary for programs.
+void addSummary(Console& console, const Model& model, const ExportResult& result, double seconds) {
+  console.addFact("bars", model.bars.size());
+  console.addFact("written", writtenBars(model, result.skipped));
+  console.addFact("skipped", {{"invisible", result.skipped.invisible},
+                              {"notExportedType", result.skipped.notExportedType},
+                              {"textTooLong", result.skipped.withoutRecord}});
+  Json elements = Json::object();
+  for (std::size_t i = 0; i < elementKeywords.size(); ++i) {
+    elements[std::string(elementKeywords[i])] = result.elements[i];
+  }
+  console.addFact("elements", elements);
+  Json unknown = Json::array();
+  for (const ModuleMessage& message : result.messages) {
+    if (message.id == MessageId::unknownProfile) {
+      unknown.push_back({{"text", model.sections[static_cast<std::size_t>(message.section)].text},
+                         {"bars", message.bars},
+                         {"firstBar", message.firstBar + 1}});
+    }
+  }
+  console.addFact("unknownProfiles", unknown);
+  console.addFact("bytes", result.bytes);
+  console.addFact("lines", result.lines);
+  console.addFact("seconds", seconds);
+}
+
+/// The summary for people; on standard error when the file itself goes to standard output.
 void printSummary(Console& console, const Model& model, const std::string& name,
                   const std::string& output, const ExportResult& result, double seconds) {
   const auto print = [&](const std::string& line) {
@@ -140,14 +174,12 @@ void printSummary(Console& console, const Model& model, const std::string& name,
     const std::string space(width < labelWidth ? labelWidth - width : 1, ' ');
     print("  " + std::string(say(label)) + space + value);
   };
-  const SkippedBars& skipped = result.skipped;
-  const auto total = static_cast<std::int64_t>(model.bars.size());
-  const std::int64_t written =
-      total - skipped.invisible - skipped.notExportedType - skipped.withoutRecord;
   print(displayName(name) + " -> " +
         (isStandardStream(output) ? std::string(say(texts::standardOutput)) : output));
-  row(texts::sumBars, say(texts::sumOf, {numberText(written), numberText(total)}));
-  row(texts::sumSkipped, skippedText(skipped));
+  row(texts::sumBars,
+      say(texts::sumOf, {numberText(writtenBars(model, result.skipped)),
+                         numberText(static_cast<std::int64_t>(model.bars.size()))}));
+  row(texts::sumSkipped, skippedText(result.skipped));
   row(texts::sumElements, elementsText(result));
   bool anyUnknown = false;
   for (const ModuleMessage& message : result.messages) {
@@ -196,16 +228,19 @@ void exportOne(const std::string& name, const std::string& output, const ExportO
     throw Failure(exitNotWritten, stopText(result, file, model.bars.size()));
   }
   file.commit();
+  console.addItem("files", output);
   if (options.html) {
     writeViewerPage(page,
                     {.name = exchangeName(output),
                      .writeExchangeFile = [&](ByteSink& sink) { copyExchangeFile(output, sink); }},
                     pageFor(output));
+    console.addItem("files", pageFor(output));
   }
+  const double seconds = std::chrono::duration<double>(Clock::now() - started).count();
+  addSummary(console, model, result, seconds);
   if (!options.load.quiet) {
     reportMessages(console, name, model, result, problems);
-    printSummary(console, model, name, output, result,
-                 std::chrono::duration<double>(Clock::now() - started).count());
+    printSummary(console, model, name, output, result, seconds);
   }
 }
 
@@ -224,8 +259,9 @@ void checkUse(const ExportOptions& options, const std::vector<std::string>& outp
   }
 }
 
-void planFiles(const ExportOptions& options, const std::vector<std::string>& outputs) {
-  FilePlan files;
+void planFiles(const ExportOptions& options, const std::vector<std::string>& outputs,
+               const Console& console) {
+  FilePlan files(console);
   for (const std::string& model : options.models) {
     files.reads(model);
   }
@@ -262,16 +298,18 @@ ExitCode run(const ExportOptions& options, Console& console) {
     outputs.push_back(outputFor(model, options));
   }
   checkUse(options, outputs);
-  planFiles(options, outputs);
+  planFiles(options, outputs, console);
   std::optional<MadeFolder> folder;
   if (!options.directory.empty()) {
     folder.emplace(options.directory);
   }
   const Job job = [&](std::size_t i, Console& itsConsole) {
     const std::string& model = options.models[i];
-    return guarded(itsConsole, displayName(model), [&] {
-      exportOne(model, outputs[i], options, itsConsole);
-      return exitOk;
+    return reportModel(itsConsole, model, [&](Console& modelConsole) {
+      return guarded(modelConsole, displayName(model), [&] {
+        exportOne(model, outputs[i], options, modelConsole);
+        return exitOk;
+      });
     });
   };
   return canRunBeside(options, outputs)
@@ -280,37 +318,23 @@ ExitCode run(const ExportOptions& options, Console& console) {
              : runInTurn(outputs.size(), job, console);
 }
 
-/// A number of models.
-CLI::Validator jobCount() {
-  return {[](std::string& value) {
-            constexpr int most = 64;
-            int count = 0;
-            const char* const end = value.data() + value.size();
-            const auto read = std::from_chars(value.data(), end, count);
-            const bool isGood =
-                read.ec == std::errc() && read.ptr == end && count > 0 && count <= most;
-            return isGood ? std::string() : say(texts::useJobs, {value});
-          },
-          ""};
-}
+constexpr std::size_t mostJobs = 64;
 
 }  // namespace
 
 Command addExport(CLI::App& program) {
   const auto options = std::make_shared<ExportOptions>();
   CLI::App& command = addCommand(program, "export", texts::helpExport);
-  addArguments(command, texts::wordModel, options->models, texts::helpModels).required();
+  require(addArguments(command, texts::wordModel, options->models, texts::helpModels));
   CLI::Option& output =
       addName(command, "-o,--output", options->output, texts::helpOutput, texts::wordFile);
-  addName(command, "--out-dir", options->directory, texts::helpOutDir, texts::wordFolder)
-      .excludes(&output);
+  exclude(addName(command, "--out-dir", options->directory, texts::helpOutDir, texts::wordFolder),
+          output);
   addLoadOptions(command, options->load);
   addFlag(command, "--strict", options->load.strict, texts::helpStrict);
   addFlag(command, "--html", options->html, texts::helpHtml);
   addName(command, "--template", options->viewerTemplate, texts::helpTemplate, texts::wordFile);
-  command.add_option("-j,--jobs", options->jobs, say(texts::helpJobs))
-      ->type_name(say(texts::wordNumber))
-      ->check(jobCount());
+  addCount(command, "-j,--jobs", options->jobs, mostJobs, texts::helpJobs, texts::useJobs);
   addFlag(command, "-q,--quiet", options->load.quiet, texts::helpQuiet);
   return {&command, [options](Console& console) { return run(*options, console); }};
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -19,16 +20,20 @@ namespace {
 std::string countText(std::size_t count) { return numberText(static_cast<std::int64_t>(count)); }
 
 ExitCode reportInterrupt(std::size_t done, std::size_t count, Console& console) {
-  console.reportError(count == 1
-                          ? say(texts::stoppedByUser)
-                          : say(texts::stoppedAfterModels, {countText(done), countText(count)}));
+  console.reportError(interruptedCode, count == 1 ? say(texts::stoppedByUser)
+                                                  : say(texts::stoppedAfterModels,
+                                                        {countText(done), countText(count)}));
   return exitNotWritten;
 }
 
 class SideBySide {
  public:
   SideBySide(std::size_t count, const Job& job, bool showsProgress, Console& console)
-      : job_(job), reports_(count), status_(showsProgress), console_(console) {}
+      : job_(job), status_(showsProgress), console_(console) {
+    for (std::size_t i = 0; i < count; ++i) {
+      reports_.emplace_back(console);
+    }
+  }
 
   ExitCode run(std::size_t limit) {
     showProgress();
@@ -45,6 +50,8 @@ class SideBySide {
 
  private:
   struct Report {
+    explicit Report(const Console& console) : said(console) {}
+
     KeptConsole said;
     bool hasEnded = false;
   };
@@ -77,6 +84,7 @@ class SideBySide {
     const std::lock_guard<std::mutex> lock(mutex_);
     reports_[index].hasEnded = true;
     code_ = std::max(code_, code);
+    failed_ += code == exitOk ? 0 : 1;
     ++done_;
     status_.erase();
     for (; reported_ < reports_.size() && reports_[reported_].hasEnded; ++reported_) {
@@ -97,14 +105,19 @@ class SideBySide {
   }
 
   void showProgress() {
-    status_.show(say(texts::jobsProgress, {countText(done_), countText(reports_.size())}));
+    std::string text = say(texts::jobsProgress, {countText(done_), countText(reports_.size())});
+    if (failed_ > 0) {
+      text += say(texts::jobsFailed, {countText(failed_)});
+    }
+    status_.show(text);
   }
 
   const Job& job_;
   std::atomic<std::size_t> next_ = 0;
-  std::mutex mutex_;  // of what follows
-  std::vector<Report> reports_;
+  std::mutex mutex_;            // of what follows
+  std::deque<Report> reports_;  // they stay where they are
   std::size_t done_ = 0;
+  std::size_t failed_ = 0;
   std::size_t reported_ = 0;
   ExitCode code_ = exitOk;
   StatusLine status_;

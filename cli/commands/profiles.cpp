@@ -1,12 +1,13 @@
 // exportifc profiles: the section families, their drawings, what becomes of one section text.
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/console.h"
@@ -14,11 +15,13 @@
 #include "cli/file_plan.h"
 #include "cli/messages.h"
 #include "cli/output_file.h"
-#include "cli/paths.h"
 #include "cli/problem_report.h"
+#include "library/files/paths.h"
 #include "library/frame/plausibility.h"
+#include "library/frame/problem_json.h"
 #include "library/frame/problem_text.h"
 #include "library/frame/section_check.h"
+#include "library/sections/catalogue_json.h"
 #include "library/sections/profile_drawing.h"
 #include "library/sections/section_catalogue.h"
 #include "library/sections/section_text.h"
@@ -44,6 +47,7 @@ std::string familyTitle(const Family& family) {
 }
 
 void printFamily(Console& console, const Family& family) {
+  console.addItem("families", factsOf(familyJson(family)));
   console.printLine(familyTitle(family));
   if (family.parts.empty()) {
     console.printLine(std::string("  ") + say(texts::profilesNoProfile));
@@ -105,11 +109,12 @@ void printMarkdown(Console& console) {
   }
 }
 
-void writeDrawings(const std::vector<const Family*>& chosen, const std::string& folder) {
+void writeDrawings(const std::vector<const Family*>& chosen, const std::string& folder,
+                   Console& console) {
   const auto nameOf = [&](const Family& family) {
     return textOf(pathOf(folder) / drawingName(family));
   };
-  FilePlan files;
+  FilePlan files(console);
   for (const Family* const family : chosen) {
     if (!family->parts.empty()) {
       files.writesDerived(nameOf(*family), say(texts::fileDrawing), OwnFile::drawing,
@@ -124,6 +129,7 @@ void writeDrawings(const std::vector<const Family*>& chosen, const std::string& 
     OutputFile file(nameOf(*family));
     file.write(drawProfile(*family));
     file.commit();
+    console.addItem("files", nameOf(*family));
   }
 }
 
@@ -137,6 +143,7 @@ class PrintingSink final : public ByteSink {
     std::string line(bytes, size);
     line.erase(line.find_last_not_of("\r\n") + 1);
     console_.printLine("  " + line);
+    console_.addItem("lines", line);
     return true;
   }
 
@@ -174,6 +181,12 @@ int secondSide(const Family& family, const ModelSection& section) {
   return index;
 }
 
+/// Without the digits that a number of 32 bits has by chance.
+double roundedDimension(float value) {
+  constexpr double thousand = 1000.0;
+  return std::round(double{value} * thousand) / thousand;
+}
+
 void printDimensions(Console& console, const Family& family, const ModelSection& section) {
   const auto pieces = sectionPieces(section.text);
   int given = 0;
@@ -197,9 +210,17 @@ void printDimensions(Console& console, const Family& family, const ModelSection&
         family.dimensions.begin(), family.dimensions.end(), [&](const DimensionUse& one) {
           return one.index == (i == side ? 3 : i == 3 && side > 0 ? -1 : i);
         });
+    const bool isRead = use != family.dimensions.end();
     console.printLine("  d" + std::to_string(i) + "  " + value + "  " +
-                      (use == family.dimensions.end() ? std::string(say(texts::explainNotRead))
-                                                      : meaningText(use->meaning)));
+                      (isRead ? meaningText(use->meaning) : say(texts::explainNotRead)));
+    Json facts = {{"dimension", i}};
+    if (i < given) {
+      facts["value"] = roundedDimension(section.dims[static_cast<std::size_t>(i)]);
+    }
+    if (isRead) {
+      facts["measures"] = meaningText(use->meaning);
+    }
+    console.addItem("dimensions", facts);
   }
 }
 
@@ -208,7 +229,10 @@ ExitCode explainSection(Console& console, const std::string& text) {
   const ModelSection section{.name = text, .text = text, .dims = parseSectionDims(text)};
   const Family* const family = findFamilyWord(text.substr(0, text.find(' ')));
   console.printLine(text);
+  console.addFact("text", text);
   if (family != nullptr) {
+    console.addFact("family", family->word);
+    console.addFact("entity", profileEntity(*family));
     console.printLine("  " + familyTitle(*family));
     if (!family->parts.empty()) {
       printDimensions(console, *family, section);
@@ -228,6 +252,9 @@ ExitCode explainSection(Console& console, const std::string& text) {
   std::move(notes.begin(), notes.end(), std::back_inserter(found));
   for (const Problem& problem : found) {
     console.printLine("  " + severityText(problem.severity) + ": " + problem.message);
+    Json facts = factsOf(problemJson("", problem));
+    facts.erase("file");  // it stands in the argument
+    console.addProblem(facts);
   }
   if (code == exitOk) {
     console.printLine(std::string("  ") + say(texts::checkNoProblems));
@@ -259,7 +286,7 @@ ExitCode run(const ProfilesOptions& options, Console& console) {
     throw Failure(exitBadUse, say(texts::problemFamily, {wanted}) + familyAdvice(text));
   }
   if (!options.drawings.empty()) {
-    writeDrawings(chosen, options.drawings);
+    writeDrawings(chosen, options.drawings, console);
   }
   if (options.markdown) {
     printMarkdown(console);
@@ -278,7 +305,7 @@ Command addProfiles(CLI::App& program) {
   CLI::App& command = addCommand(program, "profiles", texts::helpProfiles);
   addArguments(command, texts::wordFamily, options->words, texts::helpFamily);
   addName(command, "--svg", options->drawings, texts::helpSvg, texts::wordFolder);
-  addFlag(command, "--markdown", options->markdown, texts::helpMarkdown);
+  excludeJson(command, addFlag(command, "--markdown", options->markdown, texts::helpMarkdown));
   return {&command, [options](Console& console) { return run(*options, console); }};
 }
 

@@ -6,12 +6,13 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/console.h"
 #include "cli/failure.h"
 #include "cli/messages.h"
+#include "library/sections/catalogue_json.h"
 #include "library/sections/rolled_sections.h"
 #include "library/sections/section_text.h"
 #include "library/text/aligned_lines.h"
@@ -116,6 +117,12 @@ void printSeries(Console& console) {
   for (std::size_t i = 0; i < rolledSeries().size(); ++i) {
     const RolledSeriesFacts& facts = rolledSeries()[i];
     const auto sections = rolledSections(static_cast<RolledSeries>(i));
+    console.addItem("series", {{"name", facts.name},
+                               {"family", facts.familyWord},
+                               {"standard", facts.standard},
+                               {"count", sections.size()},
+                               {"first", sections.front().name},
+                               {"last", sections.back().name}});
     rows.push_back({std::string(facts.name),
                     std::string(sections.front().name) + " … " + std::string(sections.back().name),
                     std::to_string(sections.size()), std::string(facts.standard)});
@@ -212,11 +219,12 @@ ExitCode run(const SectionsOptions& options, Console& console) {
     printSeries(console);
   } else if (const RolledSection* const section = findRolledSection(name);
              section != nullptr && !filtered) {
+    console.addFact("sections", factsOf(sectionsJson(Sections{section})));
     printSection(console, *section);
-  } else if (const Sections found = chosen(name, options); found.empty()) {
-    console.printLine(say(texts::sectionsNone));
   } else {
-    printSections(console, found);
+    const Sections found = chosen(name, options);
+    console.addFact("sections", factsOf(sectionsJson(found)));
+    found.empty() ? console.printLine(say(texts::sectionsNone)) : printSections(console, found);
   }
   return exitOk;
 }
@@ -229,7 +237,8 @@ Command addSections(CLI::App& program) {
   addArguments(command, texts::wordSection, options->words, texts::helpSectionWords);
   addName(command, "--depth", options->depth, texts::helpDepth, texts::wordRange);
   addName(command, "--mass", options->mass, texts::helpMass, texts::wordRange);
-  addFlag(command, "--markdown", options->markdown, texts::helpSectionsMarkdown);
+  excludeJson(command,
+              addFlag(command, "--markdown", options->markdown, texts::helpSectionsMarkdown));
   return {&command, [options](Console& console) { return run(*options, console); }};
 }
 

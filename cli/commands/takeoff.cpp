@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
@@ -22,18 +21,23 @@
 #include "cli/problem_report.h"
 #include "library/frame/model_check.h"
 #include "library/takeoff/takeoff_tables.h"
+#include "library/text/file_extension.h"
+#include "library/workbook/workbook_writer.h"
 
 namespace exportifc::cli {
 
 namespace {
+
+/// What programs know the bars by that have no mass in the lists.
+constexpr const char* weightlessCode = "without-mass";
 
 struct TakeoffCommand {
   std::string model;
   std::string output;   ///< empty: lists on standard output
   std::string density;  ///< as the user writes it; empty: not given
   bool visibleOnly = false;
+  bool boundingRectangles = false;
   bool cuts = false;   ///< the cut list on standard output, too
-  bool json = false;   ///< for programs
   bool quiet = false;  ///< do not say what else is wrong
 };
 
@@ -55,6 +59,9 @@ std::optional<double> densityOf(const std::string& text) {
 /// By which spreadsheets tell that a file is in UTF-8.
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
+/// Whether the lists are to be the sheets of a workbook, instead of CSV.
+bool isWorkbook(const std::string& output) { return extensionOf(output) == ".xlsx"; }
+
 void printLists(Console& console, const std::vector<TakeoffTable>& tables, bool withCuts) {
   bool first = true;
   for (const TakeoffTable& table : tables) {
@@ -72,6 +79,9 @@ void printLists(Console& console, const std::vector<TakeoffTable>& tables, bool 
 /// The model with problems that do not stop an export said on the way.
 Model loadedModel(const TakeoffCommand& options, Console& console) {
   Model model = readModel(options.model);
+  if (options.boundingRectangles) {
+    drawBounds(model);
+  }
   const std::vector<Problem> broken = checkReferences(model);
   if (!broken.empty()) {
     reportProblems(console, options.model, model, broken);
@@ -93,41 +103,45 @@ std::int64_t weightlessBars(const Takeoff& takeoff) {
 }
 
 ExitCode run(const TakeoffCommand& options, Console& console) {
-  if (options.json && !options.output.empty()) {
-    throw Failure(exitBadUse, say(texts::takeoffJsonOrFile));
-  }
   const std::optional<double> density = densityOf(options.density);
-  FilePlan files;
+  FilePlan files(console);
+  console.addFact("model", options.model);
   files.reads(options.model);
   if (!options.output.empty()) {
     files.writes(options.output);
-    requireExtension(options.output, takeoffKind);
+    if (!isWorkbook(options.output)) {
+      requireExtension(options.output, takeoffKind);
+    }
   }
   const Model model = loadedModel(options, console);
   const Takeoff takeoff =
       takeoffOf(model, {.visibleOnly = options.visibleOnly, .density = density});
   std::vector<TakeoffTable> tables = takeoffTables(model, takeoff);
-  if (options.json) {
-    nlohmann::ordered_json json = {{"model", options.model}};
-    json.update(takeoffJson(tables));
-    constexpr int indent = 2;
-    // Names of files are bytes: what is not UTF-8 is replaced.
-    console.printLine(json.dump(indent, ' ', false, nlohmann::json::error_handler_t::replace));
+  if (console.isForPrograms()) {
+    const Json lists = factsOf(takeoffJson(tables));
+    for (const auto& [key, list] : lists.items()) {
+      console.addFact(key.c_str(), list);
+    }
   }
   std::for_each(tables.begin(), tables.end(), keepColumnsForPeople);
   if (!options.output.empty()) {
     OutputFile output(options.output);
-    if (!isStandardStream(options.output)) {
-      output.write(utf8Mark);
+    if (isWorkbook(options.output)) {
+      writeWorkbook(takeoffSheets(tables), output);
+    } else {
+      if (!isStandardStream(options.output)) {
+        output.write(utf8Mark);
+      }
+      writeTakeoffCsv(tables, output);
     }
-    writeTakeoffCsv(tables, output);
     output.commit();
-  } else if (!options.json) {
+    console.addItem("files", options.output);
+  } else {
     printLists(console, tables, options.cuts);
   }
   const std::int64_t weightless = weightlessBars(takeoff);
   if (weightless > 0 && !options.quiet) {
-    reportModelWarning(console, options.model,
+    reportModelWarning(console, options.model, weightlessCode,
                        say(texts::takeoffWeightless, {numberText(weightless)}));
   }
   return weightless > 0 ? exitProblems : exitOk;
@@ -138,12 +152,13 @@ ExitCode run(const TakeoffCommand& options, Console& console) {
 Command addTakeoff(CLI::App& program) {
   const auto options = std::make_shared<TakeoffCommand>();
   CLI::App& command = addCommand(program, "takeoff", texts::helpTakeoff);
-  addArgument(command, texts::wordModel, options->model, texts::helpModel).required();
+  require(addArgument(command, texts::wordModel, options->model, texts::helpModel));
   addName(command, "-o,--output", options->output, texts::helpTakeoffOutput, texts::wordFile);
   addName(command, "--density", options->density, texts::helpDensity, texts::wordNumber);
   addFlag(command, "--visible-only", options->visibleOnly, texts::helpVisibleOnly);
+  addFlag(command, "--bounding-rectangle", options->boundingRectangles,
+          texts::helpBoundingRectangle);
   addFlag(command, "--cuts", options->cuts, texts::helpCuts);
-  addFlag(command, "--json", options->json, texts::helpTakeoffJson);
   addFlag(command, "-q,--quiet", options->quiet, texts::helpQuiet);
   return {&command, [options](Console& console) { return run(*options, console); }};
 }

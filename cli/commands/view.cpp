@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/commands/commands.h"
 #include "cli/console.h"
@@ -16,10 +16,10 @@
 #include "cli/model_file.h"
 #include "cli/output_file.h"
 #include "cli/output_format.h"
-#include "cli/paths.h"
 #include "cli/problem_report.h"
 #include "cli/progress.h"
 #include "cli/viewer_page.h"
+#include "library/files/paths.h"
 #include "library/frame/model_export.h"
 #include "library/frame/plausibility.h"
 #include "library/frame/problem_text.h"
@@ -63,8 +63,9 @@ ExitCode run(const ViewOptions& options, Console& console) {
                  ? options.input
                  : textOf(std::filesystem::path(shown).replace_extension(".html"));
   }
+  console.addFact("input", options.input);
   const std::string templatePath = viewerTemplatePath(options.viewerTemplate);
-  FilePlan files;
+  FilePlan files(console);
   files.reads(options.input);
   if (!templatePath.empty()) {
     files.reads(templatePath, texts::fileTemplate);
@@ -87,6 +88,7 @@ ExitCode run(const ViewOptions& options, Console& console) {
   } else {
     const bool visibleOnly = options.load.visibleOnly;
     const Model model = loadForExport(options.input, options.load, console).model;
+    console.addFact("bars", model.bars.size());
     writeViewerPage(
         page,
         {.name = name,
@@ -97,6 +99,7 @@ ExitCode run(const ViewOptions& options, Console& console) {
   }
   if (!isStandardStream(output)) {
     console.printLine(displayName(options.input) + " -> " + output);
+    console.addItem("files", output);
   }
   return exitOk;
 }
@@ -106,7 +109,7 @@ ExitCode run(const ViewOptions& options, Console& console) {
 Command addView(CLI::App& program) {
   const auto options = std::make_shared<ViewOptions>();
   CLI::App& command = addCommand(program, "view", texts::helpView);
-  addArgument(command, texts::wordInput, options->input, texts::helpViewInput).required();
+  require(addArgument(command, texts::wordInput, options->input, texts::helpViewInput));
   addName(command, "-o,--output", options->output, texts::helpViewOutput, texts::wordFile);
   addName(command, "--template", options->viewerTemplate, texts::helpTemplate, texts::wordFile);
   addLoadOptions(command, options->load);

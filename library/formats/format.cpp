@@ -6,7 +6,10 @@
 
 #include "library/formats/batch_model.h"
 #include "library/formats/json_model.h"
+#include "library/formats/saf/saf_model.h"
+#include "library/formats/tables/tables.h"
 #include "library/text/messages.h"
+#include "library/workbook/workbook.h"
 
 namespace exportifc {
 
@@ -24,9 +27,46 @@ bool looksLikeJson(std::string_view start, std::string_view extension) {
   return begins || extension == ".json";
 }
 
-bool anything(std::string_view /*start*/, std::string_view /*extension*/) { return true; }
+constexpr std::string_view zipMark = "PK\x03\x04";
 
-Losses none(const Model& /*model*/) { return {}; }
+bool anyText(std::string_view start, std::string_view /*extension*/) {
+  return !start.starts_with(zipMark);
+}
+
+bool looksLikeTableFiles(std::string_view start, std::string_view /*extension*/) {
+  return start.starts_with(zipMark) && start.find(".csv") != std::string_view::npos;
+}
+
+Losses losesNothing(const Model& /*model*/) { return {}; }
+
+// What a workbook is, its sheets say: both of its rows read and place problems alike.
+Model readWorkbook(std::streambuf& file) {
+  const Workbook book(file);
+  if (isSaf(book)) {
+    return readSafModel(book);
+  }
+  if (!hasTables(book)) {
+    throw ModelError({.code = "missing-sheet", .message = say(texts::noModelSheets)});
+  }
+  return readTables(book, TableKind::sheets);
+}
+
+void locateInWorkbook(std::streambuf* file, std::vector<Problem>& problems, TextPlace /*readTo*/) {
+  const bool isOpen = std::any_of(problems.begin(), problems.end(), [](const Problem& problem) {
+    return problem.cell.empty() && !problem.pointer.empty();
+  });
+  if (file == nullptr || !isOpen) {
+    return;
+  }
+  const Workbook book(*file);
+  if (isSaf(book)) {
+    locateInSaf(book, problems);
+  } else {
+    locateInTables(book, TableKind::sheets, problems);
+  }
+}
+
+Losses safIsNotWritten(const Model& /*model*/) { return {.obstacle = say(texts::safNotWritten)}; }
 
 constexpr Format rows[] = {
     {.id = ModelFormat::json,
@@ -34,21 +74,45 @@ constexpr Format rows[] = {
      .extension = ".json",
      .recognises = looksLikeJson,
      .read = readJsonModel,
-     .losses = none,
+     .losses = losesNothing,
      .write = writeJsonModel,
      .locate = locateInJson},
     {.id = ModelFormat::batch,
      .name = texts::formatBatch,
      .extension = ".txt",
-     .recognises = anything,
+     .recognises = anyText,
      .read = readBatchModel,
      .losses = lossesInBatch,
      .write = writeBatchModel,
      .locate = locateInBatch},
+    {.id = ModelFormat::tables,
+     .name = texts::formatTables,
+     .extension = ".xlsx",
+     .recognises = looksLikeWorkbook,
+     .read = readWorkbook,
+     .losses = lossesInTables,
+     .write = writeTableWorkbook,
+     .locate = locateInWorkbook},
+    {.id = ModelFormat::saf,
+     .name = texts::formatSaf,
+     .extension = ".xlsx",
+     .recognises = looksLikeWorkbook,
+     .read = readWorkbook,
+     .losses = safIsNotWritten,
+     .write = nullptr,
+     .locate = locateInWorkbook},
+    {.id = ModelFormat::csv,
+     .name = texts::formatCsv,
+     .extension = ".zip",
+     .recognises = looksLikeTableFiles,
+     .read = readTableFiles,
+     .losses = lossesInTables,
+     .write = writeTableFiles,
+     .locate = locateInTableFiles},
 };
 
 /// Refuses what is no text of a model at all.
-void checkStart(std::string_view start) {
+void checkStart(std::string_view start, std::string_view extension) {
   const auto refuse = [](const char* code, const Text& text) {
     throw ModelError({.code = code, .message = say(text)});
   };
@@ -65,7 +129,11 @@ void checkStart(std::string_view start) {
   if (start.starts_with("\xD0\xCF\x11\xE0")) {
     refuse("old-workbook", texts::oldWorkbook);
   }
-  if (start.starts_with("PK\x03\x04")) {
+  if (extension == ".csv" && !looksLikeJson(start, extension)) {
+    refuse("one-table", texts::oneTable);
+  }
+  if (start.starts_with(zipMark) && !looksLikeWorkbook(start, extension) &&
+      !looksLikeTableFiles(start, extension)) {
     refuse("exchange-file", texts::zippedFile);
   }
 }
@@ -80,7 +148,7 @@ const Format& formatOf(ModelFormat id) {
 }
 
 const Format& recognisedFormat(std::string_view start, std::string_view extension) {
-  checkStart(start);
+  checkStart(start, extension);
   return *std::find_if(std::begin(rows), std::end(rows),
                        [&](const Format& row) { return row.recognises(start, extension); });
 }

@@ -25,14 +25,14 @@ struct Format {
   Model (*read)(std::streambuf& text);
   /// What a model would lose if it were written so.
   Losses (*losses)(const Model& model);
-  /// Writes a model that has no obstacle among its losses.
+  /// Writes a model that has no obstacle among its losses; null where every model has one.
   void (*write)(const Model& model, ByteSink& output);
   /// Fills in lines and columns by pointers. `text` is the model once more, null when it cannot be
   /// read twice; `readTo` is the place where a failed reading ended.
   void (*locate)(std::streambuf* text, std::vector<Problem>& problems, TextPlace readTo);
 };
 
-/// The first that recognises a file reads it; the last takes what is left.
+/// The first that recognises a file reads it.
 std::span<const Format> formats();
 const Format& formatOf(ModelFormat id);
 

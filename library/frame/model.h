@@ -32,6 +32,10 @@ struct ModelSection {
   bool defined = true;         ///< false: bars refer to a name that the model does not define
   std::int32_t material = -1;  ///< index into `Model::materials`; below 0: the model does not say
   std::string catalogue{};     ///< name in the catalogue of rolled sections; empty: not from there
+  /// false: no family draws the shape that the model has, and the text only describes it. Then the
+  /// height and width around it, in millimetres, or 0 when they are not known.
+  bool isDrawn = true;
+  std::array<float, 2> bounds{};
 };
 
 /// One bar; kept small, since a model may have millions.
@@ -45,7 +49,7 @@ struct ModelBar {
   bool visible = true;
 };
 
-enum class ModelFormat : std::uint8_t { json, batch };
+enum class ModelFormat : std::uint8_t { json, batch, tables, saf, csv };
 
 struct Model {
   ModelFormat format = ModelFormat::json;

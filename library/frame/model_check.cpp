@@ -5,10 +5,12 @@
 #include <cstddef>
 #include <iterator>
 #include <map>
+#include <string_view>
 #include <utility>
 
 #include "library/frame/pointer.h"
 #include "library/frame/section_check.h"
+#include "library/sections/section_text.h"
 #include "library/text/messages.h"
 #include "library/text/nearest.h"
 #include "library/text/text_encoding.h"
@@ -42,7 +44,7 @@ void checkSections(const Model& model, bool visibleOnly, std::vector<Problem>& p
   const auto uses = usesOf(
       model, [&](const ModelBar& bar) { return isExported(bar, visibleOnly); }, model.soundBars);
   for (std::size_t i = 0; i < model.sections.size(); ++i) {
-    if (uses[i].bars > 0 && model.sections[i].defined) {
+    if (uses[i].bars > 0 && model.sections[i].defined && model.sections[i].isDrawn) {
       const Problem place{.pointer = sectionPointer(model.sections[i]) + "/text",
                           .section = static_cast<std::int32_t>(i),
                           .bars = uses[i].bars,
@@ -216,6 +218,47 @@ void checkMaterialNames(const Model& model, std::vector<Problem>& problems) {
   }
 }
 
+/// The first few bars of a section, by their names if they have any.
+std::string barsOf(const Model& model, std::int32_t section) {
+  constexpr int most = 10;
+  std::string text;
+  int count = 0;
+  for (std::size_t i = 0; i < model.bars.size() && count <= most; ++i) {
+    if (model.bars[i].section == section) {
+      text.append(text.empty() ? "" : ", ")
+          .append(++count > most           ? "\xE2\x80\xA6"
+                  : model.barNames.empty() ? numberText(static_cast<std::int64_t>(i) + 1)
+                                           : model.barNames[i]);
+    }
+  }
+  return text;
+}
+
+/// Sections of bars whose shape no family draws: nothing right could be written for them.
+void checkDrawn(const Model& model, std::vector<Problem>& problems) {
+  const auto uses = usesOf(model, [](const ModelBar& bar) { return isExported(bar, false); });
+  for (std::size_t i = 0; i < model.sections.size(); ++i) {
+    const ModelSection& section = model.sections[i];
+    if (section.isDrawn || uses[i].bars == 0) {
+      continue;
+    }
+    const bool hasBounds = section.bounds[0] > 0.0F && section.bounds[1] > 0.0F;
+    problems.push_back(
+        {.code = "undrawn-section",
+         .message =
+             say(texts::problemUndrawn,
+                 {section.text, barsOf(model, static_cast<std::int32_t>(i))}) +
+             (hasBounds ? say(texts::adviceRectangle, {millimetreText(double{section.bounds[0]}),
+                                                       millimetreText(double{section.bounds[1]})})
+                        : std::string()),
+         .pointer = sectionPointer(section),
+         .value = section.text,
+         .section = static_cast<std::int32_t>(i),
+         .bars = uses[i].bars,
+         .firstBar = uses[i].firstBar});
+  }
+}
+
 }  // namespace
 
 bool isExported(const ModelBar& bar, bool visibleOnly) {
@@ -251,6 +294,7 @@ std::vector<Problem> checkReferences(const Model& model) {
   }
   checkSectionNames(model, problems);
   checkMaterialNames(model, problems);
+  checkDrawn(model, problems);
   return problems;
 }
 
@@ -261,7 +305,7 @@ std::vector<Problem> checkCharacters(const Model& model, bool visibleOnly) {
   for (std::size_t i = 0; i < model.sections.size(); ++i) {
     const std::string& text = model.sections[i].text;
     const std::string character = firstUnwritable(text);
-    if (uses[i].bars > 0 && !character.empty()) {
+    if (uses[i].bars > 0 && model.sections[i].isDrawn && !character.empty()) {
       problems.push_back({.code = "unwritable-character",
                           .message = say(texts::problemUnwritable,
                                          {withVisibleBlanks(text), withVisibleBlanks(character),
@@ -288,6 +332,29 @@ std::vector<Problem> checkModel(const Model& model, bool visibleOnly) {
   checkBars(model, visibleOnly, problems);
   checkWhole(model, visibleOnly, problems);
   return problems;
+}
+
+std::vector<Problem> notRead(const Model& model) {
+  std::vector<Problem> notes = model.found;
+  std::erase_if(
+      notes, [](const Problem& problem) { return std::string_view(problem.code) != notReadCode; });
+  return notes;
+}
+
+void drawBounds(Model& model) {
+  constexpr std::size_t longest = sizeof(BarRecord::sectionName) - 1;
+  for (ModelSection& section : model.sections) {
+    if (section.isDrawn || section.bounds[0] <= 0.0F || section.bounds[1] <= 0.0F) {
+      continue;
+    }
+    // Dimensions of their own: the name behind the family word may hold numbers.
+    std::string name = "RET " + transliterated(section.name);
+    std::erase_if(name, [](char c) { return c == '\'' || c == '\\' || c == '*'; });
+    section.text = name.substr(0, longest);
+    section.dims = {section.bounds[0], section.bounds[1]};
+    section.givenDims = 2;
+    section.isDrawn = true;
+  }
 }
 
 void transliterate(Model& model) {

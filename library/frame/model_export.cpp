@@ -4,6 +4,7 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <new>
 #include <utility>
 
 #include "plugin/bar_export.h"
@@ -101,6 +102,7 @@ ExportResult exportModel(const Model& model, bool visibleOnly, ByteSink& output,
     result.complete = !writer.stream.failed();
   } catch (const Stopped&) {  // what of it is in the output is known already
   } catch (const std::exception& failure) {
+    result.outOfMemory = dynamic_cast<const std::bad_alloc*>(&failure) != nullptr;
     result.failure = failure.what();
   }
   result.skipped = source.skipped();

@@ -36,7 +36,8 @@ struct ExportResult {
   bool complete = false;     ///< the whole file was handed to the output
   bool interrupted = false;  ///< by the caller
   std::int32_t lastBar = 0;  ///< from 1: where an incomplete export stopped
-  std::string failure;       ///< the exception that ended it, if that is why
+  bool outOfMemory = false;
+  std::string failure;  ///< the exception that ended it, if that is why
 };
 
 /// Writes the exchange file of `model`, whose references must be sound, to `output`. Asks before

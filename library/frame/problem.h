@@ -28,6 +28,7 @@ struct Problem {
   std::string pointer{};
   TextPlace place{};            ///< `locate` fills it in
   std::string cell{};           ///< in a workbook, instead of line and column: "bars!C12"
+  std::string file{};           ///< in a folder of tables, the one that has the place: "bars.csv"
   std::string value{};          ///< what stands there, where it is one value
   std::string allowed{};        ///< what may stand there
   std::string suggestion{};     ///< what was probably meant
@@ -36,6 +37,9 @@ struct Problem {
   std::int32_t bars = 0;        ///< how many bars; 0: the model as a whole
   std::int32_t firstBar = -1;   ///< index
 };
+
+/// Something in a file that the model does not carry over.
+inline constexpr const char* notReadCode = "not-read";
 
 inline bool isNote(const Problem& problem) { return problem.severity == Severity::note; }
 

@@ -1,48 +1,45 @@
 #include "library/frame/problem_json.h"
 
-#include <nlohmann/json.hpp>
-
 #include "library/frame/problem_text.h"
 
 namespace exportifc {
 
-using Json = nlohmann::ordered_json;
-
-Json problemJson(const std::string& name, const Problem& problem) {
-  Json json = {{"code", problem.code},
-               {"severity", severityCode(problem.severity)},
-               {"message", problem.message},
-               {"file", name}};
-  const auto add = [&](const char* key, const std::string& text) {
+JsonObject problemJson(const std::string& name, const Problem& problem) {
+  JsonObject json;
+  const auto addIfAny = [&](std::string_view key, std::string_view text) {
     if (!text.empty()) {
-      json[key] = text;
+      json.addText(key, text);
     }
   };
+  json.addText("code", problem.code);
+  json.addText("severity", severityCode(problem.severity));
+  json.addText("message", problem.message);
+  json.addText("file", problem.file.empty() ? name : name + "/" + problem.file);
   if (problem.place.line > 0) {
-    json["line"] = problem.place.line;
+    json.addInteger("line", problem.place.line);
   }
   if (problem.place.column > 0) {
-    json["column"] = problem.place.column;
+    json.addInteger("column", problem.place.column);
   }
-  add("cell", problem.cell);
-  add("pointer", problem.pointer);
-  add("value", problem.value);
-  add("allowed", problem.allowed);
-  add("suggestion", problem.suggestion);
+  addIfAny("cell", problem.cell);
+  addIfAny("pointer", problem.pointer);
+  addIfAny("value", problem.value);
+  addIfAny("allowed", problem.allowed);
+  addIfAny("suggestion", problem.suggestion);
   return json;
 }
 
-Json problemJson(const std::string& name, const Model& model, const Problem& problem) {
-  Json json = problemJson(name, problem);
-  json["bars"] = problem.bars;
+JsonObject problemJson(const std::string& name, const Model& model, const Problem& problem) {
+  JsonObject json = problemJson(name, problem);
+  json.addInteger("bars", problem.bars);
   if (problem.firstBar >= 0) {
-    json["firstBar"] = problem.firstBar + 1;
+    json.addInteger("firstBar", problem.firstBar + 1);
   }
   if (problem.section >= 0) {
-    json["section"] = model.sections[static_cast<std::size_t>(problem.section)].name;
+    json.addText("section", model.sections[static_cast<std::size_t>(problem.section)].name);
   }
   if (problem.dimension >= 0) {
-    json["dimension"] = problem.dimension;
+    json.addInteger("dimension", problem.dimension);
   }
   return json;
 }

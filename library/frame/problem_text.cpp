@@ -41,6 +41,23 @@ std::string problemText(const Model& model, const Problem& problem) {
   return withPointer(problem, where + ": " + problem.message);
 }
 
+std::string placedLine(const std::string& name, const Problem& problem, const std::string& text) {
+  std::string line = name;
+  if (!problem.file.empty()) {
+    line += (line.empty() || line.ends_with('/') ? "" : "/") + problem.file;
+  }
+  line += line.empty() ? "" : ":";
+  if (!problem.cell.empty()) {
+    line += problem.cell + ":";
+  } else if (problem.place.line > 0) {
+    line += std::to_string(problem.place.line) + ":";
+    if (problem.place.column > 0) {
+      line += std::to_string(problem.place.column) + ":";
+    }
+  }
+  return line + (line.empty() ? "" : " ") + severityText(problem.severity) + ": " + text;
+}
+
 std::string severityText(Severity severity) { return say(severityWord(severity)); }
 
 const char* severityCode(Severity severity) {

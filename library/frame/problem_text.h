@@ -19,6 +19,9 @@ std::string withPointer(const Problem& problem, const std::string& message);
 /// What people read behind place and severity: the pointer, the bars, the message.
 std::string problemText(const Model& model, const Problem& problem);
 
+/// "model.json:12:7: error: …", with what of the place is known, without a name when it is empty.
+std::string placedLine(const std::string& name, const Problem& problem, const std::string& text);
+
 /// The word for people, in their language.
 std::string severityText(Severity severity);
 

@@ -8,10 +8,12 @@
 #include <utility>
 
 #include "library/frame/pointer.h"
+#include "library/sections/rolled_sections.h"
 #include "library/sections/section_catalogue.h"
 #include "library/sections/section_text.h"
 #include "library/text/messages.h"
 #include "library/text/text_encoding.h"
+#include "model/batch_source.h"
 #include "step/number_format.h"
 
 namespace exportifc {
@@ -238,6 +240,13 @@ class SectionCheck {
 }  // namespace
 
 bool fitsRecord(const ModelSection& section) { return section.text.size() <= longestText; }
+
+bool isFromCatalogue(const ModelSection& section) {
+  const RolledSection* const rolled =
+      section.catalogue.empty() ? nullptr : findRolledSection(section.catalogue);
+  return rolled != nullptr && sectionText(*rolled) == section.text &&
+         section.dims == parseSectionDims(section.text);
+}
 
 std::vector<Problem> checkSection(const ModelSection& section, const Problem& place) {
   return SectionCheck(section, place).run();

@@ -4,8 +4,7 @@
 #include <cmath>
 #include <iterator>
 #include <span>
-
-#include <nlohmann/json.hpp>
+#include <utility>
 
 #include "library/text/aligned_lines.h"
 #include "library/text/messages.h"
@@ -232,6 +231,17 @@ std::string csvCell(const TakeoffCell& cell, const TakeoffColumn& column) {
   return number == nullptr ? std::string() : withDecimalSign(plainNumber(*number, column.decimals));
 }
 
+// In sheets texts are texts, whatever they begin with, and numbers have no language.
+Cell sheetCell(const TakeoffCell& cell, const TakeoffColumn& column) {
+  if (const auto* const text = std::get_if<std::string>(&cell)) {
+    return {.kind = Cell::Kind::text, .text = *text};
+  }
+  const auto* const number = std::get_if<std::int64_t>(&cell);
+  return number == nullptr
+             ? Cell{}
+             : Cell{.kind = Cell::Kind::number, .text = plainNumber(*number, column.decimals)};
+}
+
 std::string cellForPeople(const TakeoffCell& cell, const TakeoffColumn& column) {
   if (const auto* const text = std::get_if<std::string>(&cell)) {
     return *text;
@@ -315,6 +325,32 @@ void writeTakeoffCsv(const std::vector<TakeoffTable>& tables, ByteSink& output) 
   output.write(text.data(), text.size());
 }
 
+std::vector<WrittenSheet> takeoffSheets(const std::vector<TakeoffTable>& tables) {
+  std::vector<WrittenSheet> sheets;
+  for (const TakeoffTable& table : tables) {
+    Sheet sheet{.name = table.title};
+    const auto addRow = [&](const auto& cellOf) {
+      Row& row =
+          sheet.rows.emplace_back(Row{.number = static_cast<std::int32_t>(sheet.rows.size()) + 1});
+      for (std::size_t i = 0; i < table.columns.size(); ++i) {
+        Cell cell = cellOf(i);
+        cell.column = static_cast<std::int32_t>(i);
+        row.cells.push_back(std::move(cell));
+      }
+    };
+    const auto addCells = [&](const std::vector<TakeoffCell>& cells) {
+      addRow([&](std::size_t i) { return sheetCell(cells[i], table.columns[i]); });
+    };
+    addRow([&](std::size_t i) {
+      return Cell{.kind = Cell::Kind::text, .text = table.columns[i].title};
+    });
+    std::for_each(table.rows.begin(), table.rows.end(), addCells);
+    addCells(table.total);
+    sheets.push_back({.sheet = std::move(sheet)});
+  }
+  return sheets;
+}
+
 std::vector<std::string> takeoffLines(const TakeoffTable& table) {
   std::vector<std::vector<std::string>> lines(1);
   for (const TakeoffColumn& column : table.columns) {
@@ -331,36 +367,33 @@ std::vector<std::string> takeoffLines(const TakeoffTable& table) {
   return alignedLines(lines, [&](std::size_t column) { return table.columns[column].isText; });
 }
 
-nlohmann::ordered_json takeoffJson(const std::vector<TakeoffTable>& tables) {
-  using Json = nlohmann::ordered_json;
-  const auto objectOf = [](const TakeoffTable& table, const std::vector<TakeoffCell>& cells) {
-    Json object = Json::object();
-    for (std::size_t i = 0; i < cells.size(); ++i) {
+JsonObject takeoffJson(const std::vector<TakeoffTable>& tables) {
+  const auto objectOf = [](const TakeoffTable& table, const std::vector<TakeoffCell>& cells,
+                           std::size_t first = 0) {
+    JsonObject object;
+    for (std::size_t i = first; i < cells.size(); ++i) {
       const TakeoffColumn& column = table.columns[i];
       const auto* const text = std::get_if<std::string>(&cells[i]);
       const auto* const number = std::get_if<std::int64_t>(&cells[i]);
       if (text != nullptr) {
-        object[std::string(column.key)] = *text;
+        object.addText(column.key, *text);
       } else if (number != nullptr && column.decimals == 0) {
-        object[std::string(column.key)] = *number;
+        object.addInteger(column.key, *number);
       } else if (number != nullptr) {
-        object[std::string(column.key)] =
-            static_cast<double>(*number) / std::pow(10.0, column.decimals);
+        object.addReal(column.key, static_cast<double>(*number) / std::pow(10.0, column.decimals));
       }
     }
     return object;
   };
-  Json json = Json::object();
+  JsonObject json;
   for (const TakeoffTable& table : tables) {
-    Json rows = Json::array();
+    JsonList rows;
     for (const auto& cells : table.rows) {
-      rows.push_back(objectOf(table, cells));
+      rows.add(objectOf(table, cells));
     }
-    json[std::string(table.key)] = std::move(rows);
+    json.add(table.key, rows);
     if (&table == &tables.front()) {
-      Json total = objectOf(table, table.total);
-      total.erase(std::string(table.columns.front().key));  // the word "Total"
-      json["total"] = std::move(total);
+      json.add("total", objectOf(table, table.total, 1));  // but for the word "Total"
     }
   }
   return json;

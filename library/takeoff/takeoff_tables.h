@@ -7,10 +7,10 @@
 #include <variant>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
 #include "library/frame/model.h"
 #include "library/takeoff/takeoff.h"
+#include "library/text/json_text.h"
+#include "library/workbook/workbook_writer.h"
 #include "platform/byte_sink.h"
 
 namespace exportifc {
@@ -46,8 +46,11 @@ std::string plainNumber(std::int64_t value, int decimals);
 /// All tables one below the other, as spreadsheets of the user's language read them, in UTF-8.
 void writeTakeoffCsv(const std::vector<TakeoffTable>& tables, ByteSink& output);
 
+/// A sheet for each table, named by its title: headings, rows, the line of totals.
+std::vector<WrittenSheet> takeoffSheets(const std::vector<TakeoffTable>& tables);
+
 /// One list a table, by its key, and "total". What a row does not have has no key there.
-nlohmann::ordered_json takeoffJson(const std::vector<TakeoffTable>& tables);
+JsonObject takeoffJson(const std::vector<TakeoffTable>& tables);
 
 /// Lines for a person, columns below one another.
 std::vector<std::string> takeoffLines(const TakeoffTable& table);

@@ -14,6 +14,32 @@ inline constexpr Text error{"error", "erro"};
 inline constexpr Text warning{"warning", "aviso"};
 inline constexpr Text note{"note", "nota"};
 
+// ---- files
+inline constexpr Text cannotRead{"cannot read {0}: {1}", "não foi possível ler {0}: {1}"};
+inline constexpr Text cannotWrite{"cannot write {0}: {1}", "não foi possível gravar {0}: {1}"};
+inline constexpr Text errorNoSpace{"no space left on the disk", "não há espaço no disco"};
+inline constexpr Text errorNotAllowed{"permission denied (read-only, or open in another program?)",
+                                      "sem permissão (só de leitura ou aberto em outro programa?)"};
+inline constexpr Text errorNoFolder{"the file or its folder does not exist",
+                                    "o arquivo ou a pasta não existe"};
+inline constexpr Text errorThisFolder{"the folder {0} does not exist", "a pasta {0} não existe"};
+inline constexpr Text errorNoFile{"the file does not exist", "o arquivo não existe"};
+inline constexpr Text errorNoMatch{"no file matches the pattern",
+                                   "nenhum arquivo corresponde ao padrão"};
+inline constexpr Text errorMayNotRead{"no permission to read it", "sem permissão de leitura"};
+inline constexpr Text errorNotAFolder{"part of the path is not a folder",
+                                      "uma parte do caminho não é uma pasta"};
+inline constexpr Text errorReadOnly{"the disk is read-only", "o disco é só de leitura"};
+inline constexpr Text errorClosedPipe{"the reader closed the pipe",
+                                      "quem lia a saída a fechou antes do fim"};
+inline constexpr Text errorIsFolder{"it is a folder", "é uma pasta"};
+inline constexpr Text errorTooBig{"the file would be larger than allowed",
+                                  "o arquivo seria maior que o permitido"};
+inline constexpr Text errorNameTooLong{"the name is too long", "o nome é longo demais"};
+inline constexpr Text errorBadName{"the system allows no file of this name",
+                                   "o sistema não permite um arquivo com este nome"};
+inline constexpr Text errorInterrupted{"interrupted", "interrompido"};
+
 // ---- reading
 inline constexpr Text notAModel{
     "not a model file: it does not begin with \"{\" as a JSON model does, and its lines 4 "
@@ -249,6 +275,99 @@ inline constexpr Text workbookNoText{"the workbook is damaged: it has no text nu
 inline constexpr Text workbookNoNumber{"the workbook is damaged: \"{0}\" is no number",
                                        "a planilha está danificada: \"{0}\" não é um número"};
 
+// ---- tables
+inline constexpr Text tableMissing{
+    "the table \"{0}\" is missing or empty; a model has the tables nodes, sections and bars",
+    "a tabela \"{0}\" falta ou está vazia; um modelo tem as tabelas nodes (nós), sections (seções) "
+    "e "
+    "bars (barras)"};
+inline constexpr Text headerMissing{"the column \"{0}\" is missing", "falta a coluna \"{0}\""};
+inline constexpr Text unknownHeader{"there is no column \"{0}\"; allowed: {1}",
+                                    "não existe a coluna \"{0}\"; permitidas: {1}"};
+inline constexpr Text headerTwice{"the column \"{0}\" stands here twice",
+                                  "a coluna \"{0}\" aparece duas vezes"};
+inline constexpr Text headerNone{"this column has no header", "esta coluna não tem cabeçalho"};
+inline constexpr Text headerUnit{
+    "the header must say its unit in brackets; allowed: {0}",
+    "o cabeçalho deve dizer a unidade entre colchetes; permitido: {0}"};
+inline constexpr Text cellEmpty{"a value is missing here", "falta um valor aqui"};
+inline constexpr Text cellError{"the spreadsheet shows an error here, or has not computed it: {0}",
+                                "a planilha mostra um erro aqui, ou não o calculou: {0}"};
+inline constexpr Text nodeTwice{"the node \"{0}\" stands here twice",
+                                "o nó \"{0}\" aparece duas vezes"};
+inline constexpr Text sectionTwice{"the section \"{0}\" stands here twice",
+                                   "a seção \"{0}\" aparece duas vezes"};
+inline constexpr Text sectionOneWay{
+    "the section \"{0}\" needs exactly one of text, family and catalogue",
+    "a seção \"{0}\" precisa de exatamente um entre texto, família e catálogo"};
+inline constexpr Text sectionNotRolled{"there is no rolled section \"{0}\" in the catalogue",
+                                       "não há um perfil laminado \"{0}\" no catálogo"};
+inline constexpr Text positiveNumber{"{0} is not allowed here; allowed: a number greater than 0",
+                                     "{0} não é permitido aqui; permitido: um número maior que 0"};
+inline constexpr Text densityAlone{"a density needs the name of its material",
+                                   "uma densidade precisa do nome do seu material"};
+inline constexpr Text otherDensity{"the material \"{0}\" has another density above",
+                                   "o material \"{0}\" tem outra densidade acima"};
+inline constexpr Text noSuchNode{"there is no node \"{0}\"", "não existe o nó \"{0}\""};
+inline constexpr Text noSuchSection{"there is no section \"{0}\"", "não existe a seção \"{0}\""};
+inline constexpr Text allowedYesNo{"yes, no", "sim, não"};
+inline constexpr Text yes{"yes", "sim"};
+inline constexpr Text no{"no", "não"};
+inline constexpr Text csvNotClosed{"the quote that begins this value is not closed",
+                                   "as aspas que começam este valor não são fechadas"};
+inline constexpr Text csvBehindQuote{
+    "text stands behind the quote that closes this value; a quote in a value is doubled",
+    "há texto depois das aspas que fecham este valor; aspas dentro de um valor são duplicadas"};
+inline constexpr Text columnNode{"Name or number of the node, by which bars refer to it.",
+                                 "Nome ou número do nó, pelo qual as barras o citam."};
+inline constexpr Text columnCoordinate{
+    "Coordinate, Z upwards. The header says the unit: [mm], [cm] or [m].",
+    "Coordenada, Z para cima. O cabeçalho diz a unidade: [mm], [cm] ou [m]."};
+inline constexpr Text columnSectionName{"Name of the section, by which bars refer to it.",
+                                        "Nome da seção, pelo qual as barras a citam."};
+inline constexpr Text columnText{
+    "The whole section text, e.g. \"W 200 100 8 6\". Give text, or family and dimensions, or "
+    "catalogue.",
+    "O texto inteiro da seção, p. ex. \"W 200 100 8 6\". Indique o texto, ou família e dimensões, "
+    "ou o "
+    "catálogo."};
+inline constexpr Text columnFamily{
+    "Family word; its dimensions follow in d0 to d9. \"exportifc profiles\" explains them.",
+    "Palavra da família; as dimensões seguem em d0 a d9. \"exportifc profiles\" as explica."};
+inline constexpr Text columnCatalogue{"Name of a rolled section, e.g. HEB 180.",
+                                      "Nome de um perfil laminado, p. ex. HEB 180."};
+inline constexpr Text columnDimension{"Dimension in millimetres.", "Dimensão em milímetros."};
+inline constexpr Text columnMaterial{"Name of the material.", "Nome do material."};
+inline constexpr Text columnDensity{"Density of the material, kg/m³.",
+                                    "Densidade do material, kg/m³."};
+inline constexpr Text columnBar{"Name of the bar, if it has one.", "Nome da barra, se houver."};
+inline constexpr Text columnEnd{"Node at this end.", "Nó desta extremidade."};
+inline constexpr Text columnBarSection{"Name of the section.", "Nome da seção."};
+inline constexpr Text columnType{"Type of the bar: a name of the list, or 0 to 11.",
+                                 "Tipo da barra: um nome da lista, ou de 0 a 11."};
+inline constexpr Text columnVisible{"yes or no; empty is yes.", "sim ou não; vazio é sim."};
+inline constexpr Text columnAngle{
+    "Angle of the section about the bar. The header says the unit: [deg] or [rad].",
+    "Ângulo da seção em torno da barra. O cabeçalho diz a unidade: [deg] ou [rad]."};
+inline constexpr Text columnQuarterTurns{"Quarter turns of the section, added to the angle.",
+                                         "Quartos de volta da seção, somados ao ângulo."};
+inline constexpr Text columnLayer{"What the bar is grouped by.", "Grupo a que a barra pertence."};
+inline constexpr Text oneTable{
+    "a CSV file is one table of several; the model is the folder that it lies in, or a zip of them",
+    "um arquivo CSV é uma de várias tabelas; o modelo é a pasta em que ele está, ou um zip delas"};
+inline constexpr Text tablesDamaged{"the zip of tables is damaged",
+                                    "o zip das tabelas está danificado"};
+inline constexpr Text tablesTooLarge{"the tables are refused: they have more than {0} MB",
+                                     "as tabelas são recusadas: passam de {0} MB"};
+inline constexpr Text formatTables{"a workbook with tables", "uma planilha com tabelas"};
+inline constexpr Text formatCsv{"CSV tables", "tabelas CSV"};
+inline constexpr Text lossTitle{"tables have no title: \"{0}\" is lost",
+                                "tabelas não têm título: \"{0}\" se perde"};
+inline constexpr Text tablesNoName{"a section without a name cannot stand in a table",
+                                   "uma seção sem nome não cabe numa tabela"};
+inline constexpr Text tablesTooLong{"a sheet holds {0} rows; this model has {1}",
+                                    "uma planilha comporta {0} linhas; este modelo tem {1}"};
+
 // ---- problems of a model
 inline constexpr Text bar{"bar {0}", "barra {0}"};
 inline constexpr Text problemNodeIndex{"node {0} does not exist; the model has the nodes 0 to {1}",
@@ -447,6 +566,7 @@ inline constexpr Text formatExchange{"an IFC file", "um arquivo IFC"};
 inline constexpr Text formatPage{"a page", "uma página"};
 inline constexpr Text formatTakeoff{"a take-off", "um levantamento"};
 inline constexpr Text formatJson{"a JSON model", "um modelo JSON"};
+inline constexpr Text formatSaf{"a SAF workbook", "uma planilha SAF"};
 inline constexpr Text formatBatch{"a batch text file", "um arquivo de texto do modo batch"};
 
 // ---- profiles
@@ -510,5 +630,75 @@ inline constexpr Text takeoffPaint{"paint [m²]", "pintura [m²]"};
 inline constexpr Text takeoffShortest{"shortest [mm]", "menor [mm]"};
 inline constexpr Text takeoffLongest{"longest [mm]", "maior [mm]"};
 inline constexpr Text takeoffCut{"cut length [mm]", "corte [mm]"};
+
+// ---- cells of workbooks
+inline constexpr Text noSheet{"the workbook has no sheet {0}", "a planilha não tem a aba {0}"};
+inline constexpr Text sheetNoColumn{"the sheet {0} has no column \"{1}\"",
+                                    "a aba {0} não tem a coluna \"{1}\""};
+inline constexpr Text cellNoNumber{"\"{0}\" is not a number", "\"{0}\" não é um número"};
+inline constexpr Text cellNotAllowed{"\"{0}\" is not allowed here; allowed: {1}",
+                                     "\"{0}\" não é permitido aqui; permitido: {1}"};
+inline constexpr Text cellTwice{"the name \"{0}\" stands twice",
+                                "o nome \"{0}\" aparece duas vezes"};
+inline constexpr Text cellUnknown{"\"{0}\" is not in the sheet {1}", "\"{0}\" não está na aba {1}"};
+
+// ---- SAF workbooks
+inline constexpr Text noModelSheets{
+    "a workbook without the sheets of a model: a SAF workbook has StructuralCurveMember, tables "
+    "have bars",
+    "uma planilha sem as abas de um modelo: uma planilha SAF tem StructuralCurveMember, tabelas "
+    "têm bars (barras)"};
+inline constexpr Text safNotWritten{"SAF workbooks are read, not written",
+                                    "planilhas SAF são lidas, mas não gravadas"};
+inline constexpr Text safParameters{
+    "\"{0}\" are not the dimensions of this shape: {1}, each above 0",
+    "\"{0}\" não são as dimensões desta forma: {1}, cada uma acima de 0"};
+inline constexpr Text safOneNode{"a member has at least two nodes",
+                                 "um membro tem pelo menos dois nós"};
+inline constexpr Text safSpans{"the spans make up {0} of the length, not 1",
+                               "os trechos somam {0} do comprimento, e não 1"};
+inline constexpr Text safAssumed{"\"{0}\" is not given; taken as {1}",
+                                 "falta \"{0}\"; adotado {1}"};
+inline constexpr Text safNotRead{"{0} {0:row|rows} not carried over",
+                                 "{0} {0:linha não transferida|linhas não transferidas}"};
+inline constexpr Text safArea{
+    "section {0}: \"{1}\" has {2} cm², the workbook says {3} cm²; are the dimensions those of the "
+    "shape?",
+    "seção {0}: \"{1}\" tem {2} cm², a planilha diz {3} cm²; as dimensões são as da "
+    "forma?"};
+inline constexpr Text safCurved{"{0} curved {0:member is|members are} left out: {1}",
+                                "{0} {0:membro curvo fica|membros curvos ficam} de fora: {1}"};
+inline constexpr Text safTapered{"{0} {0:member|members} of changing section left out: {1}",
+                                 "{0} {0:membro|membros} de seção variável de fora: {1}"};
+inline constexpr Text safNoSlab{"{0} {0:rib|ribs} without a slab to stand on left out: {1}",
+                                "{0} {0:nervura|nervuras} sem laje de apoio de fora: {1}"};
+inline constexpr Text safNoSide{
+    "the LCS of {0} {0:member|members} lies along the axis; z stands up instead: {1}",
+    "o LCS de {0} {0:membro segue|membros segue} o próprio eixo; em vez disso z fica para cima: "
+    "{1}"};
+inline constexpr Text safUnknownType{
+    "{0} {0:member|members} of a type without a bar type, taken as \"member\": {1}",
+    "{0} {0:membro|membros} de um tipo sem tipo de barra, lidos como \"member\": {1}"};
+inline constexpr Text safTwoOffsets{
+    "{0} {0:member has|members have} structural and analysis eccentricities that differ; the "
+    "structural ones move the bar: {1}",
+    "{0} {0:membro tem|membros têm} excentricidades estruturais e de análise diferentes; as "
+    "estruturais movem a barra: {1}"};
+inline constexpr Text safAlignment{
+    "the alignment along {0} {0:member|members} of several sections is not carried over; centroids "
+    "are on the axis: {1}",
+    "o alinhamento ao longo de {0} {0:membro|membros} de várias seções não é transferido; os "
+    "centroides ficam no eixo: {1}"};
+inline constexpr Text safRibOffset{
+    "{0} {0:rib is|ribs are} not moved as {0:its|their} alignment or eccentricity says: {1}",
+    "{0} {0:nervura não é movida|nervuras não são movidas} como diz o alinhamento ou a "
+    "excentricidade: {1}"};
+
+// ---- shapes without a family
+inline constexpr Text problemUndrawn{"no section family draws \"{0}\"; used by {1}",
+                                     "nenhuma família de seção desenha \"{0}\"; usada por {1}"};
+inline constexpr Text adviceRectangle{
+    "; --bounding-rectangle writes the rectangle around it, {0} x {1} mm",
+    "; --bounding-rectangle grava o retângulo em volta dela, {0} x {1} mm"};
 
 }  // namespace exportifc::texts

@@ -140,7 +140,7 @@ bool looksLikeWorkbook(std::string_view start, std::string_view extension) {
   const bool isNamed = extension == ".xlsx" || extension == ".xlsm";
   return start.starts_with("PK\x03\x04") &&
          (isNamed || start.find("[Content_Types].xml") != std::string_view::npos ||
-          start.find("xl/") != std::string_view::npos);
+          start.find("xl/workbook.xml") != std::string_view::npos);
 }
 
 const Cell* cellAt(const Row& row, std::int32_t column) {

@@ -39,18 +39,16 @@ export class Boxes {
     private readonly indices: number[],
   ) {}
 
-  /** The point given to `use` is the same object each time. */
-  eachCorner(use: (point: Vector3) => void): void {
-    const point = new Vector3();
+  /** How far they reach in a direction, from the origin and in units of its length; −Infinity when there are none. */
+  reach({ x, y, z }: Vector3): number {
     const { values } = this;
+    const [atX, atY, atZ] = [x > 0 ? 3 : 0, y > 0 ? 4 : 1, z > 0 ? 5 : 2]; // the corner of a box that lies farthest there
+    let farthest = -Infinity;
     for (const index of this.indices) {
       const box = index * 6;
-      for (let corner = 0; corner < 8; corner++) {
-        const x = values[box + (corner & 1 ? 3 : 0)]!;
-        const y = values[box + (corner & 2 ? 4 : 1)]!;
-        const z = values[box + (corner & 4 ? 5 : 2)]!;
-        use(point.set(x, y, z));
-      }
+      const here = x * values[box + atX]! + y * values[box + atY]! + z * values[box + atZ]!;
+      if (here > farthest) farthest = here;
     }
+    return farthest;
   }
 }

@@ -27,19 +27,21 @@ export class Cameras {
   private readonly orthographic = new OrthographicCamera();
   private active: PerspectiveCamera | OrthographicCamera = this.perspective;
   private readonly controls: OrbitControls;
+  private pixels = 0; // the picture's height: to ask the page for it anew for each bar takes most of a frame
+  /** Called when the structure is seen from elsewhere. */
+  onChange: () => void = () => undefined;
 
   /** `radius` is that of a sphere about the origin that holds the whole structure. */
   constructor(
     private readonly host: HTMLElement,
     canvas: HTMLCanvasElement,
     public radius: number,
-    private readonly onChange: () => void,
   ) {
     for (const camera of [this.perspective, this.orthographic]) camera.up.set(0, 0, 1);
     this.controls = new OrbitControls(this.active, canvas);
     this.controls.zoomToCursor = true;
     this.controls.mouseButtons = { LEFT: MOUSE.ROTATE, MIDDLE: MOUSE.PAN, RIGHT: MOUSE.PAN };
-    this.controls.addEventListener("change", onChange);
+    this.controls.addEventListener("change", () => this.onChange());
   }
 
   dispose(): void {
@@ -70,15 +72,9 @@ export class Cameras {
     const filledHeight = Math.max(1 - (2 * aboveAndBelow) / height, 0.5);
     const tiltAcross = slope * this.aspect * filledWidth;
     const tiltUpwards = slope * filledHeight;
-    const across = new Span(this.inPerspective ? tiltAcross : 0);
-    const upwards = new Span(this.inPerspective ? tiltUpwards : 0);
-    const inwards = new Span(0);
-    boxes.eachCorner((point) => {
-      const z = point.dot(back);
-      across.add(point.dot(right), z);
-      upwards.add(point.dot(up), z);
-      inwards.add(z, 0);
-    });
+    const across = spanOf(boxes, right, back, this.inPerspective ? tiltAcross : 0);
+    const upwards = spanOf(boxes, up, back, this.inPerspective ? tiltUpwards : 0);
+    const inwards = spanOf(boxes, back, back, 0);
     const target = this.controls.target.set(0, 0, 0);
     target.addScaledVector(right, across.middle).addScaledVector(up, upwards.middle).addScaledVector(back, inwards.middle);
     let distance = this.radius * 4;
@@ -138,6 +134,7 @@ export class Cameras {
   /** The camera, ready to draw with. */
   prepared(): PerspectiveCamera | OrthographicCamera {
     const camera = this.active;
+    this.pixels = this.host.clientHeight;
     const distance = camera.position.length();
     camera.near = this.inPerspective ? Math.max(distance - this.radius * 1.5, this.radius / 2000) : distance - this.radius * 2;
     camera.far = distance + this.radius * 3;
@@ -148,10 +145,10 @@ export class Cameras {
     return camera;
   }
 
-  /** Pixels that a millimetre takes at a distance from the eye. */
+  /** Pixels that a millimetre takes at a distance from the eye of the camera that was prepared last. */
   pixelsPerMillimetre(distance: number): number {
     const height = this.inPerspective ? 2 * slope * distance : this.height() / this.orthographic.zoom;
-    return this.host.clientHeight / Math.max(height, 1e-3);
+    return this.pixels / Math.max(height, 1e-3);
   }
 
   get position(): Vector3 {
@@ -200,22 +197,14 @@ export class Cameras {
   }
 }
 
-/** The extent of points along one direction of the picture; `tilt` is how much of it a unit of depth costs. */
-class Span {
-  private low = -Infinity;
-  private high = -Infinity;
-  constructor(private readonly tilt: number) {}
+interface Span {
+  middle: number;
+  half: number;
+}
 
-  add(place: number, depth: number): void {
-    this.low = Math.max(this.low, this.tilt * depth - place);
-    this.high = Math.max(this.high, this.tilt * depth + place);
-  }
-
-  get middle(): number {
-    return Number.isFinite(this.high) ? (this.high - this.low) / 2 : 0;
-  }
-
-  get half(): number {
-    return Number.isFinite(this.high) ? (this.high + this.low) / 2 : 1;
-  }
+/** The extent of boxes along one direction of the picture; `tilt` is how much of it a unit of depth costs. */
+function spanOf(boxes: Boxes, direction: Vector3, depth: Vector3, tilt: number): Span {
+  const high = boxes.reach(direction.clone().addScaledVector(depth, tilt));
+  const low = boxes.reach(direction.clone().negate().addScaledVector(depth, tilt));
+  return Number.isFinite(high) ? { middle: (high - low) / 2, half: (high + low) / 2 } : { middle: 0, half: 1 };
 }

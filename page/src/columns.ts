@@ -6,16 +6,20 @@ import { listed, type StepFile, TextTable } from "./step";
 /** How the file holds an element: in the frame or truss assembly, straight in the storey, or not at all. */
 export type Kind = "frame" | "truss" | "direct" | "loose";
 
-export interface Columns {
+/** What only the details of an element tell: it comes when there is a picture. */
+export interface References {
+  references: Uint32Array; // of the property 'Reference'
+  referenceTexts: string[];
+}
+
+export interface Columns extends References {
   complete: boolean; // false when the writer of the file stopped before the end
   numbers: Uint32Array; // entity numbers, ascending
   types: Uint8Array; // positions in `elementTypes`
   names: Uint32Array; // positions in `nameTexts`
   sections: Uint32Array;
-  references: Uint32Array; // of the property 'Reference'
   nameTexts: string[];
   sectionTexts: string[];
-  referenceTexts: string[];
   globalIds: Uint8Array; // one behind the other
   globalIdEnds: Uint32Array;
   ends: Float64Array; // six an element, start and end of its axis in millimetres
@@ -45,7 +49,7 @@ const farthest = 4e11;
 export function readColumns(file: StepFile, progress: (done: number) => void): { columns: Columns; bars: Bars } {
   const elements = elementsOf(file);
   const count = elements.length;
-  const [names, sections, references] = [new TextTable(), new TextTable(), new TextTable()];
+  const [names, sections] = [new TextTable(), new TextTable()];
   const columns: Columns = {
     complete: file.complete,
     numbers: Uint32Array.from(elements, ({ number }) => number),
@@ -55,7 +59,7 @@ export function readColumns(file: StepFile, progress: (done: number) => void): {
     references: new Uint32Array(count),
     nameTexts: names.texts,
     sectionTexts: sections.texts,
-    referenceTexts: references.texts,
+    referenceTexts: new TextTable().texts,
     globalIds: new Uint8Array(),
     globalIdEnds: new Uint32Array(count),
     ends: new Float64Array(count * 6),
@@ -88,7 +92,7 @@ export function readColumns(file: StepFile, progress: (done: number) => void): {
       columns.ends[i * 6 + axis] = start;
       columns.ends[i * 6 + 3 + axis] = start + bars.placements[at + 6 + axis]! * solid.depth;
     }
-    columns.lost[i] = columns.ends.subarray(i * 6, i * 6 + 6).every((value) => Math.abs(value) <= farthest) ? 0 : 1;
+    for (let end = i * 6; end < i * 6 + 6; end++) if (!(Math.abs(columns.ends[end]!) <= farthest)) columns.lost[i] = 1;
     columns.lengths[i] = solid.depth;
     columns.round[i] = roundProfiles.some((type) => file.is(solid.profile, type)) ? 1 : 0;
     file.take(solid.profile);
@@ -96,14 +100,13 @@ export function readColumns(file: StepFile, progress: (done: number) => void): {
     bars.profiles[i] = solid.plain ? solid.profile : 0;
   }
   columns.globalIds = ids.bytes;
-  readReferences(file, columns, references);
   readGroups(file, columns);
   return { columns, bars };
 }
 
 /** Blanks around a text are left out. */
 function addText(table: TextTable, file: StepFile, attribute: number): number {
-  return table.add(file.written(attribute), () => file.text(attribute).trim());
+  return table.add(file.bytes, file.startOf(attribute), file.endOf(attribute), () => file.text(attribute).trim());
 }
 
 function elementsOf(file: StepFile): { number: number; type: number }[] {
@@ -123,7 +126,9 @@ function indexOf(numbers: Uint32Array, number: number): number {
 }
 
 /** Values of the property 'Reference'. */
-function readReferences(file: StepFile, columns: Columns, texts: TextTable): void {
+export function readReferences(file: StepFile, { numbers }: Columns): References {
+  const texts = new TextTable();
+  const references = new Uint32Array(numbers.length);
   const members: number[] = [];
   const properties: number[] = [];
   for (const number of file.numbersOf("IFCRELDEFINESBYPROPERTIES")) {
@@ -137,11 +142,12 @@ function readReferences(file: StepFile, columns: Columns, texts: TextTable): voi
       if (!file.reads(0, "'Reference'")) continue;
       const value = addText(texts, file, 2);
       for (const member of members) {
-        const i = indexOf(columns.numbers, member);
-        if (i >= 0) columns.references[i] = value;
+        const i = indexOf(numbers, member);
+        if (i >= 0) references[i] = value;
       }
     }
   }
+  return { references, referenceTexts: texts.texts };
 }
 
 /** Which group holds an element; an assembly has the last word. */
@@ -180,14 +186,14 @@ class IdList {
 
   /** Adds a text of the entity taken last; gives where it ends. */
   add(file: StepFile, attribute: number): number {
-    const id = file.textBytes(attribute);
-    if (this.length + id.length > this.bytes.length) {
-      const larger = new Uint8Array(2 * (this.length + id.length));
+    const [from, to] = file.textRange(attribute);
+    if (this.length + to - from > this.bytes.length) {
+      const larger = new Uint8Array(2 * (this.length + to - from));
       larger.set(this.bytes);
       this.bytes = larger;
     }
-    this.bytes.set(id, this.length);
-    return (this.length += id.length);
+    for (let i = from; i < to; i++) this.bytes[this.length++] = file.bytes[i]!;
+    return this.length;
   }
 }
 

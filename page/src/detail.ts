@@ -12,9 +12,9 @@ import type { Geometry } from "./geometry";
 
 /** Triangles and edges at a time to begin with: less than a tenth of a second in software. */
 const firstBudget = 40_000;
-const leastBudget = 40_000; // below it the fixed cost of a drawing is the larger part
+const leastBudget = 15_000; // below it the fixed cost of a drawing is the larger part
 const quick = 40; // milliseconds of drawing that leave room for more
-const slow = 200; // milliseconds of drawing that are felt
+const slow = 120; // milliseconds of drawing that are felt, and during which some browsers answer nobody
 
 // Thickness is told apart in steps of an eighth of a doubling, the thickest first: nobody sees finer ones. Behind them
 // come the lines, mixed, so that the first of them show the whole structure.

@@ -87,7 +87,7 @@ export class Exporter {
     return this.text(this.calls.exportIfcVersion());
   }
 
-  /** The extensions of model files that `open` reads: ".json", ".txt". */
+  /** The extensions of model files that `open` reads: ".json", ".txt", ".xlsx", ".zip". */
   formats(): string[] {
     return this.text(this.calls.exportIfcFormats()).split(";");
   }
@@ -125,9 +125,10 @@ export class Exporter {
     return at;
   }
 
-  /** What the library asks of the page. It has no environment, and nothing to end. */
+  /** What the library asks of the page. It has no environment, no files, and nothing to end. */
   private imports(): WebAssembly.Imports {
     const nothing = () => 0;
+    const noSuchFile = () => 8; // as systems number it
     return {
       page: {
         write: (at: number, size: number) => this.write(this.bytes().slice(at, at + size)),
@@ -148,6 +149,9 @@ export class Exporter {
           memory.setUint32(size, 0, true);
           return 0;
         },
+        fd_close: noSuchFile,
+        fd_seek: noSuchFile,
+        fd_write: noSuchFile,
         proc_exit: (code: number) => {
           throw new Error(`the exporter ended with ${code}`);
         },

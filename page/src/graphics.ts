@@ -11,12 +11,14 @@ import {
   WebGLRenderer,
 } from "three";
 
+export const mostPixelRatio = 2; // more of them nobody sees, and each costs time
+
 /** As large as `host`. Throws when the browser gives no WebGL. */
 export function startRenderer(canvas: HTMLCanvasElement, host: HTMLElement): WebGLRenderer {
   const renderer = new WebGLRenderer({ canvas, antialias: true, alpha: true, preserveDrawingBuffer: true });
   renderer.setClearColor(0, 0); // the page's own ground shows through
   renderer.autoClear = false; // a picture of many bars is drawn piece by piece
-  renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
+  renderer.setPixelRatio(Math.min(devicePixelRatio, mostPixelRatio));
   fillHost(renderer, host);
   return renderer;
 }

@@ -1,7 +1,7 @@
 // One model as the page shows it: lists, totals, details, picture, toolbar, keys.
 
 import type { WebGLRenderer } from "three";
-import type { ViewName } from "./cameras";
+import { Cameras, type ViewName } from "./cameras";
 import { button, byId, make } from "./dom";
 import type { Geometry } from "./geometry";
 import { inspection, mark } from "./inspection";
@@ -9,31 +9,40 @@ import type { Element, Model } from "./model";
 import type { Colouring } from "./palette";
 import { axesPicture, detailRows, legendRows, noteRows, totalsTable } from "./panel";
 import { View } from "./scene";
+import { Sketch } from "./sketch";
 import { countElements, formatNumber, text, type TextKey } from "./texts";
 import { Tree } from "./tree";
 import { Visibility } from "./visibility";
 
 export class Page {
   private readonly visibility: Visibility;
-  private readonly tree: Tree;
+  private tree: Tree | null = null; // with all other lists
+  renderer: WebGLRenderer | null = null; // none before the graphics start, or where the browser has none
+  private cameras: Cameras | null = null;
+  private sketch: Sketch | null = null; // until there is a view
   private view: View | null = null;
   private solids: Geometry | null = null;
+  axes: Geometry | null = null; // the same without solids
   private selected: Element | null = null;
   private colouring: Colouring;
   private toolbar: Partial<Record<TextKey, HTMLButtonElement>> = {};
 
   private readonly closing = new AbortController(); // takes back what is listened to
 
-  /** Without a renderer there is no picture; `told` are lines on the model from elsewhere. */
+  /** `told` are lines on the model from elsewhere. */
   constructor(
     readonly model: Model,
-    readonly renderer: WebGLRenderer | null,
     private readonly told: string[],
   ) {
     inspection.model = model;
     // One group only, as in a file without assemblies: sections tell more than groups.
     this.colouring = model.groups.length > 1 ? "group" : "section";
     this.visibility = new Visibility(model);
+  }
+
+  /** Lists, totals and commands: once. */
+  fillLists(): void {
+    if (this.tree) return;
     byId("structure").append(
       make(
         "div",
@@ -42,28 +51,28 @@ export class Page {
         button(text("hideAll"), () => this.visibility.setAll(false)),
       ),
     );
-    this.tree = new Tree(byId("structure"), model, this.visibility, (element) => this.select(element));
+    this.tree = new Tree(byId("structure"), this.model, this.visibility, (element) => this.select(element));
     this.tree.colour(this.colouring);
     this.visibility.onChange = () => {
-      this.tree.refresh();
+      this.tree?.refresh();
       this.view?.setVisible((element) => this.visibility.isVisible(element));
     };
-    byId("totals").append(totalsTable(model, null), make("p", { class: "quiet" }, text("totalsNote")));
-    byId("summary").textContent = countElements(model.elements.length);
+    byId("totals").append(totalsTable(this.model, null), make("p", { class: "quiet" }, text("totalsNote")));
+    byId("summary").textContent = countElements(this.model.elements.length);
     this.refreshLegend();
     this.refreshNotes([]);
     this.addToolbar();
     byId("close-details").addEventListener("click", () => this.select(null), { signal: this.closing.signal });
     document.addEventListener("keydown", (event) => this.key(event), { signal: this.closing.signal });
     inspection.select = (element) => this.select(element);
-    inspection.visible = () => model.elements.filter((element) => this.visibility.isVisible(element)).length;
+    inspection.visible = () => this.model.elements.filter((element) => this.visibility.isVisible(element)).length;
   }
 
   get geometry(): Geometry | null {
     return this.solids;
   }
 
-  /** Resolves when there is something to look at, and at once where nothing can be drawn. */
+  /** Resolves when the graphics have drawn, and at once where they cannot. */
   get firstPicture(): Promise<void> {
     return this.view?.firstPicture ?? Promise.resolve();
   }
@@ -71,13 +80,40 @@ export class Page {
   /** Leaves the page as it was before. */
   close(): void {
     this.closing.abort();
+    this.removeSketch();
     this.view?.dispose();
+    this.cameras?.dispose();
     for (const list of ["structure", "totals", "legend-rows", "toolbar", "details-body", "axes", "notes", "spoken", "summary"]) {
       byId(list).replaceChildren();
     }
     byId("details").hidden = true;
     byId("notes").hidden = true;
     inspection.view = inspection.model = inspection.geometry = undefined;
+  }
+
+  /** Draws the elements by their axes before the graphics start; resolves when people see them. */
+  drawSketch(axes: Geometry): Promise<void> {
+    this.axes = axes;
+    this.sketch = new Sketch(byId("picture"), this.model, this.colouring);
+    return this.sketch.draw(this.lookAt(axes), axes.centre);
+  }
+
+  /** The same with the graphics, while no solid is there. */
+  drawLines(axes: Geometry, renderer: WebGLRenderer | null): void {
+    this.renderer = renderer;
+    if (renderer) this.startPicture(axes, renderer);
+    else this.removeSketch(); // it answers to nobody
+  }
+
+  private removeSketch(): void {
+    this.sketch?.remove();
+    this.sketch = null; // and the megabytes of its image
+  }
+
+  private lookAt({ bounds }: Geometry): Cameras {
+    this.cameras = new Cameras(byId("picture"), byId<HTMLCanvasElement>("canvas"), bounds.radius);
+    this.cameras.look("iso", bounds.of(null));
+    return this.cameras;
   }
 
   /** Takes what solids there are; again when more have come. */
@@ -88,17 +124,20 @@ export class Page {
     this.refreshNotes(geometry.missing);
     this.refreshSummary(geometry);
     if (this.view) this.view.setGeometry(geometry);
-    else this.startPicture(geometry);
+    else if (this.renderer) this.startPicture(geometry, this.renderer);
     if (this.selected) this.select(this.selected);
   }
 
-  private startPicture(geometry: Geometry): void {
-    if (!this.renderer) return;
-    this.view = new View(byId("picture"), this.renderer, this.model, geometry, this.colouring);
+  private startPicture(geometry: Geometry, renderer: WebGLRenderer): void {
+    const cameras = this.cameras ?? this.lookAt(geometry);
+    this.view = new View(byId("picture"), renderer, cameras, this.model, geometry, this.colouring);
     inspection.view = this.view;
     this.view.setVisible((element) => this.visibility.isVisible(element));
     this.view.onDrawn = () => axesPicture(byId("axes") as unknown as SVGElement, this.view!.cameras.axes());
-    void this.view.firstPicture.then(() => mark("firstPicture"));
+    void this.view.firstPicture.then(() => {
+      mark("turnable");
+      this.removeSketch();
+    });
     this.listenToPointer(byId<HTMLCanvasElement>("canvas"));
     this.refreshToolbar();
   }
@@ -112,7 +151,7 @@ export class Page {
   select(element: Element | null): void {
     this.selected = element;
     byId("details").hidden = element === null; // before the tree, which it leaves less room for
-    this.tree.select(element);
+    this.tree?.select(element);
     this.view?.select(element);
     byId("spoken").textContent = "";
     if (!element) return;
@@ -189,7 +228,7 @@ export class Page {
   private toggleColours(): void {
     this.colouring = this.colouring === "group" ? "section" : "group";
     this.toolbar.colours?.setAttribute("aria-pressed", String(this.colouring === "section"));
-    this.tree.colour(this.colouring);
+    this.tree?.colour(this.colouring);
     this.view?.colour(this.colouring);
     this.refreshLegend();
   }

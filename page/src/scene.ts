@@ -22,7 +22,7 @@ import { LineMaterial } from "three/addons/lines/LineMaterial.js";
 import { LineSegments2 } from "three/addons/lines/LineSegments2.js";
 import { LineSegmentsGeometry } from "three/addons/lines/LineSegmentsGeometry.js";
 import { Bodies, drawOnly } from "./bodies";
-import { Cameras, type ViewName } from "./cameras";
+import type { Cameras, ViewName } from "./cameras";
 import { Detail, type Part } from "./detail";
 import type { Geometry } from "./geometry";
 import { fillHost, makeLights, makeLines } from "./graphics";
@@ -35,7 +35,6 @@ export class View {
   onDrawn: () => void = () => undefined;
   /** Resolves when the first picture is there. */
   readonly firstPicture: Promise<void>;
-  readonly cameras: Cameras;
   detail: Detail;
   private readonly scene = new Scene();
   private readonly lights = makeLights();
@@ -51,6 +50,7 @@ export class View {
   private tellFirst: () => void = () => undefined;
   private showsGrid = true;
   private stale = true; // the picture no longer shows what it should
+  private untried = false; // there are solids of which none has been drawn
   private scheduled = false; // a drawing will begin
   private busy = false; // a drawing is under way
   private disposed = false;
@@ -59,6 +59,7 @@ export class View {
   constructor(
     private readonly host: HTMLElement,
     private readonly renderer: WebGLRenderer,
+    readonly cameras: Cameras,
     private readonly model: Model,
     private geometry: Geometry,
     private colouring: Colouring,
@@ -67,7 +68,7 @@ export class View {
     this.visible = new Uint8Array(model.elements.length).fill(1);
     this.detail = new Detail(geometry);
     this.detail.setVisible(this.visible);
-    this.cameras = new Cameras(host, renderer.domElement, geometry.bounds.radius, () => this.redraw());
+    cameras.onChange = () => this.redraw();
 
     this.bodies = new Bodies(geometry);
     this.lines = makeLines(this.axisPoints(model.elements));
@@ -90,7 +91,6 @@ export class View {
     this.colour(colouring);
     this.showSelected();
     this.resize();
-    this.look("iso");
     this.observer = new ResizeObserver(() => this.resize());
     this.observer.observe(host);
   }
@@ -99,7 +99,6 @@ export class View {
   dispose(): void {
     this.disposed = true;
     this.observer.disconnect();
-    this.cameras.dispose();
     this.scene.traverse((object) => {
       const { geometry, material } = object as Mesh;
       geometry?.dispose();
@@ -122,6 +121,7 @@ export class View {
     this.detail.budget = budget;
     this.detail.setVisible(this.visible);
     this.cameras.radius = geometry.bounds.radius;
+    this.untried = true;
     this.colour(this.colouring);
     this.showSelected();
   }
@@ -258,11 +258,13 @@ export class View {
     if (this.disposed) return;
     this.busy = true;
     const start = performance.now();
-    if (this.stale) this.draw();
+    const { untried } = this;
+    if (untried) this.tryOut();
+    else if (this.stale) this.draw();
     else this.render(this.detail.next(), false);
     await this.finished();
     this.busy = false;
-    this.detail.learn(performance.now() - start);
+    if (!untried) this.detail.learn(performance.now() - start);
     this.tellFirst();
     if (this.stale || !this.detail.finished) this.schedule();
   }
@@ -276,6 +278,14 @@ export class View {
       await new Promise((resolve) => setTimeout(resolve, 4));
     }
     gl.deleteSync(done);
+  }
+
+  /** Draws a solid into the picture that is there: what the graphics make for the first one is not added to a whole picture. */
+  private tryOut(): void {
+    this.untried = false;
+    const { shapes, shapeOf } = this.geometry;
+    const solid = shapeOf.findIndex((shape) => shapes[shape] !== undefined);
+    if (solid >= 0) this.render({ solids: Uint32Array.of(solid), lines: new Uint32Array() }, false);
   }
 
   /** Begins a picture at once. */

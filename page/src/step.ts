@@ -57,8 +57,8 @@ export class StepFile {
     for (let [at, told] = [0, 0]; at < end; ) {
       if (at - told > 1 << 22) progress((told = at) / end);
       if (bytes[at] === hash) at = this.addLine(at);
-      while (at < end && bytes[at] !== newline) at++;
-      at++;
+      const feed = bytes.indexOf(newline, at); // sooner done by the browser than by a loop, which it first has to learn
+      at = feed < 0 ? end : feed + 1;
     }
   }
 
@@ -242,21 +242,30 @@ export class StepFile {
     return length === written.length && this.spells(this.from[attribute]!, written);
   }
 
-  /** An attribute as it is written; empty when there is none. */
-  written(attribute: number): Uint8Array {
-    return attribute < this.taken ? this.bytes.subarray(this.from[attribute], this.to[attribute]) : new Uint8Array();
+  /** Where an attribute begins as it is written, and where it ends; both 0 when there is none. */
+  startOf(attribute: number): number {
+    return attribute < this.taken ? this.from[attribute]! : 0;
   }
 
-  /** Between the first and the last apostrophe of an attribute. */
-  textBytes(attribute: number): Uint8Array {
-    const written = this.written(attribute);
-    const first = written.indexOf(apostrophe);
-    return written.subarray(first + 1, Math.max(written.lastIndexOf(apostrophe), first + 1));
+  endOf(attribute: number): number {
+    return attribute < this.taken ? this.to[attribute]! : 0;
+  }
+
+  /** Where the text between the first and the last apostrophe of an attribute begins and ends. */
+  textRange(attribute: number): [number, number] {
+    const end = this.endOf(attribute);
+    let from = this.startOf(attribute);
+    while (from < end && this.bytes[from] !== apostrophe) from++;
+    from = Math.min(from + 1, end);
+    let to = end;
+    while (to > from && this.bytes[to - 1] !== apostrophe) to--;
+    return [from, Math.max(to - 1, from)];
   }
 
   /** "'it''s'" → "it's"; a wrapped value such as IFCIDENTIFIER('x') → "x"; "$" → "". */
   text(attribute: number): string {
-    return latin1.decode(this.textBytes(attribute)).replaceAll("''", "'");
+    const [from, to] = this.textRange(attribute);
+    return latin1.decode(this.bytes.subarray(from, to)).replaceAll("''", "'");
   }
 }
 
@@ -267,17 +276,17 @@ export class TextTable {
   private readonly byHash = new Map<number, number[]>();
 
   constructor() {
-    this.add(new Uint8Array(), () => ""); // an element that has none gets the first
+    this.add(new Uint8Array(), 0, 0, () => ""); // an element that has none gets the first
   }
 
-  /** The position in `texts` of the text that is written so. */
-  add(written: Uint8Array, read: () => string): number {
-    const sum = hashOf(written);
+  /** The position in `texts` of the text that is written between two places. */
+  add(bytes: Uint8Array, from: number, to: number, read: () => string): number {
+    const sum = hashOf(bytes, from, to);
     let known = this.byHash.get(sum);
     if (!known) this.byHash.set(sum, (known = []));
-    for (const index of known) if (equal(this.raw[index]!, written)) return index;
+    for (const index of known) if (equal(this.raw[index]!, bytes, from, to)) return index;
     known.push(this.texts.length);
-    this.raw.push(written.slice());
+    this.raw.push(bytes.slice(from, to));
     return this.texts.push(read()) - 1;
   }
 }
@@ -299,15 +308,15 @@ export function eachReference(bytes: Uint8Array, from: number, to: number, use: 
   return count;
 }
 
-function hashOf(bytes: Uint8Array): number {
+function hashOf(bytes: Uint8Array, from = 0, to = bytes.length): number {
   let sum = 0;
-  for (let i = 0; i < bytes.length; i++) sum = (Math.imul(sum, 31) + bytes[i]!) | 0;
+  for (let i = from; i < to; i++) sum = (Math.imul(sum, 31) + bytes[i]!) | 0;
   return sum;
 }
 
-function equal(one: Uint8Array, other: Uint8Array): boolean {
-  if (one.length !== other.length) return false;
-  for (let i = 0; i < one.length; i++) if (one[i] !== other[i]) return false;
+function equal(one: Uint8Array, bytes: Uint8Array, from: number, to: number): boolean {
+  if (one.length !== to - from) return false;
+  for (let i = 0; i < one.length; i++) if (one[i] !== bytes[from + i]) return false;
   return true;
 }
 

@@ -2,8 +2,8 @@
 
 import type { WebGLRenderer } from "three";
 import { byId } from "./dom";
-import { makeGeometry } from "./geometry";
-import { fillHost, startRenderer } from "./graphics";
+import { type Geometry, makeGeometry } from "./geometry";
+import { startRenderer } from "./graphics";
 import { inspection, mark } from "./inspection";
 import { makeModel } from "./model";
 import { Page } from "./page";
@@ -32,18 +32,15 @@ export class Viewer {
     this.script = URL.createObjectURL(new Blob([parts.worker], { type: "text/javascript" }));
   }
 
-  /** Has the engine compiled while the model is still on its way. */
+  /** Has the worker start while the model is still on its way. */
   prepare(): void {
     // From the page itself: a worker may come from nowhere else, and the page is one file.
     this.worker = new Worker(this.script);
-    this.send({ kind: "engine", packed: this.parts.engine });
   }
 
   /** `notes` are lines on the model that stand above its lists. */
   show(model: ModelSource, notes: string[]): void {
     if (!this.worker) this.prepare();
-    const renderer = this.startPicture(); // while the worker reads
-    if (renderer) fillHost(renderer, byId("picture"));
     const worker = this.worker!;
     const fail = (detail: string) => this.fail("unreadable", detail);
     worker.onerror = (event) => fail(event.message);
@@ -69,8 +66,12 @@ export class Viewer {
     const old = this.page;
     if (!old) return;
     old.close();
-    this.page = new Page(old.model, old.renderer, notes);
-    if (old.geometry) this.page.addGeometry(old.geometry);
+    const page = (this.page = new Page(old.model, notes));
+    if (old.geometry) {
+      page.renderer = old.renderer;
+      page.fillLists();
+      page.addGeometry(old.geometry);
+    } else if (old.axes) void this.showLines(page, old.axes);
   }
 
   get shown(): Page | null {
@@ -83,22 +84,37 @@ export class Viewer {
     else if (report.kind === "columns") {
       mark("parsed");
       this.progress.at("meshing", 0);
-      this.page = new Page(makeModel(report.columns), this.startPicture(), notes);
-    } else {
-      mark(report.solids.whole ? "meshed" : "firstSolids");
+      this.page = new Page(makeModel(report.columns), notes);
+    } else if (report.kind === "references") Object.assign(this.page!.model.columns, report.references);
+    else {
       const page = this.page!;
-      page.addGeometry(makeGeometry(page.model, report.solids));
-      this.progress.stepAside();
-      mark("scene");
+      const geometry = makeGeometry(page.model, report.solids);
+      if (report.kind === "lines") return void this.showLines(page, geometry);
+      mark(report.solids.whole ? "meshed" : "firstSolids");
+      page.addGeometry(geometry);
       if (report.solids.whole) void this.finish(page);
     }
+  }
+
+  /** Graphics, lists and engine would only keep the first picture waiting; a page that nobody sees gets none. */
+  private async showLines(page: Page, axes: Geometry): Promise<void> {
+    const shown = page.drawSketch(axes);
+    mark("sketched");
+    if (!document.hidden) await shown;
+    if (page !== this.page) return;
+    mark("firstPicture");
+    page.drawLines(axes, this.startPicture());
+    if (!document.hidden) await page.firstPicture;
+    if (page !== this.page) return;
+    page.fillLists();
+    this.progress.stepAside();
+    this.send({ kind: "engine", packed: this.parts.engine });
   }
 
   private async finish(page: Page): Promise<void> {
     this.stop(); // and all that it holds
     this.progress.hide();
     await page.firstPicture;
-    mark("firstPicture");
     this.onShown();
     inspection.ready = true;
   }
@@ -114,7 +130,7 @@ export class Viewer {
   }
 
   private send(request: Request): void {
-    this.worker!.postMessage(request);
+    this.worker?.postMessage(request);
   }
 
   /** Starts the graphics, which takes some tenths of a second in software. Null when the browser gives no WebGL. */

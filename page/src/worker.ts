@@ -1,6 +1,6 @@
 // Reads the exchange file beside the page, which stays at its user's service meanwhile.
 
-import { readColumns } from "./columns";
+import { readColumns, readReferences } from "./columns";
 import { Engine } from "./engine";
 import type { ModelSource, Report, Request, Stage } from "./protocol";
 import { buildSolids, type Solids } from "./solids";
@@ -12,10 +12,13 @@ const scope = self as unknown as {
   postMessage(report: Report, transfer?: Transferable[]): void;
 };
 
-let engine: Promise<Engine | null>; // compiled while the model is still on its way
+const betweenReports = 200; // milliseconds
+
+let takeEngine: (packed: string) => void = () => undefined;
+const engine = new Promise<string>((resolve) => (takeEngine = resolve)); // packed; it comes when the first picture is there
 
 scope.onmessage = ({ data }) => {
-  if (data.kind === "engine") engine = startEngine(data.packed);
+  if (data.kind === "engine") takeEngine(data.packed);
   else {
     read(data.model).catch((error: unknown) => {
       const reason = error instanceof Fault ? error.reason : "unreadable";
@@ -32,7 +35,9 @@ async function read(model: ModelSource): Promise<void> {
   const { columns, bars } = readColumns(file, (done) => progress(0.5 + done / 2));
   // The columns are used here further on, so the page gets a copy.
   scope.postMessage({ kind: "columns", columns });
-  buildSolids(file, columns, bars, await engine, progressOf("meshing"), deliver);
+  buildSolids(file, columns, bars, null, progressOf("meshing"), (solids) => scope.postMessage({ kind: "lines", solids }));
+  scope.postMessage({ kind: "references", references: readReferences(file, columns) });
+  buildSolids(file, columns, bars, await startEngine(await engine), progressOf("meshing"), deliver);
 }
 
 /** The last ones are given away, and no copy is made of them. */
@@ -54,12 +59,13 @@ async function startEngine(packed: string): Promise<Engine | null> {
   }
 }
 
-/** Reports a stage in steps that can be seen. */
+/** Reports a stage now and then: what the page shows of it is a picture anew, which takes its time in software. */
 function progressOf(stage: Stage): (done: number) => void {
-  let told = 0;
+  let told = performance.now();
   return (done) => {
-    if (done - told < 0.02) return;
-    told = done;
+    const now = performance.now();
+    if (now - told < betweenReports) return;
+    told = now;
     scope.postMessage({ kind: "progress", stage, done });
   };
 }

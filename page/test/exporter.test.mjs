@@ -45,7 +45,7 @@ for (const model of models) {
   for (const language of ["en", "pt"]) {
     const env = { ...process.env, EXPORTIFC_LANG: language };
     const said = spawnSync(program, ["check", "--json", basename(model)], { cwd: dirname(model), env, encoding: "utf8", maxBuffer: 1 << 28 });
-    const wanted = JSON.parse(said.stdout)[0].problems;
+    const wanted = JSON.parse(said.stdout).models[0].problems;
     const open = exporter.open(readFileSync(model), basename(model), language);
     const flags = 2; // with notes
     if (open.result === 0) open.check(flags);
@@ -69,7 +69,7 @@ for (const model of models) {
   }
 }
 check("the version", exporter.version() === execFileSync(program, ["--version"], { encoding: "utf8" }).trim().replace("exportifc ", ""));
-check("the formats", exporter.formats().join() === ".json,.txt");
+check("the formats", exporter.formats().join() === ".json,.txt,.xlsx,.zip");
 
 console.log(`${passed} passed, ${failed} failed`);
 process.exitCode = failed ? 1 : 0;

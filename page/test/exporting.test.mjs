@@ -85,7 +85,7 @@ async function testExporter(check, buildFolder) {
         const open = exporter.open(readFileSync(model), model, language);
         if (open.result === 0) open.check(2);
         const facts = (problems) => problems.map(({ file, ...rest }) => rest);
-        assert.deepEqual(facts(open.problems()), facts(JSON.parse(said.stdout)[0].problems));
+        assert.deepEqual(facts(open.problems()), facts(JSON.parse(said.stdout).models[0].problems));
         open.close();
       });
     }

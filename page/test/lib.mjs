@@ -120,6 +120,10 @@ export function writePage(ifc, name, { file = "page.html", template = page, ...o
   return pathToFileURL(join(scratch, file)).href;
 }
 
+/**
+ * All drawing goes by graphics that the processor plays; with PLAIN_WINDOW in the environment the picture alone, as the
+ * browser starts by itself where there is no graphics card.
+ */
 export function startBrowser(...flags) {
   const executablePath = process.env.CHROMIUM ?? "/usr/bin/chromium";
   needs(executablePath);
@@ -127,7 +131,7 @@ export function startBrowser(...flags) {
     executablePath,
     args: [
       "--no-sandbox",
-      "--use-angle=swiftshader",
+      ...(process.env.PLAIN_WINDOW ? [] : ["--use-angle=swiftshader"]),
       "--enable-unsafe-swiftshader",
       "--disable-quic",
       "--no-first-run",

@@ -779,11 +779,44 @@ async function testFaults() {
   });
 }
 
+async function testFirstPicture() {
+  await check("the first picture shows every bar where the graphics draw it later, and gives way to them", async () => {
+    const context = await browser.newContext({ viewport: { width: 1280, height: 800 } });
+    const page = await context.newPage();
+    await page.addInitScript(() => {
+      const keep = () => (globalThis.sketched = document.querySelector(".sketch")?.src || globalThis.sketched);
+      new MutationObserver(keep).observe(document, { subtree: true, childList: true, attributes: true });
+    });
+    await page.goto(writePage(warehouse, "galpao.ifc"));
+    await page.waitForFunction(() => exportifcViewer.ready);
+    assert.equal(await page.locator(".sketch").count(), 0);
+    const { missing, colours } = await page.evaluate(async () => {
+      const image = new Image();
+      image.src = sketched;
+      await image.decode();
+      const canvas = document.createElement("canvas");
+      [canvas.width, canvas.height] = [image.naturalWidth, image.naturalHeight];
+      const context = canvas.getContext("2d");
+      context.drawImage(image, 0, 0);
+      const { view, model } = exportifcViewer;
+      const painted = ({ x, y }) => context.getImageData(x - 2, y - 2, 4, 4).data.some((value, i) => i % 4 === 3 && value === 255);
+      const { data } = context.getImageData(0, 0, canvas.width, canvas.height);
+      const colours = new Set();
+      for (let i = 0; i < data.length; i += 4) if (data[i + 3] > 0) colours.add([...data.subarray(i, i + 3)].join());
+      return { missing: model.elements.filter((element) => !painted(view.project(element))).length, colours: [...colours].sort() };
+    });
+    assert.equal(missing, 0);
+    assert.deepEqual(colours, ["138,122,168", "28,156,124", "31,111,181"]); // groups: direct, truss, frame
+    await context.close();
+  });
+}
+
 async function testWithoutGraphics() {
   const blind = await startBrowser("--disable-3d-apis");
   await check("a browser without WebGL still shows lists and totals", async () => {
     const { page, close } = await openPage(blind, writePage(simple, "modelo.ifc"));
     assert.match(await page.locator("#notes").textContent(), /não oferece WebGL/);
+    assert.equal(await page.locator(".sketch").count(), 0);
     assert.equal(await page.locator("li[data-section]").count(), 3);
     assert.equal(await page.locator("#totals tbody tr").count(), 3);
     await sectionRow(page, "W 200 100 8 6").locator(".opener").click();
@@ -801,6 +834,7 @@ await testFamilies();
 await testSolids();
 await testPacking();
 await testFaults();
+await testFirstPicture();
 await testExporting(check, browser, buildFolder);
 await browser.close();
 await testWithoutGraphics();

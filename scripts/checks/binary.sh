@@ -9,6 +9,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 lists=scripts/checks/binary
 dll=build/windows/exportIFC.dll
 so=build/linux/libexportIFC.so
+library_dll=build/windows/exportifc-1.dll
+library_so=build/linux/libexportifc.so.1
 
 # listed NAME LIST: standard input, sorted, equals the checked-in list.
 listed() {
@@ -20,7 +22,7 @@ listed() {
   fi
 }
 
-for file in "$dll" "$so"; do
+for file in "$dll" "$so" "$library_dll" "$library_so"; do
   if [[ ! -f $file ]]; then
     echo "not built: $file"
     echo "0 passed, 1 failed"
@@ -28,15 +30,33 @@ for file in "$dll" "$so"; do
   fi
 done
 
+dll_exports() { sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^.*\[ *[0-9]*\] //p'; }
+dll_imports() { sed -n 's/^\tDLL Name: //p'; }
+so_exports() { nm -D --defined-only --format=just-symbols "$1"; }
+so_needs() { readelf -d "$1" | sed -n 's/.*(NEEDED).*\[\(.*\)\].*/\1/p'; }
+
 headers=$(x86_64-w64-mingw32-objdump -p "$dll")
-listed "the exports of the DLL" windows_exports.txt \
-  < <(sed -n '/\[Ordinal\/Name Pointer\] Table/,/^$/s/^.*\[ *[0-9]*\] //p' <<<"$headers")
-listed "the imports of the DLL" windows_imports.txt \
-  < <(sed -n 's/^\tDLL Name: //p' <<<"$headers")
+listed "the exports of the DLL" windows_exports.txt < <(dll_exports <<<"$headers")
+listed "the imports of the DLL" windows_imports.txt < <(dll_imports <<<"$headers")
 listed "the exports of the library" linux_exports.txt \
-  < <(nm -D --defined-only --format=just-symbols "$so")
+  < <(so_exports "$so")
 listed "the needs of the library" linux_needs.txt \
-  < <(readelf -d "$so" | sed -n 's/.*(NEEDED).*\[\(.*\)\].*/\1/p')
+  < <(so_needs "$so")
+
+# ---- the library for other languages
+
+# none_beside LIST: of standard input, every line stands in the checked-in list.
+none_beside() { comm -13 <(grep -v '^#' "$lists/$1" | sort) <(sort); }
+library_headers=$(x86_64-w64-mingw32-objdump -p "$library_dll")
+listed "the exports of the library's DLL" library_exports.txt < <(dll_exports <<<"$library_headers")
+listed "the exports of the library for other languages" library_exports.txt < <(so_exports "$library_so")
+same "it needs no DLL beside it" "$(dll_imports <<<"$library_headers" | none_beside windows_imports.txt)" ''
+same "it needs no library of others beyond the listed" "$(so_needs "$library_so" | none_beside library_needs.txt)" ''
+same "its name carries the number of its interface" \
+  "$(readelf -d "$library_so" | sed -n 's/.*(SONAME).*\[\(.*\)\].*/\1/p')" \
+  "libexportifc.so.$(sed -n 's/^#define EXPORTIFC_LIBRARY_ABI //p' include/exportifc/library.h)"
+
+# ---- how the modules are protected
 
 for flag in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
   holds "the DLL is marked $flag" grep -qE "^[[:space:]]+$flag$" <<<"$headers"

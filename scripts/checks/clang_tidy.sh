@@ -19,7 +19,7 @@ if [[ ! $plugin -nt $source ]]; then
 fi
 
 exec python3 - "$@" <<'PY'
-import concurrent.futures, hashlib, json, os, pathlib, shlex, subprocess, sys
+import concurrent.futures, hashlib, json, os, pathlib, re, shlex, subprocess, sys
 
 root = pathlib.Path.cwd()
 build = root / "build/clang"
@@ -56,8 +56,13 @@ def check(command):
     return command["file"], run.returncode, run.stdout + errors
 
 
-commands = [c for c in json.load(open(build / "compile_commands.json"))
-            if pathlib.Path(c["file"]).is_relative_to(root) and (not wanted or c["file"] in wanted)]
+commands = [c for c in json.load(open(build / "compile_commands.json")) if pathlib.Path(c["file"]).is_relative_to(root)]
+precompiled = re.findall(r" -o (\S+\.pch) ", "\n".join(c["command"] for c in commands))
+commands = [c for c in commands if ".pch -c " not in c["command"] and (not wanted or c["file"] in wanted)]
+made = subprocess.run(["cmake", "--build", build, "--target", *precompiled], capture_output=True, text=True)
+if made.returncode != 0:
+    print(made.stdout, "0 passed, 1 failed", sep="\n")
+    sys.exit(1)
 passed = failed = 0
 with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
     for name, code, text in pool.map(check, commands):

@@ -43,7 +43,6 @@ left_out = {
     "scripts/wine.sh build/windows/tests/module/module_tests.exe --gtest_filter='Interactive.*'": "stage module-windows",
     "scripts/wine.sh --session ctest --test-dir build/windows -L unit": "stage unit-windows",
     "ctest --test-dir build/linux -L cli -j2": "stage cli-linux; minutes",
-    "cmake --preset windows && cmake --build --preset windows && cpack --config build/windows/CPackConfig.cmake": "stage package",
     "./test.sh ../build/linux": "stage viewer",
     "test/firefox.sh ../build/linux": "stage firefox",
     "./pictures.mjs ../build/linux/exportifc": "draws tracked pictures anew, in which each browser differs by a pixel",

@@ -33,8 +33,17 @@ for header in exportifc/plugin.h exportifc/library.h; do
   done
 done
 
+# Where GCC builds without precompiled headers, a source file that includes its own header first shows it.
+shown_by_its_source() {
+  [[ $1 =~ ^(plugin|model|step|elements|profiles|platform|library|cli)/ && -f ${1%.h}.cpp ]] \
+    && [[ $(grep -m 1 '^#include' "${1%.h}.cpp") == "#include \"$1\"" ]]
+}
 while read -r header; do
-  compiles "$header" g++ c++ c++20
+  if shown_by_its_source "$header"; then
+    ((++passed))
+  else
+    compiles "$header" g++ c++ c++20
+  fi
 done < <(git ls-files -co --exclude-standard '*.h')
 
 echo "$passed passed, $failed failed"

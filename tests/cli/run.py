@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Tests of the command-line program.
 
-    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [--data] [--whole-names] [NAME...]
+    tests/cli/run.py PROGRAM [--wine] [--native PROGRAM] [--data] [--large BARS] [--whole-names] [NAME...]
     tests/cli/run.py PROGRAM [--wine] --list
 
 PROGRAM lies in its build folder, beside the module, run_host and tests/cli/callback_host.
 --wine runs it (and them) under Wine; with --native, what the native program writes is compared too.
 --data: only the cases that are data, which need the program alone.
+--large: bars of a model whose export takes seconds, 400000 unless told.
 NAME: only the tests whose name contains it, or with --whole-names those of that name. --list prints
 the names. The cases that are data stand in cases/, one file a subject.
 Ends with "N passed, N failed".
@@ -17,6 +18,7 @@ import base64
 import collections
 import contextlib
 import difflib
+import functools
 import gzip
 import io
 import json
@@ -38,8 +40,9 @@ from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
-sys.path.insert(0, str(ROOT / "tests/support"))
+sys.path[:0] = [str(ROOT / "tests/support"), str(ROOT / "tests/saf")]
 from model_files import without_global_ids  # noqa: E402
+from two_storey import write_workbook  # noqa: E402
 
 MODELS = HERE / "models"
 SAMPLES = ["galpao", "familias"]
@@ -109,8 +112,9 @@ def slashed(said):
 
 
 def text(data):
-    """Output as it must read on every system: one kind of slash and line end, no times."""
+    """Output as it must read on every system and release: one kind of slash and line end, no times."""
     plain = slashed(data.decode("utf-8").replace("\r\n", "\n") if options.wine else data.decode("utf-8"))
+    plain = re.sub(r'"exportifc": "[\d.]+"', '"exportifc": "VERSION"', plain)
     plain = re.sub(r"(time|tempo)( +)\d+[.,]\d+ s", r"\1\2TIME", plain)
     return plain
 
@@ -141,6 +145,27 @@ def masked(path):
     return without_global_ids(Path(path).read_bytes())
 
 
+# ---- what programs read
+
+@functools.cache
+def report_schema():
+    import jsonschema
+    schema = json.loads((ROOT / "docs/exportifc.schema.json").read_text())
+    jsonschema.Draft202012Validator.check_schema(schema)
+    return jsonschema.Draft202012Validator(schema)
+
+
+def reported(result, what):
+    """The object of a call with --json: one, alone on its stream, as the schema has it."""
+    check(result.stdout.endswith(b"}\n") and result.stdout.startswith(b'{\n  "exportifc": "'), f"{what}: {result.stdout[:99]}")
+    equal(result.stderr, b"", f"{what}: standard error")
+    report = json.loads(result.stdout.decode("utf-8"))
+    faults = [f"{'/'.join(map(str, error.absolute_path))}: {error.message[:300]}" for error in report_schema().iter_errors(report)]
+    equal(faults, [], f"{what}: {json.dumps(report)[:2000]}")
+    equal((report["exitCode"], report["ok"]), (result.returncode, result.returncode == 0), f"{what}: the exit code")
+    return report
+
+
 # ---- the cases of cases/
 
 def expected(value):
@@ -148,13 +173,19 @@ def expected(value):
 
 
 def content_bytes(content):
-    """What a case puts into a file: a text, {hex = "..."} where it is none, or {zip = {name = text}}, in whose
-    directory bytes may then be others."""
+    """What a case puts into a file: a text, {hex = "..."} where it is none, {copy = "tests/..."} of a file that
+    is there, {sheets = {name = [[cell, ...], ...]}} for a workbook, or {zip = {name = text}}, in whose directory bytes
+    may then be others."""
     if isinstance(content, str):
         return content.encode()
     if "hex" in content:
         return bytes.fromhex(content["hex"])
+    if "copy" in content:
+        return (ROOT / content["copy"]).read_bytes()
     packed = io.BytesIO()
+    if "sheets" in content:
+        write_workbook(packed, content["sheets"])
+        return packed.getvalue()
     with zipfile.ZipFile(packed, "w", zipfile.ZIP_DEFLATED) as archive:
         for name, member in content["zip"].items():
             archive.writestr(zipfile.ZipInfo(name), member, zipfile.ZIP_DEFLATED)
@@ -176,7 +207,7 @@ def unzipped(path):
 def run_case(case):
     with folder() as path:
         for name, content in case.get("before", {}).items():
-            (path / name).parent.mkdir(exist_ok=True)
+            (path / name).parent.mkdir(parents=True, exist_ok=True)
             (path / name).write_bytes(content_bytes(content))
         for name, target in case.get("links", {}).items():
             (path / name).symlink_to(target)
@@ -188,6 +219,8 @@ def run_case(case):
             stdin.close()
         said = f"\n--- stdout\n{result.stdout[:3000]!r}\n--- stderr\n{text(result.stderr)}"
         equal(result.returncode, case.get("code", 0), "exit code" + said)
+        if "--json" in case["args"]:
+            reported(result, case["args"])
         if "stdout_exchange" in case:
             check(is_exchange(result.stdout, case["stdout_exchange"]), "no exchange file on standard output")
         if "out" in case:
@@ -229,7 +262,7 @@ def run_fault(fault):
     def files_before(path):
         (path / "page.html").write_text("<a>@EXPORTIFC_NAME@</a><b>@EXPORTIFC_MODEL@</b>")
         for name, content in fault.get("before", {}).items():
-            (path / name).parent.mkdir(exist_ok=True)
+            (path / name).parent.mkdir(parents=True, exist_ok=True)
             (path / name).write_text(content)
 
     found = {}
@@ -239,7 +272,7 @@ def run_fault(fault):
             words = [fault.get("output", "out") if word == "out" else word for word in CALLS[name]]
             result = run(*words, fault["model"], *fault.get("more", []), cwd=path)
             found[name] = result.returncode
-            check(result.returncode == 0 or result.stderr + result.stdout, f"{name} says nothing")
+            check(result.returncode == 0 or result.stderr + result.stdout, f"{name} says nothing and ends with {result.returncode}")
     equal(found, fault["codes"], "exit codes")
     if "output" in fault or "more" in fault:
         return
@@ -363,7 +396,8 @@ def two_hundred_thousand_bars():
 
 # ---- failures
 
-def large_model(path, bars=400000):
+def large_model(path, bars=None):
+    bars = bars or options.large
     model = path / "large.json"
     model.write_text('{"unit":"m","nodes":[[0,0,0],[5,0,3]],"sections":{"a":{"text":"W 200 100 8 6"}},"bars":['
                      + ",".join(['{"nodes":[0,1],"section":"a"}'] * bars) + "]}")
@@ -509,7 +543,7 @@ def links_and_modes_are_kept():
 
 # ---- terminal
 
-def on_terminal(path, *arguments, language="C"):
+def on_terminal(path, *arguments, language="C", code=0):
     main, side = pty.openpty()
     process = subprocess.Popen(command(options.program, *arguments), cwd=path, stdout=subprocess.PIPE, stderr=side,
                                env=environment(language) | {"COLUMNS": "100"})
@@ -520,7 +554,7 @@ def on_terminal(path, *arguments, language="C"):
             seen += chunk
     os.close(main)
     out, _ = process.communicate(timeout=60)
-    equal(process.returncode, 0, "exit code")
+    equal(process.returncode, code, "exit code")
     return seen, out
 
 
@@ -549,6 +583,11 @@ def progress_counts_models_side_by_side():
             check(seen.endswith(b"\r\x1b[K"), "the line is still there")
             equal(text(out), text(run(*arguments, cwd=path, language=language).stdout), "what is said in a pipe")
             check(b"models" not in on_terminal(path, *arguments, "-q", language=language)[0], "quiet")
+        for language, said in (("en", b"of 3 models, 1 failed"), ("pt", b"de 3 modelos, 1 falhou")):
+            seen, _ = on_terminal(path, "export", "one.json", "nothing.json", "edges.json", "-j", "2", language=language, code=3)
+            counted = [line for line in seen.split(b"\r\x1b[K") if line.endswith(said)]
+            check(counted and counted[-1].startswith(b"3 "), f"one has failed, but: {seen}")
+            check(seen.count(b"\n") == seen.count(b"\r\n") == 1, f"more than the line of the failure: {seen}")
 
 
 @test
@@ -563,6 +602,147 @@ def models_side_by_side_say_what_they_say_in_turn():
             files.append({name: masked(file) for name, file in written(path).items()})
         equal(said[1:], said[:1] * 2, "what is said")
         check(files[1:] == files[:1] * 2, "the files differ")
+
+
+# ---- what programs read
+
+# The calls of each command, and how they end.
+PROGRAM_CALLS = {
+    "export": [(["export", "one.json", "unknown.json", "faults.json", "--out-dir", "out"], 0),
+               (["export", "unknown.json", "nothing.json", "bad-type.json", "references.json", "--jobs", "2"], 3),
+               (["export", "kinds.json", "--html", "--template", "page.html", "-q"], 0),
+               (["export", "references.json", "-o", "r.ifczip"], 1), (["export", "one.json", "-o", "-"], 2),
+               (["export", "-"], 2), (["export", "one.json", "-o", "no/a.ifc"], 4), (["export"], 2),
+               (["export", "one.json", "--jobs", "many"], 2), (["export", "one.json", "--html", "--template", "no.html"], 3)],
+    "check": [(["check", "one.json", "faults.json", "nothing.json", "bad-type.json"], 3), (["check", "unknown.json"], 1),
+              (["check", "half.json", "tables/"], 3), (["check", "hall.xlsx"], 3), (["check", "--json=yes", "one.json"], 2),
+              (["check", "--jsn", "one.json"], 2)],
+    "profiles": [(["profiles"], 0), (["profiles", "W"], 0), (["profiles", "W 200 100 oito 6.1"], 1),
+                 (["profiles", "RET 150 25"], 0), (["profiles", "WW 1"], 1), (["profiles", "WW"], 2),
+                 (["profiles", "--svg", "svg"], 0), (["profiles", "--markdown"], 2)],
+    "sections": [(["sections"], 0), (["sections", "HEB180"], 0), (["sections", "HE", "--depth", "300"], 0),
+                 (["sections", "--mass", "9999"], 0), (["sections", "XYZ"], 2), (["sections", "--mass", "heavy"], 2)],
+    "convert": [(["convert", "one.json", "-o", "a.txt"], 0), (["convert", "one.json", "-o", "tables-of-it/"], 0),
+                (["convert", "one.json", "-o", "b.txt", "--strict"], 1), (["convert", "references.json", "-o", "c.txt"], 1),
+                (["convert", "nothing.json", "-o", "d.txt"], 3), (["convert", "one.json"], 2),
+                (["convert", "one.json", "-o", "e.csv"], 2)],
+    "view": [(["view", "one.json", "-o", "v.html", "--template", "page.html"], 0),
+             (["view", "old.ifc", "--template", "page.html"], 0), (["view", "one.json", "--template", "none.html"], 3),
+             (["view", "nothing.json"], 3), (["view"], 2)],
+    "takeoff": [(["takeoff", "made.json", "--cuts"], 0), (["takeoff", "unknown.json", "-o", "t.csv"], 1),
+                (["takeoff", "one.json", "-o", "-"], 2), (["takeoff", "one.json", "--density", "1"], 2),
+                (["takeoff", "references.json"], 1), (["takeoff", "nothing.json"], 3)],
+    "template": [(["template", "t.xlsx"], 0), (["template", "t/"], 0), (["template", "t.doc"], 2), (["template", "-"], 2),
+                 (["template", "no/t.xlsx"], 4)],
+    "help": [(["--help"], 0), (["export", "-h"], 0), (["help"], 0)],
+    "version": [(["--version"], 0)],
+    None: [(["chek"], 2), (["--json"], 2), (["--man"], 2), (["one.json"], 2)],
+}
+MADE_MODEL = {"unit": "m", "nodes": [[0, 0, 0], [0, 0, 3]], "materials": {"A36": {"density": 7850}},
+              "sections": {"a": {"text": "W 200 100 8 6", "material": "A36"}},
+              "bars": [{"nodes": [0, 1], "section": "a", "name": "P1", "layer": "floor"}]}
+
+
+def keys_in(value):
+    """The names of all members at any depth."""
+    inner = value.values() if isinstance(value, dict) else value if isinstance(value, list) else []
+    return set(value if isinstance(value, dict) else ()).union(*map(keys_in, inner))
+
+
+def keys_of(schema):
+    """The names of all members that a schema knows, but not those of problems."""
+    if isinstance(schema, list):
+        return set().union(*map(keys_of, schema))
+    if not isinstance(schema, dict):
+        return set()
+    if schema.get("$ref", "#/$defs/problem") != "#/$defs/problem":
+        return keys_of(report_schema().schema["$defs"][schema["$ref"].rsplit("/", 1)[1]])
+    return set(schema.get("properties", ())).union(
+        *(keys_of(inner) for key, inner in schema.items() if key != "properties"),
+        *map(keys_of, schema.get("properties", {}).values()))
+
+
+@test
+def programs_read_one_object_of_every_command():
+    listed = re.findall(r"^  (\w+) ", text(run("--help").stdout).split("Commands:")[1], re.MULTILINE)
+    equal(set(PROGRAM_CALLS) - {"help", "version", None}, set(listed), "the commands")
+    equal(set(report_schema().schema["properties"]["command"]["enum"]), set(PROGRAM_CALLS), "the commands of the schema")
+    problem_keys = set()
+    for name, calls in PROGRAM_CALLS.items():
+        keys = set()
+        for number, (arguments, code) in enumerate(calls):
+            for language in ("en", "pt")[number % 2:][:1] if options.wine else ("en", "pt"):
+                with folder() as path:
+                    (path / "page.html").write_text("<title>exportIFC</title>@EXPORTIFC_NAME@@EXPORTIFC_MODEL@@EXPORTIFC_NOTES@")
+                    (path / "old.ifc").write_bytes(OLD_EXCHANGE)
+                    (path / "made.json").write_text(json.dumps(MADE_MODEL))
+                    (path / "half.json").write_text('{"unit": "m", "nodes": [[0, 0, .5]]}')
+                    (path / "tables").mkdir()
+                    (path / "tables/nodes.csv").write_text("node;x [mm];y [mm];z [mm]\nA;1;2;x\n")
+                    write_workbook(path / "hall.xlsx", {"nodes": [["node", "x [mm]"]], "sections": [], "bars": []})
+                    kept = set(written(path))
+                    result = run(*arguments, *([] if "--json" in "".join(arguments) else ["--json"]), cwd=path, language=language)
+                    report = reported(result, arguments)
+                    equal((report["command"], report["exitCode"]), (name, code), f"{arguments}: {report['problems']}")
+                    files = report.get("files", []) + [file for model in report.get("models", []) for file in model.get("files", [])]
+                    equal(sorted(map(slashed, files)), sorted(map(slashed, set(written(path)) - kept)), f"{arguments}: the files")
+                    problems = report["problems"] + [problem for model in report.get("models", []) for problem in model["problems"]]
+                    check(problems or code == 0, f"{arguments}: it is not said why")
+                    problem_keys |= keys_in(problems)
+                    keys |= keys_in({key: value for key, value in report.items() if key != "problems"})
+        own = report_schema().schema["$defs"].get("text" if "text" in keys and name != "profiles" else name, {})
+        equal(sorted(keys_of(own) - keys), [], f"{name}: members of the schema that nobody has seen")
+    known = set(report_schema().schema["$defs"]["problem"]["properties"])
+    equal(sorted(known - problem_keys), [], "members of a problem that nobody has seen")
+
+
+@native_only
+def programs_read_the_same_of_a_model_as_people():
+    with folder() as path:
+        report = reported(run("check", "--json", "faults.json", "unknown.json", cwd=path), "check")
+        lines = text(run("check", "faults.json", "unknown.json", cwd=path).stdout).splitlines()
+        said = [f"{p['file']}:{p['line']}:{p['column']}: {p['severity']}: " for m in report["models"] for p in m["problems"]]
+        equal([line[:len(start)] for line, start in zip([line for line in lines if ": error: " in line or ": warning: " in line
+                                                         or ": note: " in line], said)], said, "the places")
+        exported = reported(run("export", "--json", "faults.json", "unknown.json", "--jobs", "2", cwd=path), "export")
+        problems = [[p for p in m["problems"] if p["severity"] != "note"] for m in report["models"]]
+        equal([[p for p in m["problems"] if p["code"] != "module-message"] for m in exported["models"]], problems, "export")
+        equal([m["model"] for m in exported["models"]], ["faults.json", "unknown.json"], "the order")
+
+
+@native_only
+def names_that_are_not_utf_8_are_marked_for_programs():
+    with folder() as path:
+        shutil.copy(path / "one.json", os.fsencode(path) + b"/caf\xe9.json")
+        result = subprocess.run([os.fsencode(options.program), b"export", b"caf\xe9.json", b"--json"], cwd=path,
+                                capture_output=True, env=environment(), timeout=60)
+        report = reported(result, "a name in Latin-1")
+        equal([(m["model"], m["files"]) for m in report["models"]], [("caf\ufffd.json", ["caf\ufffd.ifc"])], "the names")
+
+
+@native_only
+def programs_are_told_of_an_interrupt_and_of_a_language_that_is_none():
+    with folder() as path:
+        large_model(path)
+        process = subprocess.Popen(command(options.program, "export", "one.json", "large.json", "--json"), cwd=path,
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE, env=environment())
+        wait_for_partial_file(path, process)
+        process.send_signal(signal.SIGINT)
+        out, err = process.communicate(timeout=60)
+        report = reported(subprocess.CompletedProcess([], process.returncode, out, err), "interrupted")
+        equal([p["code"] for p in report["problems"]], ["interrupted"], "the problems")
+        check("one.json" in [m["model"] for m in report["models"]], "what was done before is not said")
+        report = reported(run("check", "one.json", "--json", cwd=path, language="xx"), "language")
+        equal([(p["code"], report["exitCode"]) for p in report["problems"]], [("bad-use", 2)], "language")
+        seen, out = on_terminal(path, "export", "large.json", "--json")
+        check(re.search(rb" of [\d,]+ bars ", seen), "no progress on the terminal")
+        reported(subprocess.CompletedProcess([], 0, out, b""), "on a terminal")
+
+
+@native_only
+def every_code_of_a_problem_is_in_the_schema():
+    codes = report_schema().schema["$defs"]["problem"]["properties"]["code"]["enum"]
+    equal(codes, sorted(documented_codes()), "the codes of docs/exportifc.schema.json and of docs/checks.md")
 
 
 # ---- the viewer's page
@@ -668,6 +848,17 @@ def names_that_differ_by_case_or_trailing_dots():
                 check(b"are the same file" not in result.stderr, result.stderr)
 
 
+@test
+def names_of_devices_are_kept_where_the_system_has_them():
+    said = {"en": "exportifc: error: CON.ifc: Windows keeps the name CON for a device; choose another\n",
+            "pt": "exportifc: erro: CON.ifc: o Windows reserva o nome CON para um dispositivo; escolha outro\n"}
+    for language, error in said.items():
+        with folder() as path:
+            result = run("export", "one.json", "-q", "-o", "CON.ifc", cwd=path, language=language)
+            equal((result.returncode, text(result.stderr)), (2, error) if options.wine else (0, ""), "CON.ifc")
+            equal(set(written(path)), set() if options.wine else {"CON.ifc"}, "files")
+
+
 @native_only
 def redirected_streams_are_files_of_the_call():
     with folder() as path:
@@ -739,15 +930,19 @@ def the_programs_own_files_are_no_outputs():
 
 # ---- documents
 
+def documented_codes():
+    rows = [line.split("|")[1] for line in (ROOT / "docs/checks.md").read_text().splitlines() if line.startswith("| `")]
+    return set(re.findall("`([^`]+)`", " ".join(rows)))
+
+
 @native_only
 def every_code_of_a_problem_is_documented():
-    sources = "".join(p.read_text() for room in ("library", "cli") for p in (ROOT / room).rglob("*.cpp"))
-    codes = set(re.findall(r'\.code = "([a-z-]+)"', sources))
-    codes |= set(re.findall(r'\b(?:add|warn)\(\s*"([a-z]+(?:-[a-z]+)+)"', sources))
+    sources = "".join(p.read_text() for room in ("library", "cli") for p in (ROOT / room).rglob("*.*"))
+    codes = set(re.findall(r'(?:\.code|Code) = "([a-z0-9-]+)"', sources))
+    codes |= set(re.findall(r'\bGroup \w+\{"([a-z-]+)"', sources))
+    codes |= set(re.findall(r'\b(?:add|warn|fail|refuse)\(\s*"([a-z]+(?:-[a-z0-9]+)+)"', sources))
     codes |= set(re.findall('"([a-z]+(?:-[a-z]+)+)"', (ROOT / "library/frame/plausibility.cpp").read_text()))
-    rows = [line.split("|")[1] for line in (ROOT / "docs/checks.md").read_text().splitlines() if line.startswith("| `")]
-    listed = set(re.findall("`([^`]+)`", " ".join(rows)))
-    equal(sorted(listed), sorted(codes), "the codes of docs/checks.md")
+    equal(sorted(documented_codes()), sorted(codes), "the codes of docs/checks.md")
 
 
 @native_only
@@ -839,7 +1034,7 @@ def schema_and_program_agree():
         for i, model in enumerate(models):
             names.append(f"s{i}.json")
             (path / names[-1]).write_text(json.dumps(model))
-        reports = json.loads(run("check", "--json", *names, cwd=path).stdout)
+        reports = json.loads(run("check", "--json", *names, cwd=path).stdout)["models"]
         for model, report in zip(models, reports):
             unreadable = any(p["code"] in ("unreadable", "not-json") for p in report["problems"])
             # The program takes an index below 0 in and reports it with those that are too large.
@@ -873,6 +1068,12 @@ def the_model_of_the_documentation_is_exported():
         (path / "portal.json").write_text(re.search(r"```json\n(.*?)```", page, re.S)[1])
         equal(run("export", "portal.json", "--strict", cwd=path).returncode, 0, "export")
         check(is_exchange((path / "portal.ifc").read_bytes(), 2), "not two elements")
+        page = text((ROOT / "docs/json-output.md").read_bytes())
+        objects = re.findall(r"^    exportifc (.*--json.*)\n+```json\n((?:.|\n)*?)```", page, re.MULTILINE)
+        check(objects, "no object in docs/json-output.md")
+        for arguments, wanted in objects:
+            said = re.sub(r'"seconds": [\d.e-]+', '"seconds": 0.01', text(run(*arguments.split(), cwd=path).stdout))
+            equal(said, wanted, arguments)
         lists = re.search(r"```text\n(.*?)```", (ROOT / "docs/takeoff.md").read_text(), re.S)[1]
         equal(text(run("takeoff", "portal.json", cwd=path).stdout), lists, "take-off")
 
@@ -890,7 +1091,7 @@ def variables_of_the_system_choose_the_language():
 
 @native_only
 def help_and_manual_speak_one_language():
-    commands = ["export", "check", "profiles", "sections", "convert", "view"]
+    commands = ["export", "check", "profiles", "sections", "convert", "view", "takeoff", "template"]
     calls = [["--help"], ["--man"], *([name, "--help"] for name in commands)]
     english = r"\b(the|with|when|write|without|file|folder|FILE|FOLDER|MODEL|OPTIONS|COMMAND|Usage|Options|Excludes|REQUIRED|NAME)\b"
     portuguese = r"\b(sem|com|não|arquivo|pasta|ARQUIVO|PASTA|MODELO|OPÇÕES|COMANDO|Uso|Opções|Exclui|REQUERIDO|NOME)\b"
@@ -924,6 +1125,7 @@ def main():
     parser.add_argument("--wine", action="store_true")
     parser.add_argument("--native", type=Path)
     parser.add_argument("--data", action="store_true")
+    parser.add_argument("--large", type=int, default=400000)
     parser.add_argument("--whole-names", action="store_true")
     parser.add_argument("--list", action="store_true")
     options = parser.parse_intermixed_args()

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include "tests/library/library_test.h"
 
@@ -26,6 +27,22 @@ class HeardConsole final : public Console {
 
  private:
   Lines lines_;
+};
+
+class FactsConsole final : public Console {
+ public:
+  void printLine(const std::string& /*line*/) override {}
+  void printError(const std::string& /*line*/) override {}
+  bool isWatched() const override { return false; }
+  bool isForPrograms() const override { return true; }
+  void addProblem(const Json& problem) override { facts_.push_back(problem); }
+  void addFact(const char* key, const Json& value) override { facts_.push_back({{key, value}}); }
+  void addItem(const char* list, const Json& value) override { facts_.push_back({{list, value}}); }
+
+  const Json& facts() const { return facts_; }
+
+ private:
+  Json facts_ = Json::array();
 };
 
 /// What is said of an action that ends by what `raise` throws, and the exit code.
@@ -73,7 +90,7 @@ TEST(Guarded, LetsAnInterruptPass) {
 }
 
 TEST(KeptConsole, SaysItAgainInItsOrder) {
-  KeptConsole kept;
+  KeptConsole kept{HeardConsole()};
   kept.printLine("a");
   kept.printError("b");
   kept.printLine("c");
@@ -81,6 +98,29 @@ TEST(KeptConsole, SaysItAgainInItsOrder) {
   HeardConsole console;
   kept.repeat(console);
   EXPECT_EQ(console.lines(), Lines({"out: a", "err: b", "out: c"}));
+}
+
+TEST(KeptConsole, KeepsFactsForProgramsThatPeopleDoNotHear) {
+  HeardConsole people;
+  EXPECT_FALSE(KeptConsole(people).isForPrograms());
+  KeptConsole kept(people);
+  kept.addProblem({{"code", "x"}});
+  kept.addFact("bars", 1);
+  kept.addItem("files", "a.ifc");
+  kept.repeat(people);
+  EXPECT_EQ(people.lines(), Lines());
+  FactsConsole program;
+  EXPECT_TRUE(KeptConsole(program).isForPrograms());
+  kept.repeat(program);
+  EXPECT_EQ(program.facts(), Json::array({{{"code", "x"}}, {{"bars", 1}}, {{"files", "a.ifc"}}}));
+}
+
+TEST(Failures, AreFactsForPrograms) {
+  FactsConsole program;
+  program.reportFailure(Failure(exitNotWritten, "no"));
+  program.reportError(outOfMemoryCode, "full");
+  EXPECT_EQ(program.facts(),
+            Json::array({failureJson("not-written", "no"), failureJson("out-of-memory", "full")}));
 }
 
 }  // namespace

@@ -12,8 +12,8 @@
 #endif
 
 #include "cli/failure.h"
-#include "cli/paths.h"
 #include "cli/system.h"
+#include "library/files/paths.h"
 #include "library/frame/model_export.h"
 #include "library/sections/profile_drawing.h"
 #include "library/text/file_extension.h"
@@ -181,6 +181,24 @@ TEST_F(FilePlans, NobodyLosesADevice) {
 #endif
   EXPECT_FALSE(areOneOutput(device, device));
   EXPECT_FALSE(areOne(device, device));
+}
+
+TEST_F(FilePlans, KeepNamesOfDevicesWhereTheSystemHasThem) {
+  for (const std::string name : {"con.ifc", "Aux", "COM1.x.ifc", "lpt9", "NUL.ifc", "sub/PRN .txt",
+                                 "nul/a.ifc", "conout$"}) {
+    FilePlan plan;
+#ifdef _WIN32
+    EXPECT_NE(failureOf([&] { plan.writes(in(name)); }).find("Windows keeps the name"),
+              std::string::npos)
+        << name;
+#else
+    EXPECT_EQ(failureOf([&] { plan.writes(in(name)); }), "") << name;
+#endif
+  }
+  for (const std::string name : {"contact.ifc", "COM0.ifc", "COM10", "a.con", "nul"}) {
+    FilePlan plan;
+    EXPECT_EQ(failureOf([&] { plan.writes(in(name)); }), "") << name;
+  }
 }
 
 #ifndef _WIN32

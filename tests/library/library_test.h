@@ -28,6 +28,10 @@ using InLanguage = SpokenLanguage;
 
 // ---- models
 
+/// Which bars are checked and exported.
+inline constexpr bool all = false;
+inline constexpr bool visibleOnly = true;
+
 /// A section of that name and text, with the dimensions that the text gives.
 ModelSection sectionOf(const std::string& text);
 

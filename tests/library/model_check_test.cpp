@@ -14,17 +14,16 @@
 namespace exportifc {
 namespace {
 
+using test::all;
 using test::brief;
 using test::briefs;
 using test::InLanguage;
 using test::problemWith;
 using test::sectionOf;
 using test::soundModel;
+using test::visibleOnly;
 
 using Briefs = std::vector<std::string>;
-
-constexpr bool all = false;
-constexpr bool visibleOnly = true;
 
 ModelSection undefined(const std::string& name) {
   return {.name = name, .text = {}, .defined = false};

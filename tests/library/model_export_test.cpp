@@ -17,11 +17,10 @@
 namespace exportifc {
 namespace {
 
+using test::all;
 using test::sectionOf;
 using test::soundModel;
-
-constexpr bool all = false;
-constexpr bool visibleOnly = true;
+using test::visibleOnly;
 
 bool always(std::int32_t /*bar*/) { return true; }
 

@@ -9,8 +9,10 @@
 #include <gtest/gtest.h>
 
 #include "cli/failure.h"
-#include "cli/paths.h"
 #include "cli/system.h"
+#include "library/files/file_names.h"
+#include "library/files/file_system.h"
+#include "library/files/paths.h"
 #include "tests/library/library_test.h"
 #include "tests/support/files.h"
 #include "tests/support/random.h"
@@ -63,7 +65,7 @@ TEST(OutputFile, AppearsWholeOrNotAtAll) {
     EXPECT_FALSE(fs::exists(path));
     const Names names = namesIn(folder.path());
     ASSERT_EQ(names.size(), 1U);
-    EXPECT_EQ(names[0], "a.ifc." + std::to_string(system::processId()) + ".part");
+    EXPECT_EQ(names[0], "a.ifc." + std::to_string(files::processId()) + ".part");
     file.commit();
     EXPECT_FALSE(file.failed());
   }
@@ -155,6 +157,28 @@ TEST(OutputFile, NeedsItsFolder) {
   const std::string name = textOf(folder.path() / "no" / "such" / "a.ifc");
   EXPECT_EQ(failureOf([&] { const OutputFile file(name); }),
             "4: cannot write " + name + ": the folder " + missing + " does not exist");
+}
+
+TEST(OutputFile, MayHaveANameOfAnyLength) {
+  const TemporaryFolder folder;
+  const fs::path top = folder.path() / "coberturas metálicas";
+  const fs::path deep = top / pathOf(std::string(120, 'a') + "ç") / std::string(120, 'b');
+  fs::create_directories(files::anyLength(deep));
+  const std::string name = textOf(deep / pathOf("galpão.ifc"));
+  {
+    OutputFile file(name);
+    file.write("new");
+    file.commit();
+  }
+  std::filebuf file;
+  ASSERT_EQ(exportifc::openInput(file, name), 0);
+  EXPECT_EQ(file.sbumpc(), 'n');
+  EXPECT_EQ(identityOf(pathOf(name)),
+            identityOf(deep / ".." / deep.filename() / pathOf("galpão.ifc")));
+  file.close();
+  for (const fs::path& left : {pathOf(name), deep, deep.parent_path()}) {
+    EXPECT_TRUE(fs::remove(files::anyLength(left)));  // which Windows cannot do by itself
+  }
 }
 
 TEST(OutputFile, IsNoFolder) {

@@ -69,18 +69,30 @@ TEST(ConvertedFormat, IsTheOtherWhenTheNameSaysNothing) {
 
 TEST(ConvertedFormat, IsAnother) {
   EXPECT_EQ(failureOf([] { convertedFormat("a.json", json, "b.json"); }),
-            "b.json: a.json is a JSON model already, and becomes a batch text file: choose a name "
-            "that ends in .txt");
-  EXPECT_EQ(
-      failureOf([] { convertedFormat("-", batch, "b.txt"); }),
-      "b.txt: standard input is a batch text file already, and becomes a JSON model: choose a "
-      "name that ends in .json");
+            "b.json: a.json is a JSON model already: choose a name that ends in one of .txt, "
+            ".xlsx, .zip");
+  EXPECT_EQ(failureOf([] { convertedFormat("-", batch, "b.txt"); }),
+            "b.txt: standard input is a batch text file already: choose a name that ends in one of "
+            ".json, .xlsx, .zip");
 }
 
 TEST(ConvertedFormat, IsThatOfAModel) {
-  EXPECT_EQ(failureOf([] { convertedFormat("a.json", json, "b.ifc"); }),
-            "b.ifc: a batch text file would be written, but .ifc is the extension of an IFC file: "
-            "choose a name that ends in .txt, or write exportifc export for an IFC file");
+  EXPECT_EQ(
+      failureOf([] { convertedFormat("a.json", json, "b.ifc"); }),
+      "b.ifc: a batch text file would be written, but .ifc is the extension of an IFC file: "
+      "choose a name that ends in .txt, .xlsx, .zip, or write exportifc export for an IFC file");
+}
+
+TEST(ConvertedFormat, IsNoSingleTable) {
+  EXPECT_EQ(failureOf([] { convertedFormat("a.json", json, "b/c.CSV"); }),
+            "b/c.CSV: tables are several CSV files; write -o b/c/ for a folder of them, or "
+            "exportifc takeoff -o b/c.CSV for the lists of a take-off");
+}
+
+TEST(ConvertedFormat, OfSafIsNeverSaf) {
+  const Format& saf = formatOf(ModelFormat::saf);
+  EXPECT_EQ(convertedFormat("a.xlsx", saf, "b.xlsx").id, ModelFormat::tables);
+  EXPECT_EQ(convertedFormat("a.xlsx", saf, "-").id, ModelFormat::json);
 }
 
 }  // namespace

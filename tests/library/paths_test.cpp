@@ -1,12 +1,16 @@
-#include "cli/paths.h"
+#include "library/files/paths.h"
 
+#include <cerrno>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "library/files/file_names.h"
 #include "library/text/file_extension.h"
+#include "tests/library/library_test.h"
+#include "tests/support/files.h"
 
-namespace exportifc::cli {
+namespace exportifc {
 namespace {
 
 TEST(Paths, AreTheTextThatTheUserTypes) {
@@ -33,5 +37,15 @@ TEST(ExtensionOf, IsInLowerCase) {
   EXPECT_EQ(extensionOf("a/.."), "");
 }
 
+TEST(ReadErrorText, KnowsPatternsAndListsThatAreNoNames) {
+  const test::InLanguage english(Language::english);
+  EXPECT_EQ(readErrorText("no such *.json", ENOENT), "no file matches the pattern");
+  const test::TemporaryFolder folder;
+  const std::string file = folder.file("a.json");
+  test::writeFile(file, "{}");
+  EXPECT_EQ(readErrorText(file + ",", ENOENT),
+            "the file does not exist; did you mean " + file + "?");
+}
+
 }  // namespace
-}  // namespace exportifc::cli
+}  // namespace exportifc

@@ -15,6 +15,7 @@
 namespace exportifc {
 namespace {
 
+using test::all;
 using test::brief;
 using test::briefs;
 using test::InLanguage;
@@ -22,11 +23,9 @@ using test::problemWith;
 using test::sectionOf;
 using test::sectionWith;
 using test::soundModel;
+using test::visibleOnly;
 
 using Briefs = std::vector<std::string>;
-
-constexpr bool all = false;
-constexpr bool visibleOnly = true;
 
 Briefs notesOf(const std::string& text) { return briefs(sectionNotes(sectionOf(text), {})); }
 Briefs notesOf(const Model& model) { return briefs(checkPlausibility(model, all)); }

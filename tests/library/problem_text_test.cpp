@@ -72,5 +72,13 @@ TEST(SeverityText, IsForPeopleAndTheCodeForPrograms) {
   EXPECT_STREQ(severityCode(Severity::note), "note");
 }
 
+TEST(PlacedLine, NamesTheFileInItsFolder) {
+  const InLanguage english(Language::english);
+  const Problem problem{.message = "x", .place = {.line = 3, .column = 2}, .file = "bars.csv"};
+  EXPECT_EQ(placedLine("hall", problem, problem.message), "hall/bars.csv:3:2: error: x");
+  EXPECT_EQ(placedLine("hall/", problem, problem.message), "hall/bars.csv:3:2: error: x");
+  EXPECT_EQ(placedLine("", problem, problem.message), "bars.csv:3:2: error: x");
+}
+
 }  // namespace
 }  // namespace exportifc

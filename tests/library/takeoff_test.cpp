@@ -4,14 +4,18 @@
 #include <cmath>
 #include <initializer_list>
 #include <numbers>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include "library/frame/text_sink.h"
 #include "library/sections/section_figures.h"
 #include "library/takeoff/takeoff_tables.h"
+#include "library/workbook/workbook.h"
+#include "library/workbook/workbook_writer.h"
 #include "tests/library/library_test.h"
 #include "tests/support/sinks.h"
 
@@ -269,6 +273,37 @@ TEST(TakeoffTables, CsvHasNoFormulaAndQuotesWhatSeparates) {
   EXPECT_NE(csv.find("\r\n(no layer),2,"), std::string::npos);
 }
 
+TEST(TakeoffTables, SheetsHaveNumbersAsNumbers) {
+  Model model = soundModel();
+  model.sections[0].name = "=1+1";
+  std::vector<TakeoffTable> tables = takeoffTables(model, takeoffOf(model, {}));
+  std::for_each(tables.begin(), tables.end(), keepColumnsForPeople);
+  std::string bytes;
+  TextSink sink(bytes);
+  ASSERT_TRUE(writeWorkbook(takeoffSheets(tables), sink));
+  std::stringbuf file(bytes, std::ios::in);
+  const Workbook book(file);
+  ASSERT_EQ(book.sheetNames().size(), tables.size());
+  for (const TakeoffTable& table : tables) {
+    const Sheet& sheet = book.sheet(table.title);
+    ASSERT_EQ(sheet.rows.size(), table.rows.size() + 2) << "headings and totals, too";
+    for (std::size_t i = 0; i < table.columns.size(); ++i) {
+      const auto column = static_cast<std::int32_t>(i);
+      EXPECT_EQ(cellAt(sheet.rows.front(), column)->text, table.columns[i].title);
+      double sum = 0.0;
+      for (std::size_t row = 0; row < table.rows.size() && !table.columns[i].isText; ++row) {
+        const Cell* const cell = cellAt(sheet.rows[row + 1], column);
+        ASSERT_EQ(cell->kind, Cell::Kind::number) << table.columns[i].title;
+        sum += cell->number;
+      }
+      if (table.columns[i].key == "massKg") {
+        EXPECT_NEAR(cellAt(sheet.rows.back(), column)->number, sum, 1e-9);
+      }
+    }
+  }
+  EXPECT_EQ(cellAt(book.sheet(tables.front().title).rows[1], 0)->text, "=1+1");
+}
+
 TEST(TakeoffTables, LinesStandBelowOneAnother) {
   auto all = tables(mixedModel());
   keepColumnsForPeople(all[2]);
@@ -289,7 +324,7 @@ TEST(TakeoffTables, LinesHaveADashForAFigureThatIsNone) {
 
 TEST(TakeoffTables, JsonHasKeysThatKnowNoLanguage) {
   const InLanguage portuguese(Language::portuguese);
-  const auto json = takeoffJson(tables(mixedModel()));
+  const auto json = nlohmann::json::parse(takeoffJson(tables(mixedModel())).text());
   EXPECT_EQ(json["sections"][0]["section"], "=pilar; \"A\"");
   EXPECT_EQ(json["sections"][0]["material"], "A36");
   EXPECT_EQ(json["sections"][0]["massKg"], 63.679);

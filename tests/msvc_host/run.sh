@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# The DLL in a host of Microsoft's binary interface, and in the same host built for mingw-w64.
+# The DLL in a host of Microsoft's binary interface, and in the same host built for mingw-w64; the
+# library for other languages in a host in C of that interface.
 #
 #   tests/msvc_host/run.sh [BUILD]     default build/windows
 #
-# host.cpp says what each case does. Ends with "N passed, N failed".
+# host.cpp says what each case does, tests/c_library/c_host.c what is asked of the library. Ends with "N passed, N failed".
 set -uo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
@@ -16,7 +17,7 @@ cd "$root" || exit 1
 warnings=(-Wall -Wextra -Wpedantic -Wconversion -Werror)
 
 # Without Microsoft's headers and libraries: the system's functions by name alone.
-for library in kernel32 vcruntime140; do
+for library in kernel32 vcruntime140 msvcrt; do
   holds "the functions of $library" \
     llvm-dlltool -m i386:x86-64 -d "$source/$library.def" -l "$work/$library.lib"
 done
@@ -38,18 +39,23 @@ holds "clang builds it for mingw-w64" \
   $source/host.cpp -o "$work/clang.exe" -static --ld-path=/usr/bin/x86_64-w64-mingw32-ld "-L$runtime" \
   -lstdc++ -lgcc_eh -lpthread  # the last for the two before it
 
-# run HOST CASE: in a folder of its own; the checks of the host count as ours.
-run() {
-  local folder=$work/$1-$2
-  mkdir "$folder" && cd "$folder" || exit 1
-  cp "$root/samples/galpao.txt" modelo.txt
-  cp "$build/exportIFC.dll" "$work/$1.exe" .
-  "$root/scripts/wine.sh" "./$1.exe" exportIFC.dll "$2" >run.log 2>error.log
+# count_said HOST COMMAND...: runs it here; the checks of the host count as ours.
+count_said() {
+  "${@:2}" >run.log 2>error.log
   code=$?
   tr -d '\r' <run.log >said.txt
   passed=$((passed + $(grep -c '^ok: ' said.txt)))
   failed=$((failed + $(grep -c '^FAILED: ' said.txt)))
   sed -n "s/^FAILED: /not as it should be: $1, /p" said.txt
+}
+
+# run HOST CASE: in a folder of its own.
+run() {
+  local folder=$work/$1-$2
+  mkdir "$folder" && cd "$folder" || exit 1
+  cp "$root/samples/galpao.txt" modelo.txt
+  cp "$build/exportIFC.dll" "$work/$1.exe" .
+  count_said "$1" "$root/scripts/wine.sh" "./$1.exe" exportIFC.dll "$2"
 }
 
 whole() { [[ $(head -c 13 "$1") == 'ISO-10303-21;' && $(tail -n 1 "$1" | tr -d '\r') == 'END-ISO-10303-21;' ]]; }
@@ -78,5 +84,19 @@ for host in msvc gcc clang; do
     fi
   done
 done
+
+cd "$root" || exit 1
+# Compiled without Microsoft's headers, linked with what the library's users are given.
+of_microsoft=(clang --target=x86_64-pc-windows-msvc -std=c99 -ffreestanding -O1 "${warnings[@]}" "-I$source/c_runtime")
+holds "clang builds the host in C for Microsoft's interface" \
+  "${of_microsoft[@]}" -Iinclude -c tests/c_library/c_host.c -o "$work/c_host.obj"
+holds "and what its compiler would bring" "${of_microsoft[@]}" -c "$source/c_runtime/start.c" -o "$work/start.obj"
+holds "and lld links it with the library" \
+  lld-link /nologo /subsystem:console /entry:mainCRTStartup /nodefaultlib "/out:$work/c_host.exe" \
+  "$work/c_host.obj" "$work/start.obj" "$work/msvcrt.lib" "$build/libexportifc.dll.a"
+cp "$build"/exportifc-[0-9]*.dll "$work"
+cd "$work" || exit 1
+count_said c_host "$root/scripts/wine.sh" ./c_host.exe
+same "the host in C runs to its end" "$code $(tail -n 1 said.txt)" '0 end'
 
 end

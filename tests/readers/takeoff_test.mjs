@@ -84,5 +84,35 @@ families.forEach((family, i) => {
   run.check(`${family.word} paint`, near(row.paintPerMetreM2 * 1000, painted, part + 1 / painted), `${row.paintPerMetreM2} m²/m, in the file ${painted / 1000}`);
   run.check(`${family.word} pieces`, row.pieces === halves.length, `${row.pieces}`);
 });
+// ---- the frame of tests/saf, from its SAF workbook and its tables: volumes and ends by hand
+
+const diagonal = Math.hypot(5000, 3000);
+// Elements, and millimetres times square millimetres of the shapes without fillets.
+const frame = {
+  'HE 180 180 14 8.5': [8, 8 * 3000 * (2 * 180 * 14 + 152 * 8.5)],
+  'IPE 300 150 10.7 7.1': [8, (4 * 6000 + 4 * 5000) * (2 * 150 * 10.7 + 278.6 * 7.1)],
+  '2LLM 75 0 0 8 10': [8, 4 * diagonal * 2 * 8 * (2 * 75 - 8)],
+  'UENR 200 75 20 2': [3, 3 * 5000 * (200 * 2 + 2 * 73 * 2 + 2 * 18 * 2)],
+};
+for (const model of ['two_storey.xlsx', 'two_storey_tables.xlsx', 'two_storey_tables']) {
+  const file = join(folder, `${model.replace('.xlsx', '')}.ifc`);
+  exportifc('export', join(top, 'tests', 'saf', model), '-q', '-o', file);
+  const members = read('web-ifc', file);
+  run.check(`${model} has the elements of the frame`, members.length === 27, `${members.length}`);
+  for (const [section, [count, volume]] of Object.entries(frame)) {
+    const own = members.filter((element) => element.description === section);
+    run.check(`${model}: ${section}, elements`, own.length === count, `${own.length}`);
+    const found = own.reduce((sum, element) => sum + Math.abs(measure(element).volume), 0);
+    run.check(`${model}: ${section}, volume`, near(found, volume, 1e-4), `${found} mm³, by hand ${volume}`);
+  }
+  const boxes = members.map((element) => measure(element).box);
+  const low = [0, 1, 2].map((k) => Math.min(...boxes.map(([from]) => from[k])));
+  const high = [0, 1, 2].map((k) => Math.max(...boxes.map(([, to]) => to[k])));
+  // Columns of 180 mm around the corners of 6 m by 5 m; purlins of 200 mm upon the upper beams; braces are cut square to
+  // their axes, so half a leg of 75 mm reaches below the floor.
+  const box = [[-90, -90, (-75 / 2) * (5000 / diagonal)], [6090, 5090, 6200]];
+  run.check(`${model} stands where it should`, [...low, ...high].every((value, k) => Math.abs(value - box.flat()[k]) < 0.5), `${low} ${high}`);
+}
+
 run.check('every element is compared', next === elements.length, `${next} of ${elements.length}`);
 run.finish();

@@ -1,11 +1,12 @@
 // Does one thing to the module in a process of its own and says how it went, in one line.
 //
 //   module_probe MODULE export PATH          "returned N" or "threw"
+//   module_probe MODULE folder PATH          the same for each file of a folder, with its name
 //   module_probe MODULE sizes PATH SIZE      the same export once for every file size below SIZE
 //                                            (Linux): "N sizes" or the first that went wrong
-//   module_probe MODULE loads N              bytes of memory gained by N times loading and
-//   unloading module_probe MODULE exports N PATH       bytes of memory gained by N exports
-//   module_probe MODULE hold PATH SECONDS    keeps PATH open for itself alone ("held" when it is)
+//   module_probe MODULE loads N              bytes of memory gained by loading and unloading N
+//   times module_probe MODULE exports N PATH       bytes of memory gained by N exports module_probe
+//   MODULE hold PATH SECONDS    keeps PATH open for itself alone ("held" when it is)
 #include <array>
 #include <chrono>
 #include <cstdint>
@@ -19,6 +20,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <vector>
 
 #include "examples/box_answerer.h"
 #include "tests/module/loaded_module.h"
@@ -61,6 +63,20 @@ int exportOnce(const char* modulePath, const char* path) {
     std::printf("returned %d\n", static_cast<int>(module.plugInExportIfcFile(path)));
   } catch (const char*) {
     std::printf("threw\n");
+  }
+  return 0;
+}
+
+/// A module for each file: none finds what another left behind.
+int exportFolder(const char* modulePath, const char* folder) {
+  std::vector<std::string> paths;  // before exports make files of their own
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    paths.push_back(entry.path().string());
+  }
+  for (const std::string& path : paths) {
+    std::printf("%s: ", path.c_str());
+    std::fflush(stdout);
+    exportOnce(modulePath, path.c_str());
   }
   return 0;
 }
@@ -163,6 +179,9 @@ int run(int argc, char** argv) {
   if (what == "export") {
     return exportOnce(argv[1], argv[3]);
   }
+  if (what == "folder") {
+    return exportFolder(argv[1], argv[3]);
+  }
   if (what == "sizes" && argc == 5) {
     return exportAtSizes(argv[1], argv[3], std::atoll(argv[4]));
   }
@@ -175,7 +194,7 @@ int run(int argc, char** argv) {
   if (what == "hold" && argc == 5) {
     return hold(argv[3], std::atoi(argv[4]));
   }
-  throw std::runtime_error("usage: module_probe MODULE export|sizes|loads|exports|hold ...");
+  throw std::runtime_error("usage: module_probe MODULE export|folder|sizes|loads|exports|hold ...");
 }
 
 }  // namespace

@@ -47,16 +47,9 @@ def new_folder(model=SMALL):
 
 
 def export(output, cwd, room=None, prefix=(), binary=program):
-    for attempt in range(3 if windows else 1):
-        result = subprocess.run([*prefix, *runner, str(binary), "export", "model.json", "-o", output], cwd=cwd,
-                                preexec_fn=faults.size_limit(room), stdin=subprocess.DEVNULL, capture_output=True,
-                                env={**os.environ, "EXPORTIFC_LANG": "C"}, timeout=120)
-        # About once in a thousand runs Wine ends a program before it begins: code 1, not a word.
-        # The program itself always says why it fails.
-        if result.returncode != 1 or result.stdout or result.stderr:
-            break
-        print(f"Wine did not begin the program, attempt {attempt + 1}")
-    return result
+    return subprocess.run([*prefix, *runner, str(binary), "export", "model.json", "-o", output], cwd=cwd,
+                          preexec_fn=faults.size_limit(room), stdin=subprocess.DEVNULL, capture_output=True,
+                          env={**os.environ, "EXPORTIFC_LANG": "C"}, timeout=120)
 
 
 def refused(name, folder, output, reason, **how):

@@ -16,8 +16,6 @@ namespace {
 using Lines = std::vector<std::string>;
 using Points = std::vector<OutlinePoint>;
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-
 /// The sign of a zero counts.
 void expectPoint(const OutlinePoint& point, double x, double y, double z) {
   EXPECT_EQ(std::bit_cast<std::uint64_t>(point.x), std::bit_cast<std::uint64_t>(x)) << point.x;
@@ -81,6 +79,7 @@ TEST(BoundingBoxCentre, TheFirstOfTwoZerosStays) {
 }
 
 TEST(BoundingBoxCentre, ANanWidensNothing) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
   expectPoint(boundingBoxCentre(Points{{0, 0, 0}, {nan, 2, nan}, {4, nan, 6}}), 2, 1, 3);
   const OutlinePoint first = boundingBoxCentre(Points{{nan, 0, 0}, {1, 1, 1}});
   EXPECT_NE(first.x, first.x) << "a NaN in the first point is never replaced";
