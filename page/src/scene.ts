@@ -50,7 +50,7 @@ export class View {
   private tellFirst: () => void = () => undefined;
   private showsGrid = true;
   private stale = true; // the picture no longer shows what it should
-  private untried = false; // there are solids of which none has been drawn
+  private untried = true; // there is something the graphics have not made ready
   private scheduled = false; // a drawing will begin
   private busy = false; // a drawing is under way
   private disposed = false;
@@ -257,14 +257,16 @@ export class View {
     this.scheduled = false;
     if (this.disposed) return;
     this.busy = true;
+    while (this.untried) {
+      await this.tryOut();
+      if (this.disposed) return;
+    }
     const start = performance.now();
-    const { untried } = this;
-    if (untried) this.tryOut();
-    else if (this.stale) this.draw();
+    if (this.stale) this.draw();
     else this.render(this.detail.next(), false);
     await this.finished();
     this.busy = false;
-    if (!untried) this.detail.learn(performance.now() - start);
+    this.detail.learn(performance.now() - start);
     this.tellFirst();
     if (this.stale || !this.detail.finished) this.schedule();
   }
@@ -280,12 +282,16 @@ export class View {
     gl.deleteSync(done);
   }
 
-  /** Draws a solid into the picture that is there: what the graphics make for the first one is not added to a whole picture. */
-  private tryOut(): void {
+  /** Lets the graphics make their programs, and what the first solid takes, while the page goes on: both take a tenth of a second in software. */
+  private async tryOut(): Promise<void> {
     this.untried = false;
+    this.renderer.compile(this.scene, this.cameras.prepared());
+    await this.finished();
     const { shapes, shapeOf } = this.geometry;
     const solid = shapeOf.findIndex((shape) => shapes[shape] !== undefined);
-    if (solid >= 0) this.render({ solids: Uint32Array.of(solid), lines: new Uint32Array() }, false);
+    if (solid < 0 || this.disposed) return;
+    this.render({ solids: Uint32Array.of(solid), lines: new Uint32Array() }, false); // into the picture that is there
+    await this.finished();
   }
 
   /** Begins a picture at once. */

@@ -6,6 +6,12 @@ cd "$(dirname "${BASH_SOURCE[0]}")/../.." || exit 1
 # shellcheck source=tests/support/outcome.sh
 . tests/support/outcome.sh
 
+[[ -s build/windows/exportIFC.dll ]] || {
+  echo "exportIFC.dll is missing: cmake --preset windows && cmake --build --preset windows" >&2
+  echo "0 passed, 1 failed"
+  exit 1
+}
+
 # With their debugging symbols, whose sum the stripped files keep.
 for file in build/windows/{exportIFC.dll,exportifc.exe,exportifc-[0-9]*.dll} build/linux/{exportifc,libexportifc.so} \
   build/linux/portable/{exportifc,libexportifc.so} page/dist/{viewer,exportifc}.html; do
