@@ -10,6 +10,7 @@
 #include "cli/output_file.h"
 #include "cli/system.h"
 #include "library/files/file_names.h"
+#include "library/text/text_encoding.h"
 
 namespace exportifc::cli {
 
@@ -57,7 +58,8 @@ ExitCode guarded(Console& console, const std::string& model,
 
 void StandardConsole::printLine(const std::string& line) {
   errno = 0;
-  const bool written = std::fputs((line + "\n").c_str(), stdout) >= 0 && std::fflush(stdout) == 0;
+  const bool written = std::fputs((withVisibleControls(line) + "\n").c_str(), stdout) >= 0 &&
+                       std::fflush(stdout) == 0;
   if (!written) {
     throw Failure(exitNotWritten,
                   say(texts::cannotWrite, {say(texts::standardOutput), systemErrorText(errno)}));
@@ -65,7 +67,7 @@ void StandardConsole::printLine(const std::string& line) {
 }
 
 void StandardConsole::printError(const std::string& line) {
-  std::fputs((line + "\n").c_str(), stderr);
+  std::fputs((withVisibleControls(line) + "\n").c_str(), stderr);
 }
 
 bool StandardConsole::isWatched() const { return system::errorIsTerminal(); }

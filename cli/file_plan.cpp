@@ -49,6 +49,12 @@ bool isOwn(const std::string& name, OwnFile kind) {
   return false;
 }
 
+/// Whether a file is there; devices and pipes take what they are given.
+bool isThere(const std::string& name) {
+  std::error_code ignored;
+  return !isStandardStream(name) && fs::is_regular_file(pathOf(name), ignored);
+}
+
 }  // namespace
 
 FilePlan::FilePlan(bool isOutputTaken) : isOutputTaken_(isOutputTaken) {
@@ -96,11 +102,17 @@ void FilePlan::writes(const std::string& name, const std::string& role) {
   }
 }
 
+void FilePlan::writesNew(const std::string& name) {
+  writes(name);
+  if (isThere(name)) {
+    throw Failure(exitBadUse, say(texts::tablesThere, {name}));
+  }
+}
+
 void FilePlan::writesDerived(const std::string& name, const std::string& role, OwnFile kind,
                              const Text& advice) {
   writes(name, role);
-  std::error_code ignored;
-  if (!isStandardStream(name) && fs::is_regular_file(pathOf(name), ignored) && !isOwn(name, kind)) {
+  if (isThere(name) && !isOwn(name, kind)) {
     throw Failure(exitBadUse, say(texts::notOurs, {name, role, say(advice)}));
   }
 }

@@ -33,6 +33,9 @@ class FilePlan {
   /// An output that the user named.
   void writes(const std::string& name, const std::string& role = say(texts::fileOutput));
 
+  /// An output that a person goes on working in: one that is there is not replaced.
+  void writesNew(const std::string& name);
+
   /// An output whose name the program derived. `advice` says how a file that is
   /// in the way can be replaced.
   void writesDerived(const std::string& name, const std::string& role, OwnFile kind,

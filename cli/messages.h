@@ -224,6 +224,9 @@ inline constexpr Text tablesName{
     "{0}: a template is a workbook, whose name ends in .xlsx, or a folder, whose name ends in /",
     "{0}: um modelo de tabelas é uma planilha, cujo nome termina em .xlsx, ou uma pasta, cujo nome "
     "termina em /"};
+inline constexpr Text tablesThere{
+    "{0} is there already and may hold a model of yours: choose another name, or remove it first",
+    "{0} já existe e pode conter um modelo seu: escolha outro nome, ou remova-o antes"};
 inline constexpr Text helpView{"Write a page that shows the structure in a browser",
                                "Grava uma página que mostra a estrutura no navegador"};
 inline constexpr Text helpModels{
@@ -305,6 +308,8 @@ inline constexpr Text takeoffWeightless{
     "{0} {0:bar has|bars have} a section that is not drawn: without mass and paint in these lists",
     "{0} {0:barra tem|barras têm} uma seção que não é desenhada: sem massa e pintura nestas "
     "listas"};
+inline constexpr Text takeoffName{"{0}: the lists are written as .csv or as .xlsx",
+                                  "{0}: as listas são gravadas em .csv ou em .xlsx"};
 inline constexpr Text takeoffDensity{
     "--density: {0} is no density of a building material in kg/m³, allowed are 100 to 25000; steel "
     "has 7850",

@@ -23,13 +23,17 @@ std::optional<std::string> tablesOf(const std::string& folder) {
 
 bool isFolderName(const std::string& name) { return name.ends_with('/') || name.ends_with('\\'); }
 
+std::string tableFileIn(const std::string& folder, const Sheet& table) {
+  return textOf(pathOf(folder) / tableFileName(table.name));
+}
+
 std::vector<std::string> writeTableFolder(const std::vector<Sheet>& tables,
                                           const std::string& folder) {
   const MadeFolder made(folder);
   std::vector<std::string> names;
   std::vector<std::unique_ptr<OutputFile>> files;
   for (const Sheet& table : tables) {
-    names.push_back(textOf(pathOf(folder) / tableFileName(table.name)));
+    names.push_back(tableFileIn(folder, table));
     files.push_back(std::make_unique<OutputFile>(names.back()));
     files.back()->write(tableFileText(table));
   }

@@ -16,6 +16,9 @@ std::optional<std::string> tablesOf(const std::string& folder);
 /// Whether an output is meant as a folder: its name ends like one.
 bool isFolderName(const std::string& name);
 
+/// The name of a table's file in the folder.
+std::string tableFileIn(const std::string& folder, const Sheet& table);
+
 /// Writes each table as a CSV file into the folder, which is made; all of them or none. Gives the
 /// files.
 std::vector<std::string> writeTableFolder(const std::vector<Sheet>& tables,

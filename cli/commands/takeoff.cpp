@@ -62,6 +62,14 @@ constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 /// Whether the lists are to be the sheets of a workbook, instead of CSV.
 bool isWorkbook(const std::string& output) { return extensionOf(output) == ".xlsx"; }
 
+/// Whoever asks for .pdf or .ods would get CSV under that name.
+void requireLists(const std::string& output) {
+  const std::string extension = extensionOf(output);
+  if (!isStandardStream(output) && !extension.empty() && extension != takeoffKind.extension) {
+    throw Failure(exitBadUse, say(texts::takeoffName, {output}));
+  }
+}
+
 void printLists(Console& console, const std::vector<TakeoffTable>& tables, bool withCuts) {
   bool first = true;
   for (const TakeoffTable& table : tables) {
@@ -111,6 +119,7 @@ ExitCode run(const TakeoffCommand& options, Console& console) {
     files.writes(options.output);
     if (!isWorkbook(options.output)) {
       requireExtension(options.output, takeoffKind);
+      requireLists(options.output);
     }
   }
   const Model model = loadedModel(options, console);

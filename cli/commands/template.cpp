@@ -24,9 +24,11 @@ namespace {
 
 ExitCode run(const std::string& name, Console& console) {
   FilePlan files(console);
-  files.writes(name);
   const std::vector<WrittenSheet> tables = templateTables();
   if (!isStandardStream(name) && isFolderName(name)) {
+    for (const WrittenSheet& table : tables) {
+      files.writesNew(tableFileIn(name, table.sheet));
+    }
     std::vector<Sheet> sheets(tables.size());
     std::transform(tables.begin(), tables.end(), sheets.begin(),
                    [](const WrittenSheet& table) { return table.sheet; });
@@ -36,6 +38,7 @@ ExitCode run(const std::string& name, Console& console) {
   if (!isStandardStream(name) && extensionOf(name) != ".xlsx") {
     throw Failure(exitBadUse, say(texts::tablesName, {name}));
   }
+  files.writesNew(name);
   OutputFile output(name);
   writeWorkbook(tables, output);
   output.commit();

@@ -17,6 +17,8 @@ namespace {
 
 constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
 
+constexpr std::string_view zipMark = "PK\x03\x04";
+
 bool looksLikeJson(std::string_view start, std::string_view extension) {
   if (start.starts_with(utf8Mark)) {
     start.remove_prefix(utf8Mark.size());
@@ -24,10 +26,8 @@ bool looksLikeJson(std::string_view start, std::string_view extension) {
   const std::size_t first = start.find_first_not_of(" \t\r\n");
   const bool begins =
       first != std::string_view::npos && (start[first] == '{' || start[first] == '[');
-  return begins || extension == ".json";
+  return begins || (extension == ".json" && !start.starts_with(zipMark));
 }
-
-constexpr std::string_view zipMark = "PK\x03\x04";
 
 bool anyText(std::string_view start, std::string_view /*extension*/) {
   return !start.starts_with(zipMark);

@@ -146,6 +146,20 @@ char32_t takeCharacter(std::string_view& utf8) {
   return character;
 }
 
+namespace {
+
+/// "<U+00A0>"
+std::string numberOf(char32_t character) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  std::string text = "<U+";
+  for (int shift = 12; shift >= 0; shift -= 4) {
+    text += digits[(character >> shift) & 0xFU];
+  }
+  return text + '>';
+}
+
+}  // namespace
+
 std::string withVisibleBlanks(std::string_view utf8) {
   constexpr auto isHidden = [](char32_t c) {
     return c < ' ' || (c >= 0x7F && c <= 0xA0) || c == 0xAD || (c >= 0x2000 && c <= 0x200F) ||
@@ -155,18 +169,29 @@ std::string withVisibleBlanks(std::string_view utf8) {
   std::string text;
   while (!utf8.empty()) {
     const char32_t character = takeCharacter(utf8);
-    if (isHidden(character)) {
-      constexpr std::string_view digits = "0123456789ABCDEF";
-      text += "<U+";
-      for (int shift = 12; shift >= 0; shift -= 4) {
-        text += digits[(character >> shift) & 0xFU];
-      }
-      text += '>';
-    } else {
-      text += utf8Of(character);
-    }
+    text += isHidden(character) ? numberOf(character) : utf8Of(character);
   }
   return text;
+}
+
+std::string withVisibleControls(std::string_view text) {
+  const auto byteAt = [&](std::size_t i) {
+    return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+  };
+  std::string visible;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned byte = byteAt(i);
+    const unsigned following = byteAt(i + 1);
+    if ((byte < ' ' && byte != '\t' && byte != '\n') || byte == 0x7F) {
+      visible += numberOf(byte);
+    } else if (byte == 0xC2 && following >= 0x80 && following < 0xA0) {
+      visible += numberOf(following);
+      ++i;
+    } else {
+      visible += text[i];
+    }
+  }
+  return visible;
 }
 
 std::string firstUnwritable(std::string_view utf8) {

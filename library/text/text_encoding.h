@@ -24,6 +24,10 @@ char32_t takeCharacter(std::string_view& utf8);
 /// by their numbers: "W<U+00A0>200".
 std::string withVisibleBlanks(std::string_view utf8);
 
+/// The text with its control characters by their numbers, but for tabs and line ends: what a model
+/// says must not move the cursor of a terminal. Bytes that are no UTF-8 stay as they are.
+std::string withVisibleControls(std::string_view text);
+
 /// The first character above U+007F, as UTF-8; empty when there is none. The exchange file ends
 /// where a section name has one.
 std::string firstUnwritable(std::string_view utf8);

@@ -101,6 +101,11 @@ TEST(RecognisedFormat, TheNameMaySayWhatIsMeant) {
   EXPECT_EQ(recognised("unit: m", ".js"), ModelFormat::batch);
 }
 
+TEST(RecognisedFormat, NoNameMakesAWorkbookATextOfJson) {
+  EXPECT_EQ(recognised("PK\x03\x04...[Content_Types].xml", ".json"), ModelFormat::tables);
+  EXPECT_EQ(recognised("PK\x03\x04...nodes.csv", ".json"), ModelFormat::csv);
+}
+
 std::string refusal(std::string_view start) {
   try {
     recognisedFormat(start, ".json");

@@ -14,7 +14,7 @@
 #include <gtest/gtest.h>
 
 #include "library/formats/saf/saf_axes.h"
-#include "library/formats/saf/saf_members.h"
+#include "library/formats/saf/saf_bars.h"
 #include "library/formats/saf/saf_model.h"
 #include "library/formats/saf/saf_shapes.h"
 #include "library/frame/model_check.h"

@@ -212,6 +212,21 @@ TEST(WithVisibleBlanks, ShowsWhatLooksLikeNothing) {
             "\u2FFF<U+3000>\u3001\uFEFE<U+FEFF>\uFF00");
 }
 
+// ---- control characters
+
+TEST(WithVisibleControls, ShowsWhatATerminalWouldObey) {
+  EXPECT_EQ(withVisibleControls(""), "");
+  EXPECT_EQ(withVisibleControls("a\tb\nç €😀\u00A0~"), "a\tb\nç €😀\u00A0~");
+  EXPECT_EQ(withVisibleControls("\x1B[31mred\r\x7F"), "<U+001B>[31mred<U+000D><U+007F>");
+  EXPECT_EQ(withVisibleControls(std::string_view("a\0b", 3)), "a<U+0000>b");
+  EXPECT_EQ(withVisibleControls("\u0080\u009F\u00A0"), "<U+0080><U+009F>\u00A0");
+}
+
+TEST(WithVisibleControls, LeavesBytesThatAreNoText) {
+  EXPECT_EQ(withVisibleControls("\xFF\x80\xC2"), "\xFF\x80\xC2");
+  EXPECT_EQ(withVisibleControls("\xC2\x1B"), "\xC2<U+001B>");
+}
+
 // ---- plain letters
 
 TEST(FirstUnwritable, IsTheFirstCharacterBeyondAscii) {

@@ -1,8 +1,6 @@
 // The members of a SAF workbook as bars.
 #pragma once
 
-#include <cstdint>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -16,8 +14,5 @@ namespace exportifc::saf {
 /// Reads nodes, members and ribs; returns for each bar the cell of its member.
 std::vector<std::string> readMembers(const Workbook& book, const Project& project,
                                      const Sections& sections, Model& model);
-
-/// The bar type of a kind of member, by the number of `barTypes`; below 0 for a word that is none.
-int barTypeOfMember(std::string_view type);
 
 }  // namespace exportifc::saf
