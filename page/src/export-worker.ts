@@ -57,8 +57,13 @@ async function open(job: ModelJob): Promise<void> {
   let { file } = job;
   let start = await startOf(file);
   if (isZip(start)) {
-    file = await firstExchangeFile(file, mostBytes, tell());
-    start = await startOf(file);
+    // Workbooks are zips, too, and tables may be in one: whatever holds no exchange file is left to the exporter.
+    const inside = await firstExchangeFile(file, mostBytes, tell());
+    if (!inside && /\.ifczip$/i.test(job.name)) throw new Failed("badZip");
+    if (inside) {
+      file = inside;
+      start = await startOf(file);
+    }
   }
   if (start.startsWith(exchangeStart) || /\.(ifc|ifczip)$/i.test(job.name)) {
     if (file.size > mostBytes) throw new Failed("tooLargeHere");

@@ -39,6 +39,7 @@ export interface Problem {
   code: string;
   severity: "error" | "warning" | "note";
   message: string;
+  file?: string;
   line?: number;
   column?: number;
   cell?: string;

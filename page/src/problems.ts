@@ -56,7 +56,8 @@ export function barsText({ bars, firstBar }: Problem): string {
 
 function row(problem: Problem, { select }: Actions): HTMLLIElement {
   const { severity, firstBar, cell, line, message } = problem;
-  const places = [cell ?? (line ? text("line", line) : ""), barsText(problem)].filter((part) => part !== "").join(" · ");
+  const [table] = /[^/]+\.csv$/i.exec(problem.file ?? "") ?? [""]; // one of several in a zip
+  const places = [cell ?? table, line && !cell ? text("line", line) : "", barsText(problem)].filter((part) => part !== "").join(" · ");
   const words = [
     make("b", { class: `severity ${severity}` }, text(severity)),
     make("span", {}, message),

@@ -13,6 +13,7 @@ import { modelPage } from "./template";
 import { type Language, language, speak, text, type TextKey } from "./texts";
 import { fromBase64, unpack } from "./unpack";
 import { Viewer } from "./viewer";
+import { together } from "./zip";
 
 const samples: { name: string; label: TextKey }[] = [
   { name: "galpao.json", label: "sampleWarehouse" },
@@ -47,7 +48,7 @@ export class Workshop {
     (reason, detail) => this.refuse(() => text("badExchange", this.opened!.name) + (detail === "" ? ` ${text(reason)}` : ` ${detail}`)),
     () => this.arrived(),
   );
-  private readonly chooser = make("input", { type: "file", id: "chooser", class: "unseen", tabindex: -1 });
+  private readonly chooser = make("input", { type: "file", id: "chooser", class: "unseen", tabindex: -1, multiple: true });
   private opened: Opened | null = null;
   private opening: Running | null = null;
   private checking: Running | null = null;
@@ -62,7 +63,7 @@ export class Workshop {
     document.querySelector("header")!.append(make("nav", { id: "files" }));
     document.body.append(this.chooser);
     this.chooser.addEventListener("change", () => {
-      this.openFirst(this.chooser.files);
+      void this.openDropped(this.chooser.files);
       this.chooser.value = ""; // the same file may be chosen again
     });
     this.listenToDrops();
@@ -84,13 +85,18 @@ export class Workshop {
     document.addEventListener("drop", (event) => {
       event.preventDefault();
       over(false);
-      this.openFirst(event.dataTransfer?.files ?? null);
+      void this.openDropped(event.dataTransfer?.files ?? null);
     });
   }
 
-  private openFirst(files: FileList | null): void {
-    const file = files?.[0];
+  /** The first of the files; the tables of a model count as one. */
+  private async openDropped(list: FileList | null): Promise<void> {
+    const files = [...(list ?? [])];
+    const [file] = files;
     if (!file) return;
+    if (files.length > 1 && files.every(({ name }) => /\.csv$/i.test(name))) {
+      return this.open(await together(files).catch(() => file), text("tablesName"));
+    }
     this.open(file, file.name);
     if (files.length > 1) this.say(() => text("onlyFirst"));
   }

@@ -9,7 +9,7 @@ import { gunzipSync } from "node:zlib";
 import { unzipSync, zipSync } from "fflate";
 import { build } from "esbuild";
 import { embed } from "../embed.mjs";
-import { exported, modelText, needs, openPage, sample, scratch } from "./lib.mjs";
+import { exported, exportedByProgram, modelText, needs, openPage, sample, scratch } from "./lib.mjs";
 
 const root = fileURLToPath(new URL("../../", import.meta.url));
 const built = fileURLToPath(new URL("../dist/exportifc.html", import.meta.url));
@@ -155,6 +155,38 @@ async function testOneFile(check, browser, buildFolder) {
     assert.equal(await page.locator("#notes li", { hasText: "outro programa" }).count(), 0);
     assert.equal(await page.locator("#tab-takeoff").isVisible(), false, "an IFC file is no model");
   });
+  const frame = (name) => readFileSync(join(root, "tests/saf", name));
+  const tables = ["bars.csv", "nodes.csv", "sections.csv"].map((name) => [name, frame(`two_storey_tables/${name}`)]);
+  const frameFile = exportedByProgram(join(root, "tests/saf/two_storey.json"), buildFolder);
+  const workbooks = {
+    "frame.xlsx": frame("two_storey_tables.xlsx"),
+    "saf.xlsx": frame("two_storey.xlsx"),
+    "libreoffice.xlsx": frame("two_storey_saved_by_libreoffice.xlsx"),
+    "renamed.json": frame("two_storey_tables.xlsx"),
+    "zip.zip": zipSync(Object.fromEntries(tables)),
+  };
+  const isFrame = async (name) => {
+    assert.equal(await failedNow(page), "");
+    const { bytes, name: saveName } = await saved(page, "#save-ifc");
+    assert.equal(saveName, name);
+    assert.ok(withoutIds(bytes) === withoutIds(frameFile), "not the bytes of the program");
+    assert.equal(await page.locator("#tab-takeoff").isVisible(), true);
+  };
+  for (const [name, bytes] of Object.entries(workbooks)) {
+    await check(`${name} becomes the program's IFC file`, async () => {
+      await choose(page, name, bytes);
+      await isFrame(name.replace(/\.\w+$/, ".ifc"));
+    });
+  }
+  await check("tables that are dropped together are one model", async () => {
+    await drop(page, tables);
+    await isFrame("tabelas.ifc");
+  });
+  await check("a fault in one of them names its place", async () => {
+    await drop(page, tables.map(([name, bytes]) => [name, name === "bars.csv" ? Buffer.concat([bytes, Buffer.from("x;nowhere;nowhere;nothing\r\n")]) : bytes]));
+    assert.match(await failedNow(page), /^Não foi possível ler tabelas\.zip/);
+    assert.match(await page.locator("#problems li").first().textContent(), /nowhere.*bars\.csv · linha 25/);
+  });
   await check("the page is the viewer's own, filled in", async () => {
     await choose(page, "galpão.txt", Buffer.from(text, "latin1"));
     const { bytes } = await saved(page, "#save-ifc");
@@ -269,6 +301,8 @@ async function testFaults(check, browser, buildFolder) {
     "empty.json": ["", /^empty\.json is empty/],
     "broken.ifczip": [Buffer.from("PK\x03\x04 and no more"), /^broken\.ifczip holds no IFC file/],
     "without.ifczip": [zipSync({ "readme.txt": new Uint8Array(9) }), /^without\.ifczip holds no IFC file/],
+    "damaged.xlsx": [readFileSync(join(root, "tests/saf/two_storey.xlsx")).subarray(0, 3000), /^damaged\.xlsx cannot be read/],
+    "without.zip": [zipSync({ "readme.txt": new Uint8Array(9) }), /^without\.zip cannot be read/],
     "deep.json": ["[".repeat(200000), /^deep\.json cannot be read/],
     "picture.png": [Buffer.from([0x89, 0x50, 0x4e, 0x47, 0, 0, 0]), /^picture\.png cannot be read/],
   };
@@ -281,7 +315,7 @@ async function testFaults(check, browser, buildFolder) {
       await stillWorks();
     });
   }
-  await check("broken models of both formats never leave a dead page", async () => {
+  await check("broken models never leave a dead page", async () => {
     for (const [folder, extension] of [["json_model", "json"], ["batch_file", "txt"]]) {
       const seeds = readdirSync(join(root, "fuzz/corpus", folder)).sort();
       for (const seed of seeds.filter((_, i) => i % 8 === 0)) {
@@ -290,6 +324,19 @@ async function testFaults(check, browser, buildFolder) {
         assert.equal(await page.locator(isShown ? "#save-ifc" : "#refusal").count(), 1, seed);
         assert.doesNotMatch(await failedNow(page), /unexpectedly/, seed);
       }
+    }
+    await stillWorks();
+  });
+  await check("damaged workbooks never do either", async () => {
+    const whole = readFileSync(join(root, "tests/saf/two_storey_saved_by_libreoffice.xlsx"));
+    for (let i = 1; i <= 24; i++) {
+      const bytes = Buffer.from(whole);
+      const at = Math.floor((whole.length * i) / 25);
+      bytes.fill(i % 3 === 0 ? 0xff : 0, at, at + 40);
+      await choose(page, "damaged.xlsx", i % 2 ? whole.subarray(0, at) : bytes);
+      const isShown = (await failedNow(page)) === "";
+      assert.equal(await page.locator(isShown ? "#save-ifc" : "#refusal").count(), 1, String(i));
+      assert.doesNotMatch(await failedNow(page), /unexpectedly/, String(i));
     }
     await stillWorks();
   });

@@ -74,6 +74,13 @@ export function exported(text, buildFolder) {
   return readFileSync(ifc, "latin1");
 }
 
+/** The IFC file that the program makes of a model file. */
+export function exportedByProgram(model, buildFolder) {
+  const ifc = join(scratch, "program.ifc");
+  execFileSync(join(buildFolder, "exportifc"), ["export", model, "-q", "-o", ifc], { stdio: "ignore" });
+  return readFileSync(ifc);
+}
+
 const elementLine = /^#(\d+)= IFC(BEAM|COLUMN|MEMBER)\('[^']*', #5, '([^']*)', '([^']*)'/gm;
 
 /** The elements of an exported file, read without the page's reader. */
