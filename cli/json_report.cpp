@@ -45,8 +45,9 @@ ExitCode reportAsJson(Console& output, const ReportedAction& action) {
   Json object = {{"exportifc", EXPORTIFC_VERSION}, {"format", formatNumber}, {"command", nullptr}};
   facts.complete(object, code);
   constexpr int indent = 2;
-  // Names of files are bytes: what is not UTF-8 is replaced.
-  output.printLine(object.dump(indent, ' ', false, Json::error_handler_t::replace));
+  // Plain ASCII, which no console and no pipe decodes otherwise. Names of files are bytes: what is
+  // not UTF-8 is replaced.
+  output.printLine(object.dump(indent, ' ', true, Json::error_handler_t::replace));
   return code;
 }
 

@@ -1,9 +1,9 @@
 // Does one job beside the page: reads a dropped file, checks it, makes the exchange file, packs it.
 
 import { Exporter, Flags, type OpenModel, Result } from "./exporter";
-import type { Job, JobFailure, JobReport, Origin } from "./jobs";
+import type { Job, JobFailure, JobReport, Origin, Sources } from "./jobs";
 import { fromBase64, mostBytes, unpack } from "./unpack";
-import { firstExchangeFile, isZip, zipped, ZipFault } from "./zip";
+import { firstExchangeFile, isZip, together, zipped, ZipFault } from "./zip";
 
 const scope = self as unknown as {
   onmessage: (event: MessageEvent<Job>) => void;
@@ -54,7 +54,8 @@ async function run(job: Job): Promise<void> {
 type ModelJob = Extract<Job, { kind: "open" | "check" | "takeoff" }>;
 
 async function open(job: ModelJob): Promise<void> {
-  let { file } = job;
+  const source = await oneFile(job.files);
+  let file = source;
   let start = await startOf(file);
   if (isZip(start)) {
     // Workbooks are zips, too, and tables may be in one: whatever holds no exchange file is left to the exporter.
@@ -69,26 +70,26 @@ async function open(job: ModelJob): Promise<void> {
     if (file.size > mostBytes) throw new Failed("tooLargeHere");
     return give(file, start.includes(ownName) ? "exporter" : "foreign");
   }
-  await withModel(job, (model) => {
+  await withModel(source, job, (model) => {
     if (!model || !isWritable(model)) return;
     scope.postMessage({ kind: "takeoff", takeoff: model.takeoff() });
     give(exchangeFile(model), "model");
   });
 }
 
-const check = (job: ModelJob) => withModel(job, (model) => void (model && isWritable(model)));
+const check = async (job: ModelJob) => withModel(await oneFile(job.files), job, (model) => void (model && isWritable(model)));
 
 /** The take-off for a spreadsheet, which sees by a mark that it is UTF-8. */
-const table = (job: ModelJob) =>
-  withModel(job, (model) => {
+const table = async (job: ModelJob) =>
+  withModel(await oneFile(job.files), job, (model) => {
     if (model) scope.postMessage({ kind: "content", content: new Blob(["\ufeff", model.takeoffTable()], { type: "text/csv" }) });
   });
 
 /** Reads a model, says what is wrong with it and passes it on; null when it cannot be read. */
-async function withModel(job: ModelJob, use: (model: OpenModel | null) => void): Promise<void> {
-  if (job.file.size === 0) throw new Failed("emptyFile");
-  if (job.file.size > mostModelBytes) throw new Failed("tooLargeHere");
-  const bytes = await bytesOf(job.file);
+async function withModel(file: Blob, job: ModelJob, use: (model: OpenModel | null) => void): Promise<void> {
+  if (file.size === 0) throw new Failed("emptyFile");
+  if (file.size > mostModelBytes) throw new Failed("tooLargeHere");
+  const bytes = await bytesOf(file);
   const exporter = await startExporter(job.exporter);
   const model = exporter.open(bytes, job.name, job.choices.language);
   if (model.result === Result.noMemory) throw new Failed("tooLargeHere");
@@ -143,11 +144,17 @@ function give(file: Blob, origin: Origin): void {
   scope.postMessage({ kind: "exchange", file, origin });
 }
 
-async function bytesOf(file: Blob): Promise<Uint8Array<ArrayBuffer>> {
+const oneFile = ([file, ...others]: Sources): Promise<Blob> =>
+  others.length === 0 ? Promise.resolve(file) : readable(together([file, ...others]));
+
+const bytesOf = async (file: Blob): Promise<Uint8Array<ArrayBuffer>> => new Uint8Array(await readable(file.arrayBuffer()));
+
+/** What is read, or the word for a folder and for a file that is gone. */
+async function readable<Content>(reading: Promise<Content>): Promise<Content> {
   try {
-    return new Uint8Array(await file.arrayBuffer());
+    return await reading;
   } catch (error) {
-    throw new Failed("unreadableFile", String(error)); // a folder, or a file that is gone
+    throw new Failed("unreadableFile", String(error));
   }
 }
 

@@ -4,11 +4,14 @@
 import type { Problem, Takeoff } from "./exporter";
 
 export type Job =
-  | { kind: "open"; file: Blob; name: string; choices: Choices; exporter: string } // the exporter in base64, packed
-  | { kind: "check"; file: Blob; name: string; choices: Choices; exporter: string }
-  | { kind: "takeoff"; file: Blob; name: string; choices: Choices; exporter: string }
+  | { kind: "open"; files: Sources; name: string; choices: Choices; exporter: string } // the exporter in base64, packed
+  | { kind: "check"; files: Sources; name: string; choices: Choices; exporter: string }
+  | { kind: "takeoff"; files: Sources; name: string; choices: Choices; exporter: string }
   | { kind: "zip"; file: Blob; name: string }
   | { kind: "pack"; file: Blob };
+
+/** A model's one file, or its tables. */
+export type Sources = readonly [File, ...File[]];
 
 export interface Choices {
   language: "pt" | "en";

@@ -4,7 +4,7 @@ import { block, takeBlock } from "./blocks";
 import { button, byId, make } from "./dom";
 import { inspection } from "./inspection";
 import type { Takeoff } from "./exporter";
-import { type Findings, type Job, type JobFailure, type JobReport, Jobs, type Origin, type Running } from "./jobs";
+import { type Findings, type Job, type JobFailure, type JobReport, Jobs, type Origin, type Running, type Sources } from "./jobs";
 import { barsText, countText, elementsOfBars, problemList } from "./problems";
 import { Progress } from "./progress";
 import { labelShell, openTab } from "./shell";
@@ -13,7 +13,6 @@ import { modelPage } from "./template";
 import { type Language, language, speak, text, type TextKey } from "./texts";
 import { fromBase64, unpack } from "./unpack";
 import { Viewer } from "./viewer";
-import { together } from "./zip";
 
 const samples: { name: string; label: TextKey }[] = [
   { name: "galpao.json", label: "sampleWarehouse" },
@@ -26,14 +25,16 @@ const exportPart = 0.3;
 
 /** What somebody gave to the page, and what has become of it. */
 interface Opened {
-  source: Blob;
+  sources: Sources;
   name: string;
-  transliterate: boolean;
+  remark: Remark | null; // what was done beside what was asked for
   findings: Findings | null; // of a model
   takeoff: Takeoff | null; // of a model
   exchange: Blob | null; // its file
   origin: Origin;
 }
+
+type Remark = "transliterated" | "onlyFirst";
 
 /** Why nothing is shown, in words that are found anew in the other language. */
 type Refusal = () => string;
@@ -63,7 +64,7 @@ export class Workshop {
     document.querySelector("header")!.append(make("nav", { id: "files" }));
     document.body.append(this.chooser);
     this.chooser.addEventListener("change", () => {
-      void this.openDropped(this.chooser.files);
+      this.openDropped(this.chooser.files);
       this.chooser.value = ""; // the same file may be chosen again
     });
     this.listenToDrops();
@@ -85,34 +86,31 @@ export class Workshop {
     document.addEventListener("drop", (event) => {
       event.preventDefault();
       over(false);
-      void this.openDropped(event.dataTransfer?.files ?? null);
+      this.openDropped(event.dataTransfer?.files ?? null);
     });
   }
 
   /** The first of the files; the tables of a model count as one. */
-  private async openDropped(list: FileList | null): Promise<void> {
-    const files = [...(list ?? [])];
-    const [file] = files;
+  private openDropped(list: FileList | null): void {
+    const [file, ...others] = list ?? [];
     if (!file) return;
-    if (files.length > 1 && files.every(({ name }) => /\.csv$/i.test(name))) {
-      return this.open(await together(files).catch(() => file), text("tablesName"));
-    }
-    this.open(file, file.name);
-    if (files.length > 1) this.say(() => text("onlyFirst"));
+    if (others.length === 0) return this.open([file], file.name);
+    const areTables = [file, ...others].every(({ name }) => /\.csv$/i.test(name));
+    areTables ? this.open([file, ...others], text("tablesName")) : this.open([file], file.name, "onlyFirst");
   }
 
   private async openSample(name: string): Promise<void> {
     inspection.ready = false;
     const bytes = await unpack(fromBase64(block(`sample-${name}`)), () => undefined);
-    this.open(new Blob([bytes as Uint8Array<ArrayBuffer>]), name);
+    this.open([new File([bytes as Uint8Array<ArrayBuffer>], name)], name);
   }
 
-  private open(source: Blob, name: string, transliterate = false): void {
+  private open(sources: Sources, name: string, remark: Remark | null = null): void {
     this.clear();
-    this.opened = { source, name, transliterate, findings: null, takeoff: null, exchange: null, origin: "model" };
+    this.opened = { sources, name, remark, findings: null, takeoff: null, exchange: null, origin: "model" };
     inspection.ready = false;
     inspection.failed = "";
-    this.say(() => (transliterate ? text("transliterated") : ""));
+    this.say(() => this.summary());
     this.progress.at("exporting", 0);
     this.render();
     byId("stop").focus();
@@ -120,9 +118,9 @@ export class Workshop {
   }
 
   private modelJob(kind: "open" | "check" | "takeoff"): Job {
-    const { source, name, transliterate } = this.opened!;
-    const choices = { language: language === "en" ? "en" : "pt", transliterate } as const;
-    return { kind, file: source, name, choices, exporter: this.exporter };
+    const { sources, name, remark } = this.opened!;
+    const choices = { language: language === "en" ? "en" : "pt", transliterate: remark === "transliterated" } as const;
+    return { kind, files: sources, name, choices, exporter: this.exporter };
   }
 
   private take(report: JobReport): void {
@@ -132,7 +130,7 @@ export class Workshop {
     else if (report.kind === "failed") this.refuseFor(report.reason, report.detail);
     else if (report.kind === "findings") {
       opened.findings = report.findings;
-      this.say(() => countText(opened.findings!));
+      this.say(() => this.summary());
       if (!report.findings.isWritable) {
         const isRead = report.findings.bars > 0;
         this.refuse(() => text(isRead ? "refused" : "unreadableModel", opened.name));
@@ -143,6 +141,12 @@ export class Workshop {
       opened.origin = report.origin;
       this.viewer.show(report.file, this.notes());
     }
+  }
+
+  /** What has become of the model so far. */
+  private summary(): string {
+    const { remark, findings } = this.opened!;
+    return [...(remark ? [text(remark)] : []), ...(findings ? [countText(findings)] : [])].join(" ");
   }
 
   /** What stands above the lists of the picture; what is wrong with a model has a list of its own. */
@@ -238,7 +242,7 @@ export class Workshop {
     speak(chosen);
     // What is wrong is said by the exporter itself, in one language at a time.
     const { opened } = this;
-    if (opened && this.opening) this.open(opened.source, opened.name, opened.transliterate);
+    if (opened && this.opening) this.open(opened.sources, opened.name, opened.remark);
     this.viewer.relabel(this.notes());
     this.render();
     byId(`speak-${chosen}`).focus();
@@ -324,12 +328,12 @@ export class Workshop {
     node.hidden = !opened?.findings;
     node.setAttribute("aria-label", text("problems"));
     if (!opened?.findings) return node.replaceChildren();
-    const { findings, source, name, transliterate } = opened;
+    const { findings, sources, name, remark } = opened;
     const cannotBeWritten = !findings.isWritable && findings.problems.some(({ code }) => code === "unwritable-character");
     node.replaceChildren(
       ...problemList(findings, {
         select: this.selectorOf(findings),
-        transliterate: cannotBeWritten && !transliterate ? () => this.open(source, name, true) : null,
+        transliterate: cannotBeWritten && remark !== "transliterated" ? () => this.open(sources, name, "transliterated") : null,
       }),
     );
   }

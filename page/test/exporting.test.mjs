@@ -260,6 +260,7 @@ async function testProblems(check, browser) {
     await page.keyboard.press("Enter");
     await settle(page);
     assert.equal(await failedNow(page), "");
+    assert.match(await page.locator("#told").textContent(), /^The section texts are written in plain letters\. \d/);
     assert.ok((await saved(page, "#save-ifc")).bytes.toString("latin1").includes("'CACAO 10'"));
   });
   await check("what cannot be read is said to be so, and where", async () => {
@@ -352,6 +353,7 @@ async function testFaults(check, browser, buildFolder) {
   await check("of several files that are dropped the first is opened, and this is said", async () => {
     await drop(page, [["one.json", good], ["two.json", good]]);
     assert.equal(await page.locator("h1").textContent(), "one.json");
+    assert.equal(await page.locator("#told").textContent(), "Only the first of the files was opened. No problems");
   });
   await check("work can be stopped, and what comes next is not disturbed", async () => {
     await page.setInputFiles("#chooser", { name: "long.txt", mimeType: "text/plain", buffer: Buffer.from(modelText("mm", Array(20000).fill({ start: [0, 0, 0], end: [0, 0, 3000], section: "W 200 100 8 6" })), "latin1") });
