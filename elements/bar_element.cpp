@@ -82,7 +82,8 @@ std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t p
 
 std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, const BarPlacement& placement,
                       std::int32_t profileId) {
-  const auto& [first, second, axis, refDirection] = placement;
+  const Vec3& first = placement.first;
+  const Vec3& second = placement.second;
 
   // "IfcBeam" for every bar: the comment names the bar, not the element type chosen below.
   writer.stream.line();
@@ -92,14 +93,12 @@ std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, const BarPlace
   writer.stream.line("angulo: ", General{bar.rotation}, ", perfil: ", bar.sectionName);
   writer.stream.line(" */");
 
-  return writeBarElement(writer, axis, refDirection, profileId, first, second, bar);
+  return writeBarElement(writer, bar, placement, profileId);
 }
 
-std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
-                             const Direction& refDirection, std::int32_t profileId,
-                             const Vec3& first, const Vec3& second, const BarGeometry& bar) {
-  // Fixed shape: literal numbers.
-  // Fixed shape: no blank.
+std::int32_t writeBarElement(StepWriter& writer, const BarGeometry& bar,
+                             const BarPlacement& placement, std::int32_t profileId) {
+  const auto& [first, second, axis, refDirection] = placement;
   static const HostText blank(L" ");
   const HostText& description = bar.sectionName.size() < 2 ? blank : bar.sectionName;
   const HostText& name = bar.sectionLabel.empty() ? description : bar.sectionLabel;
@@ -113,7 +112,8 @@ std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
       writer.writeEntity("IFCCARTESIANPOINT((", first.x, ", ", first.y, ", ", first.z, "))")};
   const Ref axisPlacement{
       writer.writeEntity("IFCAXIS2PLACEMENT3D(", location, ", ", zAxis, ", ", xAxis, ")")};
-  const Ref placement{writer.writeEntity("IFCLOCALPLACEMENT(#111, ", axisPlacement, ")")};
+  // Fixed shape: literal numbers.
+  const Ref localPlacement{writer.writeEntity("IFCLOCALPLACEMENT(#111, ", axisPlacement, ")")};
   const Ref origin{writer.writeEntity("IFCCARTESIANPOINT((0., 0., 0.))")};
   const Ref solidPlacement{writer.writeEntity("IFCAXIS2PLACEMENT3D(", origin, ", $, $)")};
   const Ref solid{writer.writeEntity("IFCEXTRUDEDAREASOLID(", Ref{profileId}, ", ", solidPlacement,
@@ -121,10 +121,10 @@ std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
   const Ref shape{
       writer.writeEntity("IFCSHAPEREPRESENTATION(#88, 'Body', 'SweptSolid', (", solid, "))")};
   const Ref productShape{writer.writeEntity("IFCPRODUCTDEFINITIONSHAPE($, $, (", shape, "))")};
-  // The tag "418198": Fixed shape: time stamp.
+  // Behind "$,": Fixed shape: no blank. The tag "418198": Fixed shape: time stamp.
   const Ref element{writer.writeEntity(
       elementKeyword(first, second, bar.elementKind), "('", createGlobalId(), "', ", owner, ", '",
-      name, "', '", description, "', $,", placement, ", ", productShape, ", '418198')")};
+      name, "', '", description, "', $,", localPlacement, ", ", productShape, ", '418198')")};
   const Ref property{writer.writeEntity("IFCPROPERTYSINGLEVALUE('Reference', $, IFCIDENTIFIER('",
                                         description, "'), $)")};
   const Ref propertySet{writer.writeEntity("IFCPROPERTYSET('", createGlobalId(), "', ", owner,

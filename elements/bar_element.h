@@ -31,10 +31,8 @@ std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, std::int32_t p
 std::int32_t writeBar(StepWriter& writer, const BarGeometry& bar, const BarPlacement& placement,
                       std::int32_t profileId);
 
-/// The fourteen entities: `axis` along the bar from `first` to `second`, `refDirection` the
-/// section's local X.
-std::int32_t writeBarElement(StepWriter& writer, const Direction& axis,
-                             const Direction& refDirection, std::int32_t profileId,
-                             const Vec3& first, const Vec3& second, const BarGeometry& bar);
+/// The entities without the comment.
+std::int32_t writeBarElement(StepWriter& writer, const BarGeometry& bar,
+                             const BarPlacement& placement, std::int32_t profileId);
 
 }  // namespace exportifc

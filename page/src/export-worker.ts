@@ -51,7 +51,7 @@ async function run(job: Job): Promise<void> {
   }
 }
 
-type ModelJob = Extract<Job, { kind: "open" | "check" | "takeoff" }>;
+type ModelJob = Extract<Job, { files: Sources }>;
 
 async function open(job: ModelJob): Promise<void> {
   const source = await oneFile(job.files);

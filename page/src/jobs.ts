@@ -4,9 +4,7 @@
 import type { Problem, Takeoff } from "./exporter";
 
 export type Job =
-  | { kind: "open"; files: Sources; name: string; choices: Choices; exporter: string } // the exporter in base64, packed
-  | { kind: "check"; files: Sources; name: string; choices: Choices; exporter: string }
-  | { kind: "takeoff"; files: Sources; name: string; choices: Choices; exporter: string }
+  | { kind: "open" | "check" | "takeoff"; files: Sources; name: string; choices: Choices; exporter: string } // the exporter in base64, packed
   | { kind: "zip"; file: Blob; name: string }
   | { kind: "pack"; file: Blob };
 

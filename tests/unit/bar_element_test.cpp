@@ -232,8 +232,11 @@ TEST(WriteBar, ABarOfNoLength) {
 TEST(WriteBarElement, ATinyNegativeDirectionKeepsItsSign) {
   const auto lines = test::exportedLines([](StepWriter& writer) {
     const BarGeometry bar = beam();
-    EXPECT_EQ(writeBarElement(writer, {-4e-08F, 1, 0}, {0, -4e-08F, 1}, 3, bar.start, bar.end, bar),
-              11);
+    const BarPlacement placement{.first = bar.start,
+                                 .second = bar.end,
+                                 .axis = {-4e-08F, 1, 0},
+                                 .refDirection = {0, -4e-08F, 1}};
+    EXPECT_EQ(writeBarElement(writer, bar, placement, 3), 11);
   });
   ASSERT_EQ(lines.size(), 14U) << "no comment";
   EXPECT_EQ(lines[0], "#1= IFCDIRECTION((-0.00000, 1.00000, 0.00000));");

@@ -34,6 +34,13 @@ OffsetColumns offsetColumns(const Table& table, const std::string& kind) {
           .end = {column("Y", "End"), column("Z", "End")}};
 }
 
+/// Of workbooks that have one eccentricity for both ends.
+OffsetColumns commonOffsetColumns(const Table& table) {
+  const std::array<Column, 2> both = {table.column("Eccentricity ey", Quantity::dimension),
+                                      table.column("Eccentricity ez", Quantity::dimension)};
+  return {.begin = both, .end = both};
+}
+
 struct Offsets {
   std::array<double, 2> begin{};
   std::array<double, 2> end{};
@@ -128,7 +135,7 @@ class CurveMembers {
     const Offsets structural = offsetsIn(table_, row, structural_);
     Offsets analysis = offsetsIn(table_, row, analysis_);
     if (analysis == Offsets{}) {
-      analysis = offsetsIn(table_, row, both_);
+      analysis = offsetsIn(table_, row, common_);
     }
     const bool isStructural = !(structural == Offsets{});
     if (isStructural && !(analysis == Offsets{}) && !(analysis == structural)) {
@@ -177,11 +184,7 @@ class CurveMembers {
                                   table_.column("Coordinate Z", Quantity::coordinate)};
   OffsetColumns structural_ = offsetColumns(table_, "Structural");
   OffsetColumns analysis_ = offsetColumns(table_, "Analysis");
-  // Of workbooks that have one eccentricity for both ends.
-  OffsetColumns both_ = {.begin = {table_.column("Eccentricity ey", Quantity::dimension),
-                                   table_.column("Eccentricity ez", Quantity::dimension)},
-                         .end = {table_.column("Eccentricity ey", Quantity::dimension),
-                                 table_.column("Eccentricity ez", Quantity::dimension)}};
+  OffsetColumns common_ = commonOffsetColumns(table_);
 };
 
 }  // namespace
